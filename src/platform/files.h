@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qvrcom::platform {
+
+// Whole operations on suite paths (UTF-8, backslashes between the names). A failing operation throws a Fault
+// whose description is the system's short text and whose detail names the file.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  virtual bool file_exists(const std::string& path) const = 0;
+  virtual bool folder_exists(const std::string& path) const = 0;
+  virtual std::uint64_t length(const std::string& path) const = 0;
+
+  // The whole file, at most kReadLimit bytes.
+  static constexpr std::uint64_t kReadLimit = 256ULL << 20U;
+  virtual std::string read(const std::string& path) const = 0;
+
+  // Adds to the end; a missing file is created, readable by its owner alone.
+  virtual void append(const std::string& path, std::string_view text) = 0;
+
+  // The file holds exactly `text` afterwards. Another program that reads the path meanwhile sees the old
+  // content or the new one, never a part: the text is written aside and renamed over the old file. Where the
+  // rename is refused the file is rewritten in place.
+  virtual void replace(const std::string& path, std::string_view text) = 0;
+
+  virtual void copy(const std::string& from, const std::string& to) = 0;
+  virtual void remove(const std::string& path) = 0;
+
+  // Names (not paths) of the plain files in a folder, in no particular order.
+  virtual std::vector<std::string> list(const std::string& folder) const = 0;
+
+  // One level; the folder is open to its owner alone. An existing folder is a Fault.
+  virtual void make_folder(const std::string& path) = 0;
+  // Fault when it is not empty.
+  virtual void remove_folder(const std::string& path) = 0;
+
+  // The path as the operating system writes it, for messages, logs and other programs.
+  virtual std::string native(const std::string& path) const = 0;
+};
+
+}  // namespace qvrcom::platform
