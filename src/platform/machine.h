@@ -4,16 +4,14 @@
 #include <optional>
 #include <string>
 
+#include "base/registry_text.h"
+
 namespace qvrcom::platform {
 
 enum class RegistryRoot { kLocalMachine, kCurrentUser };
 
-// One value as the store holds it: the system's type number and the raw bytes, terminators included.
-struct RegistryData {
-  std::uint32_t type =
-      0;  // 1 text, 2 expandable text, 3 binary, 4 32-bit number (little-endian), 7 multi-text
-  std::string bytes;
-};
+// Type number (1 text, 2 expandable text, 3 binary, 4 32-bit number, 7 multi-text) and raw bytes.
+using RegistryData = base::RegistryData;
 
 // The machine's configuration: shell folders, registry values, the per-user settings store.
 class Machine {

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/files.h"
+
+namespace qvrcom::adapters {
+
+class FilesPosix : public platform::Files {
+ public:
+  bool file_exists(const std::string& path) const override;
+  bool folder_exists(const std::string& path) const override;
+  std::uint64_t length(const std::string& path) const override;
+  std::string read(const std::string& path) const override;
+  void append(const std::string& path, std::string_view text) override;
+  void replace(const std::string& path, std::string_view text) override;
+  void copy(const std::string& from, const std::string& to) override;
+  void remove(const std::string& path) override;
+  std::vector<std::string> list(const std::string& folder) const override;
+  void make_folder(const std::string& path) override;
+  void remove_folder(const std::string& path) override;
+  std::string native(const std::string& path) const override;
+};
+
+}  // namespace qvrcom::adapters

@@ -1,0 +1,54 @@
+#include <QCoreApplication>
+#include <QDir>
+#include <QStandardPaths>
+
+#include "adapters/layout.h"
+#include "base/fault.h"
+#include "base/text.h"
+
+namespace qvrcom::adapters {
+namespace {
+
+QString standard(QStandardPaths::StandardLocation place) {
+  return QStandardPaths::writableLocation(place);
+}
+
+QString runtime() {
+  const QString folder = standard(QStandardPaths::RuntimeLocation);
+  return folder.isEmpty() ? standard(QStandardPaths::TempLocation) : folder;
+}
+
+void check(const std::string& path) {
+  const bool bad = path.find_first_of(";^\\") != std::string::npos || base::has_control_character(path);
+  if (bad) {
+    throw base::Fault("Bad file name",
+                      "\"" + path +
+                          "\" holds a semicolon, a caret, a backslash or a control character, which a "
+                          "job cannot carry. Choose another folder with QVRCOM_ROOT.");
+  }
+}
+
+}  // namespace
+
+Layout Layout::from_environment() {
+  Layout layout;
+  const QString root = qEnvironmentVariable("QVRCOM_ROOT");
+  if (!root.isEmpty()) {
+    const QString absolute = QDir::cleanPath(QDir::current().absoluteFilePath(root));
+    layout.config_folder = (absolute + "/config").toStdString();
+    layout.app_data_folder = (absolute + "/AppData").toStdString();
+    layout.documents_folder = (absolute + "/Documents").toStdString();
+    layout.run_folder = (absolute + "/run").toStdString();
+  } else {
+    layout.config_folder = (standard(QStandardPaths::GenericConfigLocation) + "/qvrcom").toStdString();
+    layout.app_data_folder = standard(QStandardPaths::GenericDataLocation).toStdString();
+    layout.documents_folder = standard(QStandardPaths::DocumentsLocation).toStdString();
+    layout.run_folder = (runtime() + "/qvrcom").toStdString();
+  }
+  layout.runtime_folder = (runtime() + "/qvrcom").toStdString();
+  for (const std::string* path : {&layout.config_folder, &layout.app_data_folder, &layout.documents_folder})
+    check(*path);
+  return layout;
+}
+
+}  // namespace qvrcom::adapters

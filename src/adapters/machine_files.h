@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+
+#include "base/registry_text.h"
+#include "platform/machine.h"
+
+namespace qvrcom::adapters {
+
+// The machine's configuration in two files of one folder: "machine.reg" holds the registry values (and the
+// shell folders by identifier, in a key of the suite), "QVRCOM+.ini" the user settings.
+class MachineFiles : public platform::Machine, public platform::MachineSetup {
+ public:
+  // `config_folder` is native. Reads "machine.reg" if it is there; Fault when it is damaged.
+  explicit MachineFiles(std::string config_folder);
+
+  std::optional<std::string> special_folder(std::int32_t identifier) const override;
+  bool registry_key_exists(platform::RegistryRoot root, const std::string& sub_key) const override;
+  std::optional<platform::RegistryData> registry_value(platform::RegistryRoot root,
+                                                       const std::string& sub_key,
+                                                       const std::string& name) const override;
+  std::optional<std::string> setting(const std::string& application, const std::string& section,
+                                     const std::string& key) const override;
+  std::string program_folder() const override;
+
+  void set_special_folder(std::int32_t identifier, const std::string& path) override;
+  void set_registry_text(platform::RegistryRoot root, const std::string& sub_key, const std::string& name,
+                         const std::string& text) override;
+  void set_setting(const std::string& application, const std::string& section, const std::string& key,
+                   const std::string& value) override;
+
+ private:
+  void store(const std::string& key, const std::string& name, const std::string& text);
+  std::string settings_file(const std::string& application) const;
+
+  std::string config_folder_;
+  base::RegistryText registry_;
+};
+
+}  // namespace qvrcom::adapters
