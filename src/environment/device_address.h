@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qvrcom::environment {
+
+// A device's address as its parts.
+struct DeviceAddress {
+  std::string host;  // a name, an IPv4 address, or an IPv6 address without brackets
+  std::uint16_t ftp_port = 21;
+  std::uint16_t telnet_port = 23;
+
+  bool operator==(const DeviceAddress&) const = default;
+};
+
+// Reads "host", "host:ftp" or "host:ftp:telnet"; an IPv6 host stands in brackets. Blanks around it are
+// dropped. Fault when it is none of these or longer than 300 bytes.
+DeviceAddress parse_device_address(std::string_view text);
+
+}  // namespace qvrcom::environment

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+
+// Names that every program of the suite agrees on.
+namespace qvrcom::environment {
+
+// Folders. Maker and suite folder lie below both machine-wide folders.
+inline constexpr const char* kMakerFolder = "Corbelin";
+inline constexpr const char* kSuiteFolder = "QVRCOM+";
+inline constexpr const char* kMsgsFolder = "Msgs";
+inline constexpr const char* kStatsFolder = "Stats";
+inline constexpr const char* kSameLogsFolder = "SAMELogs";
+inline constexpr const char* kDatabaseFolder = "Database";
+inline constexpr const char* kSchedulerFolder = "Scheduler";
+inline constexpr const char* kLogsFolder = "Logs";
+
+// Folders that other programs of the suite use.
+inline constexpr const char* kAppDataFolder = "AppData";
+inline constexpr const char* kAppDocsFolder = "AppDocs";
+inline constexpr const char* kCanMsgsFolder = "CanMsgs";
+inline constexpr const char* kConfigsFolder = "Configs";
+inline constexpr const char* kFirmwareFolder = "Firmware";
+inline constexpr const char* kMiscFolder = "Misc";
+inline constexpr const char* kTempFolder = "Temp";
+inline constexpr const char* kSystemFolder = "System";
+
+// Programs, in the application folder.
+inline constexpr const char* kJobPilotProgram = "JobPilot.exe";
+inline constexpr const char* kRePilotProgram = "RePilot.exe";
+inline constexpr const char* kLineBookProgram = "LineBook.exe";
+
+// Files.
+inline constexpr const char* kSuiteIniFile = "QVRCOMPlus.ini";
+inline constexpr const char* kSiteBookFile = "SiteBook.mdb";
+inline constexpr const char* kDatabaseFile = "NewDB.mdb";
+inline constexpr const char* kDatabaseBackupFile = "NewDBBak.mdb";
+
+// Lists in the scheduler folder: what the scheduler finished, the job indexes, and the copies of the
+// finished lists that this library still has to work on.
+inline constexpr const char* kCompletedFile = "completed.sch";
+inline constexpr const char* kErrorFile = "error.sch";
+inline constexpr const char* kCancelledFile = "cancelled.sch";
+inline constexpr const char* kIndexFile = "index.sch";
+inline constexpr const char* kRescheduleFile = "reschedule.sch";
+inline constexpr const char* kCompletedPendingFile = "CompletedToProcess.sch";
+inline constexpr const char* kErrorPendingFile = "ErrorToProcess.sch";
+inline constexpr const char* kCancelledPendingFile = "CancelledToProcess.sch";
+
+// Registered messages between the programs.
+inline constexpr const char* kSchedulerMessage = "CBL_QVRCOM_SCHEDULER";  // to JobPilot
+inline constexpr const char* kRePilotMessage = "CBL_QVRCOM_REPILOT";      // to RePilot
+inline constexpr const char* kSchedulerAnswer = "CBL_SCHEDULER_QVRCOM";   // back to the session dialog
+
+// Generations of the statistics that a device keeps.
+inline constexpr const char* kNewStats = "NewStats";
+inline constexpr const char* kOldStats = "OldStats";
+
+// Machine-wide folders by identifier, and the registry key that names them too.
+inline constexpr std::int32_t kCommonAppDataIdentifier = 35;
+inline constexpr std::int32_t kCommonDocumentsIdentifier = 46;
+inline constexpr const char* kShellFoldersKey =
+    "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
+inline constexpr const char* kCommonAppDataValue = "Common AppData";
+inline constexpr const char* kCommonDocumentsValue = "Common Documents";
+
+// The per-user setting that names the application folder.
+inline constexpr const char* kSettingsApplication = "QVRCOM+";
+inline constexpr const char* kSettingsSection = "Application";
+inline constexpr const char* kAppPathSetting = "AppPath";
+
+}  // namespace qvrcom::environment
