@@ -15,6 +15,10 @@ class Files {
 
   virtual bool file_exists(const std::string& path) const = 0;
   virtual bool folder_exists(const std::string& path) const = 0;
+
+  // Whether the last name of the path is a link to something else. A path to nothing is none.
+  virtual bool is_link(const std::string& path) const = 0;
+
   virtual std::uint64_t length(const std::string& path) const = 0;
 
   // The whole file, at most kReadLimit bytes.

@@ -14,6 +14,7 @@ class MemoryFiles : public platform::Files {
  public:
   bool file_exists(const std::string& path) const override;
   bool folder_exists(const std::string& path) const override;
+  bool is_link(const std::string& path) const override { return links.contains(path); }
   std::uint64_t length(const std::string& path) const override;
   std::string read(const std::string& path) const override;
   void append(const std::string& path, std::string_view text) override;
@@ -34,6 +35,7 @@ class MemoryFiles : public platform::Files {
 
   std::map<std::string, std::string> content;  // path to bytes
   std::set<std::string> folders;               // without a trailing backslash
+  std::set<std::string> links;                 // paths among them that are links
   int replaced = 0;                            // how many times a file was rewritten whole
 
  private:

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/scheduler_control.h"
+
+namespace qvrcom::adapters {
+
+// Asks the running scheduler program over its control socket. The wire is told in docs/protocol.md.
+class SchedulerControlLocal : public platform::SchedulerControl {
+ public:
+  // Native paths, as for MessageChannelLocal.
+  SchedulerControlLocal(std::string run_folder, std::string runtime_folder);
+
+  std::optional<platform::SchedulerStatus> status() override;
+  bool stop() override;
+  platform::StopOutcome stop_job(const std::string& job_name) override;
+
+ private:
+  std::string socket_path() const;
+
+  std::string run_folder_;
+  std::string runtime_folder_;
+};
+
+// The scheduler program's end of that socket: hands each request to `target` while events are pumped.
+class SchedulerControlServer {
+ public:
+  // Fault when another live program has the socket.
+  SchedulerControlServer(const std::string& run_folder, const std::string& runtime_folder,
+                         platform::SchedulerControl& target);
+  ~SchedulerControlServer();
+
+ private:
+  struct Served;
+  std::unique_ptr<Served> served_;
+};
+
+}  // namespace qvrcom::adapters

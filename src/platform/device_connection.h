@@ -1,0 +1,69 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "base/fault.h"
+
+namespace qvrcom::platform {
+
+// What one session may take at most.
+struct DeviceLimits {
+  std::uint64_t largest_file = 256ULL << 20U;  // bytes
+  std::chrono::milliseconds connect = std::chrono::seconds(30);
+  std::chrono::milliseconds idle = std::chrono::seconds(60);     // without a byte from or to the device
+  std::chrono::milliseconds session = std::chrono::minutes(30);  // from the login on
+};
+
+struct DeviceLogin {
+  std::string host;  // a name or an address; IPv6 without brackets
+  std::uint16_t port = 21;
+  std::string user;
+  std::string password;
+};
+
+// How an operation ends that `cancel` interrupted.
+class SessionCancelled : public base::Fault {
+ public:
+  explicit SessionCancelled(std::string detail) : Fault("Cancelled", std::move(detail)) {}
+};
+
+// One FTP session with a device on one control connection. Every operation waits for its end and throws a
+// Fault: the description is what the device said ("550 No such file") or the network's reason, the detail
+// what was tried. After a fault the session is over: nothing logs in again by itself. Local files are suite
+// paths. No link is followed for them.
+class DeviceConnection {
+ public:
+  virtual ~DeviceConnection() = default;
+
+  virtual void login(const DeviceLogin& login) = 0;
+
+  // Selects the account ("part3") that the following operations work in.
+  virtual void account(const std::string& name) = 0;
+
+  // Fetches into `local_path` + ".part" and renames it over `local_path` once it is whole; a failed fetch
+  // leaves the old file and no part. Answers with the number of bytes.
+  virtual std::uint64_t get(const std::string& remote_name, const std::string& local_path) = 0;
+  virtual std::uint64_t put(const std::string& local_path, const std::string& remote_name) = 0;
+
+  virtual void remove(const std::string& remote_name) = 0;
+  virtual void close() = 0;
+
+  // Ends the running operation, and every later one, with SessionCancelled. The one member that another
+  // thread may call.
+  virtual void cancel() = 0;
+};
+
+// Bytes moved by the running transfer so far; called on the thread that runs the operation.
+using TransferProgress = std::function<void(std::uint64_t)>;
+
+class DeviceConnections {
+ public:
+  virtual ~DeviceConnections() = default;
+  virtual std::unique_ptr<DeviceConnection> make(const DeviceLimits& limits, TransferProgress progress) = 0;
+};
+
+}  // namespace qvrcom::platform
