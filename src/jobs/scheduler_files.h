@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/session_values.h"
+#include "environment/files_and_folders.h"
+#include "platform/files.h"
+
+namespace qvrcom::jobs {
+
+// The text files of the scheduler folder, by bare name. The folder is resolved when it is first used.
+class SchedulerFiles {
+ public:
+  SchedulerFiles(base::RunValues& run, const environment::FilesAndFolders& folders, platform::Files& files)
+      : run_(run), folders_(folders), files_(files) {}
+
+  // Ends in a backslash.
+  const std::string& folder() const { return environment::scheduler_folder(run_, folders_); }
+  std::string path(std::string_view name) const { return folder() + std::string(name); }
+
+  // Fault when the file is missing.
+  std::string read(std::string_view name) const { return files_.read(path(name)); }
+  std::string read_or_empty(std::string_view name) const;
+
+  // Adds the text and CR LF to the end of the file, which is created when it is missing.
+  void print(std::string_view name, std::string_view text) const;
+
+  // The file holds exactly `text` afterwards; a file that holds it already is not touched.
+  void replace(std::string_view name, std::string_view text) const;
+
+ private:
+  base::RunValues& run_;
+  const environment::FilesAndFolders& folders_;
+  platform::Files& files_;
+};
+
+}  // namespace qvrcom::jobs

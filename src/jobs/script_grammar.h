@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The command script of a job, docs/formats/script.md: its text from values, and values from a text that
+// anybody may have written.
+namespace qvrcom::jobs {
+
+// The fourteen values of a header, in the order of the suite's argument list.
+struct ScriptHeader {
+  std::string site_name;
+  std::string site_id;  // the user's own identifier
+  std::string qvr_id;   // the device's key in the site book
+  std::string description;
+  std::int16_t dial_up_flag = 0;  // 1: reached over a dial-up connection
+  std::string dial_up_connection;
+  std::string number_to_dial;
+  std::string ftp_address;   // written without blanks around it
+  std::string ftp_user;      // "admin" is written when it is empty
+  std::string ftp_password;  // written without blanks around it
+  std::string start_date;    // date serials
+  std::string stop_date;
+  std::string interval;
+  std::string period;
+
+  bool operator==(const ScriptHeader&) const = default;
+};
+
+enum class ScriptKind { kTransfer, kTelnet };
+
+// The header with the opening command, no line end after its last line. A telnet script is complete with it.
+std::string header_text(const ScriptHeader& header, ScriptKind kind);
+
+enum class CommandKind { kAccount, kGet, kPut, kDelete };
+
+struct ScriptCommand {
+  CommandKind kind = CommandKind::kAccount;
+  std::string account;                // kAccount: "part" + number
+  std::string remote;                 // kGet, kPut, kDelete: name of the device file
+  std::string local;                  // kGet, kPut: suite path
+  std::optional<std::uint64_t> size;  // kGet, kPut: a hint, nothing when it is no number
+  std::size_t line = 0;               // where it stands, counted from 1
+};
+
+// Opening and closing commands are the kind's: FTPCONNECT and FTPDISCONNECT, or TELNETSESSION and
+// TELNETDISCONNECT. They are checked and left out of `commands`.
+struct Script {
+  ScriptHeader header;
+  ScriptKind kind = ScriptKind::kTransfer;
+  std::vector<ScriptCommand> commands;
+};
+
+// Why a text is no script. `text` is the line as far as it may be shown: never a header's value.
+struct ScriptProblem {
+  std::size_t line = 0;  // counted from 1; 0 when it is about the whole text
+  std::string text;
+  std::string reason;
+};
+
+inline constexpr std::size_t kScriptLimit = 1U << 20U;
+inline constexpr std::size_t kScriptLineLimit = 4096;
+inline constexpr std::size_t kScriptCommandLimit = 10000;
+
+struct ScriptReading {
+  std::optional<Script> script;
+  ScriptProblem problem;  // when there is no script
+};
+
+// Reads one whole script. Fields close with ";", a header value goes up to the last one of its line. A text
+// that ends before its closing command, or goes on after it, is no script.
+ScriptReading read_script(std::string_view text);
+
+}  // namespace qvrcom::jobs
