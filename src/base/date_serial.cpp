@@ -75,7 +75,7 @@ std::string serial_text(LocalTime moment) {
 
 std::optional<double> parse_serial(std::string_view text) {
   text = trim(text);
-  if (text.starts_with('+')) text.remove_prefix(1);
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   double value = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
   if (result.ec != std::errc{} || result.ptr != text.data() + text.size() || !std::isfinite(value)) {
