@@ -142,6 +142,14 @@ bool FilesPosix::folder_exists(const std::string& path) const {
   return std::filesystem::is_directory(native_path(path), error);
 }
 
+bool FilesPosix::is_link(const std::string& path) const {
+  std::string native = native_path(path);
+  while (native.size() > 1 && native.ends_with('/'))
+    native.pop_back();  // a slash at the end would look behind the link
+  std::error_code error;
+  return std::filesystem::is_symlink(native, error);
+}
+
 std::uint64_t FilesPosix::length(const std::string& path) const {
   std::error_code error;
   const auto size = std::filesystem::file_size(native_path(path), error);
