@@ -1,11 +1,14 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 namespace qvrcom::session {
 
+class frmResponse;
+
 // The face of the session dialog: a window on the desktop, lines on a terminal. It holds no logic; each
-// member sets one property of the control of that name.
+// set_ member sets one property of the control of that name.
 class SessionView {
  public:
   virtual ~SessionView() = default;
@@ -21,6 +24,30 @@ class SessionView {
 
   // Hides the dialog and marks it closed. The owner unloads it once the activation routine has returned.
   virtual void close() = 0;
+
+  // During a wait: the request was dropped because no scheduler came up (the box has been shown). At most
+  // once a wait. Where nobody can press Cancel, press it here (frmResponse::cmdCancel_Click).
+  virtual void scheduler_not_found() = 0;
+
+  // During a wait: the scheduler's window has been away for five seconds. `sentence` says so, with the job's
+  // name. At most once a wait. Where nobody can press Cancel, press it here.
+  virtual void scheduler_gone(const std::string& sentence) = 0;
+};
+
+// A view with a life of its own, as `SessionRun` drives it.
+class SessionWindow : public SessionView {
+ public:
+  // Puts the dialog on screen, calls dialog.Form_Activate() once it stands there (and again whenever another
+  // dialog of the library that lay over it has closed), and comes back when close() has been called and every
+  // handler of `dialog` has returned. A terminal calls Form_Activate() and then presses the button.
+  // The window's close box is cmdCancel_Click while the button is enabled and visible, and nothing otherwise.
+  virtual void show_modal(frmResponse& dialog) = 0;
+};
+
+class SessionWindows {
+ public:
+  virtual ~SessionWindows() = default;
+  virtual std::unique_ptr<SessionWindow> make() = 0;
 };
 
 }  // namespace qvrcom::session

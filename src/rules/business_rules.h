@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+
+#include "base/rows.h"
+#include "base/session_values.h"
+#include "environment/command_set.h"
+#include "environment/files_and_folders.h"
+#include "images/statistics_files.h"
+#include "jobs/file_helpers.h"
+#include "jobs/job_index.h"
+#include "jobs/script_writer.h"
+#include "platform/clock.h"
+#include "platform/components.h"
+#include "platform/files.h"
+#include "platform/user_interface.h"
+#include "platform/xml_rows.h"
+#include "results/job_results.h"
+#include "siterules/firmware_rules.h"
+#include "siterules/site_lookups.h"
+
+namespace qvrcom::rules {
+
+// What the business rules work with. A program's wiring makes one; every operation makes its own rules of it.
+struct BusinessRulesParts {
+  base::Session& session;
+  platform::UserInterface& ui;
+  platform::Clock& clock;
+  platform::Files& files;
+  const environment::FilesAndFolders& folders;
+  environment::DBase& dbase;
+  platform::Components& components;
+  const platform::XmlRows& xml_rows;
+};
+
+// The suite's procedures under one name. Each stands in a small class on the floor where it belongs.
+class BusinessRules : public jobs::FileHelpers,
+                      public jobs::ScriptWriter,
+                      public jobs::JobIndex,
+                      public siterules::SiteLookups,
+                      public siterules::FirmwareRules,
+                      public images::StatisticsFiles,
+                      public results::JobResults {
+ public:
+  explicit BusinessRules(const BusinessRulesParts& parts);
+  BusinessRules(const BusinessRules&) = delete;
+  BusinessRules& operator=(const BusinessRules&) = delete;
+
+  // Data that the suite's screens leave here for each other; the procedures do not touch it.
+  base::Rows XML_RS;
+  std::string m_PartID;
+  base::Rows RS;
+  std::string TempPartID;
+};
+
+}  // namespace qvrcom::rules

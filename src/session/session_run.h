@@ -1,0 +1,20 @@
+#pragma once
+
+#include "link/session_screen.h"
+#include "session/frm_response.h"
+
+namespace qvrcom::session {
+
+// The session dialog from its making to its unloading, on whatever windows the program has.
+class SessionRun : public link::SessionScreen {
+ public:
+  SessionRun(const SessionParts& parts, SessionWindows& windows) : parts_(parts), windows_(windows) {}
+
+  void show_modal() override;
+
+ private:
+  SessionParts parts_;
+  SessionWindows& windows_;
+};
+
+}  // namespace qvrcom::session
