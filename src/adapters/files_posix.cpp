@@ -223,6 +223,9 @@ std::vector<std::string> FilesPosix::list(const std::string& folder) const {
     std::error_code unreadable;
     if (!entry->is_directory(unreadable)) names.push_back(entry->path().filename().string());
   }
+  if (error == std::errc::no_such_file_or_directory) {
+    throw Fault(base::kPathNotFound, "Listing \"" + native_path(folder) + "\": there is no such folder.");
+  }
   if (error) fail("Listing", native_path(folder), error.value());
   return names;
 }

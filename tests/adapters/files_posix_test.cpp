@@ -99,7 +99,7 @@ TEST_F(FilesPosixTest, FoldersAndLists) {
   EXPECT_EQ(fault_of([&] { files_.make_folder(path("none\\deeper")); }), "Path not found");
   EXPECT_EQ(fault_of([&] { files_.read(path("none")); }), "File not found");
   EXPECT_EQ(fault_of([&] { files_.read(path("job")); }), "Path/File access error");
-  EXPECT_EQ(fault_of([&] { files_.list(path("none")); }), "File not found");
+  EXPECT_EQ(fault_of([&] { files_.list(path("none")); }), "Path not found");
   files_.remove(path("job\\x.scr"));
   files_.remove_folder(path("job\\sub"));
   files_.remove_folder(path("job"));
