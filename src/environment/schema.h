@@ -1,9 +1,5 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "platform/database.h"
 
 namespace qvrcom::environment {
@@ -11,7 +7,7 @@ namespace qvrcom::environment {
 // The version that the programs of this tree read and write. docs/formats/database.md describes it.
 inline constexpr int kSchemaVersion = 1;
 
-// 0 for an empty database.
+// 0 for an empty database. Fault when it holds another program's tables.
 int schema_version(platform::Database& database);
 
 // Brings a database up to kSchemaVersion, step by step, in one transaction. Returns the version it had.
