@@ -1,0 +1,61 @@
+#pragma once
+
+#include "adapters/database_qt.h"
+#include "adapters/message_channel_local.h"
+#include "adapters/scheduler_control_local.h"
+#include "adapters/xml_rows_qt.h"
+#include "components/component_registry.h"
+#include "control/statistics_request.h"
+#include "environment/command_set.h"
+#include "environment/database_connection.h"
+#include "environment/set_up.h"
+#include "link/scheduler_link.h"
+#include "programs/host.h"
+#include "results/job_board.h"
+#include "session/frm_response.h"
+#include "session/session_gate.h"
+#include "sitebook/site_book.h"
+
+namespace qvrcom::programs {
+
+// The library wired to the real machine, for a program with a user: its own part is the user interface and
+// the windows of session dialog and viewer.
+class Suite : public Host {
+ public:
+  // `when_busy` is asked when another program has the session; without it a box says who.
+  explicit Suite(platform::UserInterface& ui, session::SessionGate::WhenBusy when_busy = {});
+  Suite(const Suite&) = delete;
+  Suite& operator=(const Suite&) = delete;
+
+  environment::SetUp set_up() { return {machine, machine, files, engine}; }
+  // What set-up makes of this machine.
+  environment::MachineFolders proposed_folders() const;
+
+  session::SessionParts session_parts() { return {rules_parts(), link, channel}; }
+  control::StatisticsRequestParts request_parts(link::SessionScreen& screen) {
+    return {rules_parts(), database, gate, screen};
+  }
+
+  platform::UserInterface& ui;
+  adapters::QtDatabaseEngine engine;
+  adapters::QtXmlRows xml_rows;
+  adapters::MessageChannelLocal channel;
+  adapters::SchedulerControlLocal scheduler;
+  environment::DataBase database;  // the control's command set
+  environment::DBase dbase;        // the rules' command set
+  environment::DatabaseConnection connection;
+  components::ComponentRegistry components;
+  base::Session session;
+  sitebook::SiteBook sites;
+  jobs::SchedulerFiles scheduler_files;
+  results::JobBoard jobs;
+  link::SchedulerLink link;
+  session::SessionGate gate;
+
+ private:
+  rules::BusinessRulesParts rules_parts() {
+    return {session, ui, clock, files, folders, dbase, components, xml_rows};
+  }
+};
+
+}  // namespace qvrcom::programs
