@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace qvrcom::csv {
+
+// Which row of the file stands on which line of a table: the file's own order from `first` on, or a sorted
+// one.
+struct RowOrder {
+  std::uint32_t first = 0;
+  std::uint32_t count = 0;
+  std::vector<std::uint32_t> sorted = {};  // file rows; empty for the file's own order
+
+  std::uint32_t file_row(std::uint32_t line) const { return sorted.empty() ? first + line : sorted[line]; }
+};
+
+}  // namespace qvrcom::csv
