@@ -80,7 +80,7 @@ class JobResults {
   std::string ReceivedPartition;         // partition of the message file that was met last
 
  private:
-  void skip_header(std::size_t& item) const;
+  std::size_t end_of_header() const;
   const std::string& script_line(std::size_t item) const;
   void take_download(const std::string& local_path);
   std::string current_job() const;

@@ -1,0 +1,46 @@
+#include "jobs/file_helpers.h"
+
+#include "base/number.h"
+
+namespace qvrcom::jobs {
+
+void FileHelpers::Create_File(const std::string& file_name) {
+  trap_("Create_File", [&] {
+    files_.append(scheduler_.path(file_name), {});
+    ui_.pump_events();
+  });
+}
+
+void FileHelpers::Create_Folders() {
+  trap_("Create_Folders", [&] {
+    for (std::string folder : {folders_.GetMsgsFolder({}), scheduler_.folder(), folders_.GetStatsFolder({}),
+                               folders_.GetSAMELogsFolder()}) {
+      if (ExistedFolder(folder, {})) continue;
+      folder.pop_back();  // the backslash
+      files_.make_folder(folder);
+    }
+  });
+}
+
+bool FileHelpers::ExistedFolder(const std::string& first, const std::string& second) {
+  return trap_("ExistedFolder", [&] { return files_.folder_exists(first + second); });
+}
+
+std::string FileHelpers::ProperMsgNo(const std::string& number) {
+  return trap_("ProperMsgNo", [&]() -> std::string {
+    const int value = base::to_int16(number);
+    const char* zeros = value < 10 ? "00" : value < 100 ? "0" : "";
+    return zeros + std::to_string(value);
+  });
+}
+
+std::string FileHelpers::ProperPartID(const std::string& number) {
+  return trap_("ProperPartID", [&]() -> std::string {
+    const int value = base::to_int16(number);
+    const std::string text = std::to_string(value);
+    // Partitions go from 1 to 64: more digits than two are cut off in front.
+    return value >= 10 ? text.substr(text.size() - 2) : "0" + text.substr(text.size() - 1);
+  });
+}
+
+}  // namespace qvrcom::jobs

@@ -1,0 +1,40 @@
+#include "jobs/job_name.h"
+
+#include <algorithm>
+
+namespace qvrcom::jobs {
+namespace {
+
+constexpr std::size_t kNameLimit = 64;
+
+bool is_name_character(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' || c == '_';
+}
+
+}  // namespace
+
+std::string job_name(const base::JobValues& job) {
+  return base::job_name_stamp(job.SessionStart) + job.Suffix;
+}
+
+std::string script_path(const base::JobValues& job) {
+  return job.Folder + "\\" + job.Name + std::string(kScriptExtension);
+}
+
+bool is_job_name(std::string_view name) {
+  return !name.empty() && name.size() <= kNameLimit &&
+         std::all_of(name.begin(), name.end(), is_name_character);
+}
+
+std::string_view job_of_script(std::string_view script_path) {
+  if (!script_path.ends_with(kScriptExtension)) return {};
+  script_path.remove_suffix(kScriptExtension.size());
+  const auto end = script_path.rfind('\\');
+  if (end == std::string_view::npos) return {};
+  const std::string_view name = script_path.substr(end + 1);
+  std::string_view folder = script_path.substr(0, end);
+  folder.remove_prefix(std::min(folder.size(), folder.rfind('\\') + 1));  // npos + 1 is 0
+  return folder == name && is_job_name(name) ? name : std::string_view{};
+}
+
+}  // namespace qvrcom::jobs
