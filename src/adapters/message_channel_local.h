@@ -1,10 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "platform/message_channel.h"
 
@@ -26,19 +24,16 @@ class MessageChannelLocal : public platform::MessageChannel {
   std::unique_ptr<platform::Window> open_window(const std::string& title,
                                                 platform::WindowProcedure procedure) override;
 
-  // Lines that arrived and were no message.
+  // Lines that reached this channel's windows and were no message.
   std::uint64_t dropped() const;
 
-  // What the windows and the channel share: it outlives whichever goes first.
-  struct Names;
-
  private:
-  platform::WindowHandle handle_of(const std::string& title);
+  struct Names;  // shared with the windows, whichever goes first
+  class LocalWindow;
 
   std::string run_folder_;
   std::string runtime_folder_;
   std::shared_ptr<Names> names_;
-  std::vector<std::string> titles_;  // a handle is an index into it plus 1
 };
 
 }  // namespace qvrcom::adapters

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <string>
 
@@ -10,14 +11,11 @@ class Dialer {
  public:
   virtual ~Dialer() = default;
 
-  // Runs `program` with the connection's name and the number as its two arguments, without a shell, and waits
-  // for it. Fault when it cannot be started, ends with another code than 0 or takes longer than `limit`;
-  // SessionCancelled after `cancel`.
+  // Runs `program` (a native path) with the connection's name and the number as its two arguments, without a
+  // shell, and waits for it. Fault when it cannot be started, ends with another code than 0 or takes longer
+  // than `limit`; SessionCancelled once `cancelled` is set.
   virtual void dial(const std::string& program, const std::string& connection, const std::string& number,
-                    std::chrono::milliseconds limit) = 0;
-
-  // Ends a running `dial`; another thread may call it. The next `dial` starts afresh.
-  virtual void cancel() = 0;
+                    std::chrono::milliseconds limit, const std::atomic<bool>& cancelled) = 0;
 };
 
 }  // namespace qvrcom::platform

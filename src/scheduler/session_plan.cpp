@@ -1,0 +1,108 @@
+#include "scheduler/session_plan.h"
+
+#include "base/fault.h"
+#include "base/text.h"
+#include "environment/device_address.h"
+#include "jobs/job_name.h"
+
+namespace qvrcom::scheduler {
+namespace {
+
+using base::Fault;
+using jobs::CommandKind;
+
+// A name that means the same file on every system, in the folder it is joined to.
+bool is_plain_name(std::string_view name) {
+  return !name.empty() && name.size() <= 200 && name != "." && name != ".." &&
+         name.find_first_of("\\/:*?\"<>|") == std::string_view::npos && !base::has_control_character(name);
+}
+
+class Planner {
+ public:
+  Planner(const platform::Files& files, const std::string& scheduler_folder, const std::string& job_name)
+      : files_(files),
+        folder_(scheduler_folder + job_name),
+        script_(folder_ + "\\" + job_name + std::string(jobs::kScriptExtension)) {}
+
+  jobs::Script read(const std::string& script_path) const {
+    if (!base::equals_ignoring_case(script_path, script_))
+      throw Fault("The script lies outside the scheduler folder: " + files_.native(script_path) + ".");
+    need_no_link(folder_, "The job's folder");
+    need_no_link(script_, "The script");
+    if (!files_.file_exists(script_)) throw Fault("The script " + files_.native(script_) + " is missing.");
+    if (files_.length(script_) > jobs::kScriptLimit) throw Fault("The script is too long.");
+    jobs::ScriptReading reading = jobs::read_script(files_.read(script_));
+    if (!reading.script) throw Fault(problem_sentence(reading.problem));
+    return std::move(*reading.script);
+  }
+
+  SessionPlan::Step step(const jobs::ScriptCommand& command) const {
+    SessionPlan::Step step{command.kind, command.remote, {}, command.size.value_or(0)};
+    if (command.kind == CommandKind::kAccount) step.remote = command.account;
+    need_clean(step.remote, "Line " + std::to_string(command.line) + " of the script");
+    if (command.kind == CommandKind::kGet || command.kind == CommandKind::kPut)
+      step.local = local(command.local, command.line);
+    return step;
+  }
+
+  static void need_clean(const std::string& text, const std::string& what) {
+    if (base::has_control_character(text))
+      throw Fault(what + " holds a control character, which a device would take for another command.");
+  }
+
+ private:
+  static std::string problem_sentence(const jobs::ScriptProblem& problem) {
+    if (problem.line == 0) return "The script is damaged: " + problem.reason;
+    return "The script is damaged at line " + std::to_string(problem.line) + " (" + problem.text +
+           "): " + problem.reason;
+  }
+
+  void need_no_link(const std::string& path, const std::string& what) const {
+    if (files_.is_link(path))
+      throw Fault(what + " " + files_.native(path) + " is a link, which is not followed.");
+  }
+
+  std::string local(const std::string& path, std::size_t line) const {
+    const std::string where = "Line " + std::to_string(line) + " of the script";
+    const std::size_t cut = folder_.size() + 1;
+    const bool inside = path.size() > cut &&
+                        base::equals_ignoring_case(path.substr(0, cut), folder_ + "\\") &&
+                        is_plain_name(std::string_view(path).substr(cut));
+    if (!inside)
+      throw Fault(where + " names a file that is not directly in the job's folder: " + files_.native(path) +
+                  ".");
+    std::string own = folder_ + "\\" + path.substr(cut);
+    if (base::equals_ignoring_case(own, script_))
+      throw Fault(where + " names the job's own script as its file.");
+    need_no_link(own, where + " names a file that leads elsewhere:");
+    return own;
+  }
+
+  const platform::Files& files_;
+  std::string folder_;
+  std::string script_;
+};
+
+}  // namespace
+
+SessionPlan make_plan(const platform::Files& files, const std::string& scheduler_folder,
+                      const std::string& job_name, const std::string& script_path) {
+  const Planner planner(files, scheduler_folder, job_name);
+  const jobs::Script script = planner.read(script_path);
+  if (script.kind == jobs::ScriptKind::kTelnet) throw Fault("This version runs no Telnet sessions.");
+
+  SessionPlan plan;
+  plan.job_name = job_name;
+  const jobs::ScriptHeader& header = script.header;
+  if (header.dial_up_flag == 1) plan.dial = {header.dial_up_connection, header.number_to_dial};
+  const environment::DeviceAddress address = environment::parse_device_address(header.ftp_address);
+  plan.login = {address.host, address.ftp_port, header.ftp_user.empty() ? "admin" : header.ftp_user,
+                header.ftp_password};
+  Planner::need_clean(plan.login.user, "The device user");
+  Planner::need_clean(plan.login.password, "The password");
+  for (const jobs::ScriptCommand& command : script.commands)
+    plan.steps.push_back(planner.step(command));
+  return plan;
+}
+
+}  // namespace qvrcom::scheduler

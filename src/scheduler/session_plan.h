@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "jobs/script_grammar.h"
+#include "platform/device_connection.h"
+#include "platform/files.h"
+
+namespace qvrcom::scheduler {
+
+// A conversation with a device, checked: nothing in it reaches outside the job's folder.
+struct SessionPlan {
+  struct Dial {
+    std::string connection;
+    std::string number;
+  };
+  struct Step {
+    jobs::CommandKind kind = jobs::CommandKind::kAccount;
+    std::string remote;  // the account for kAccount
+    std::string local;   // suite path, made of the job's folder and a plain name
+    std::uint64_t hint = 0;
+  };
+
+  std::string job_name;
+  std::optional<Dial> dial;
+  platform::DeviceLogin login;
+  std::vector<Step> steps;
+};
+
+// Reads the script of a job ("NAME\NAME.scr" in the scheduler folder, which ends in a backslash) and checks
+// it. `script_path` is where the index says the script lies: it must be that place. Fault with the reason, a
+// full sentence as its description, when there is no script, it is damaged, tells of a telnet session, names
+// a file outside the job's folder, or a link stands on the way.
+SessionPlan make_plan(const platform::Files& files, const std::string& scheduler_folder,
+                      const std::string& job_name, const std::string& script_path);
+
+}  // namespace qvrcom::scheduler
