@@ -19,4 +19,7 @@ struct DeviceAddress {
 // dropped. Fault when it is none of these or longer than 300 bytes.
 DeviceAddress parse_device_address(std::string_view text);
 
+// Why the text is no address, as the end of a sentence about it; "" when it is one.
+std::string device_address_problem(std::string_view text);
+
 }  // namespace qvrcom::environment

@@ -34,13 +34,10 @@ class SiteBook {
   // Fault "Site refused" with the reasons, "Site not found" when the key is gone.
   void edit(const SiteRecord& site);
 
-  // With its statistics settings row. Fault "Site not found".
+  // With its file settings. Fault "Site not found".
   void remove(std::int32_t site_id);
 
  private:
-  std::int32_t insert(platform::Database& database, const SiteRecord& site);
-  void refuse_problems(const SiteRecord& site);
-
   environment::DatabaseConnection& connection_;
 };
 

@@ -9,8 +9,8 @@
 
 namespace qvrcom::sitebook {
 
-// The sites as CSV: a header row of the column keys, CR LF line ends. A null is an empty field, an empty text
-// is "". docs/formats/database.md describes it.
+// The sites as CSV: a header row of "site-id" and the column keys, CR LF line ends. Nulls and empty texts are
+// both empty fields. docs/formats/database.md describes it.
 std::string export_csv(const std::vector<SiteRecord>& sites);
 
 struct ImportProblem {
@@ -24,7 +24,7 @@ struct ImportResult {
 };
 
 // Adds the rows as new sites: all of them or, when one cannot be, none. The header names the columns in any
-// order; columns that are not named stay null; a column "site-id" is passed over.
+// order; an empty field and a column that is not named are nulls; "site-id" is passed over.
 ImportResult import_csv(SiteBook& book, std::string_view text);
 
 }  // namespace qvrcom::sitebook

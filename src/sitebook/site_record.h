@@ -32,7 +32,7 @@ enum class SiteText {
   kAny,      // stays out of the job index
   kIndexed,  // becomes a field of the job index: no ";" and no "^"
   kAddress,  // as kIndexed, and an address that can be read
-  kNumber    // a 16-bit integer
+  kNumber    // 0 to 9999
 };
 
 // The columns that a person fills in, in their order on every view.
