@@ -1,0 +1,163 @@
+#include "siterules/site_lookups.h"
+
+#include <gmock/gmock.h>
+
+#include "base/fault.h"
+#include "base/text.h"
+#include "doubles/memory_database.h"
+#include "doubles/memory_files.h"
+#include "doubles/memory_machine.h"
+#include "doubles/recording_user_interface.h"
+#include "siterules/device_address.h"
+
+namespace qvrcom::siterules {
+namespace {
+
+using base::SiteConnection;
+
+// Components that all answer with one text and note what they were asked.
+class OneAnswer : public platform::Components {
+ public:
+  std::unique_ptr<platform::Component> create(std::string_view name) override {
+    if (!registered) throw base::Fault("Component cannot be created");
+    asked += std::string(name);
+    return std::make_unique<Answering>(*this);
+  }
+
+  std::string answer;
+  std::string asked;
+  bool registered = true;
+
+ private:
+  struct Answering : platform::Component {
+    explicit Answering(OneAnswer& components) : owner(components) {}
+    std::optional<std::string> call(std::string_view operation,
+                                    std::span<const std::string> arguments) override {
+      owner.asked += "." + std::string(operation);
+      for (const std::string& argument : arguments)
+        owner.asked += " " + argument;
+      return owner.answer;
+    }
+    OneAnswer& owner;
+  };
+};
+
+// "column|value|value": a "-" is a null.
+class BarRows : public platform::XmlRows {
+ public:
+  base::Rows load(std::string_view text) const override {
+    const auto pieces = base::split(text, "|");
+    if (pieces.size() < 1 || pieces[0].empty()) throw base::Fault("Answer is not a table");
+    base::Rows rows({std::string(pieces[0])});
+    for (std::size_t i = 1; i < pieces.size(); ++i)
+      rows.add({pieces[i] == "-" ? base::Field{} : base::Field(pieces[i])});
+    return rows;
+  }
+};
+
+struct SiteLookupsTest : testing::Test {
+  doubles::RecordingUserInterface ui;
+  base::SiteValues site;
+  OneAnswer components;
+  BarRows xml_rows;
+  doubles::MemoryMachine machine;
+  doubles::MemoryFiles files;
+  environment::FilesAndFolders folders{machine, files};
+  doubles::MemoryDatabase engine;
+  environment::DBase dbase{engine, folders};
+  SiteLookups lookups{platform::Trap(ui), site, components, xml_rows, dbase};
+};
+
+TEST_F(SiteLookupsTest, TheLastRowOfAnAnswerDecides) {
+  struct Case {
+    void (SiteLookups::*lookup)();
+    std::string base::SiteValues::*value;
+    const char* answer;
+    const char* asked;
+    const char* result;
+  };
+  const Case cases[] = {
+      {&SiteLookups::Get_ControlCardType, &base::SiteValues::ControlCardType, "ControlCardType|OLD|X",
+       "QVRdb.SITE.Get_Site_Rows 42", "X"},
+      {&SiteLookups::Get_ControlCardType, &base::SiteValues::ControlCardType, "ControlCardType|OLD|-",
+       "QVRdb.SITE.Get_Site_Rows 42", "NEW"},
+      {&SiteLookups::Get_Current_User, &base::SiteValues::LoginName, "LoginName|",
+       "QVRdb.Use.Get_Current_User_Rows", "admin"},
+      {&SiteLookups::Get_Current_User, &base::SiteValues::LoginName, "LoginName",
+       "QVRdb.Use.Get_Current_User_Rows", "before"},
+      {&SiteLookups::Get_Current_Config, &base::SiteValues::CurrentConfigID, "ID|-",
+       "QVRdb.Config.Get_Current_Config_Rows", "1"},
+      {&SiteLookups::Get_Current_Config, &base::SiteValues::CurrentConfigID, "ID|12",
+       "QVRdb.Config.Get_Current_Config_Rows", "12"},
+  };
+  for (const Case& one : cases) {
+    site = {};
+    site.SiteID = "42";
+    site.*one.value = "before";
+    components.answer = one.answer;
+    components.asked.clear();
+    (lookups.*one.lookup)();
+    EXPECT_EQ(site.*one.value, one.result) << one.answer;
+    EXPECT_EQ(components.asked, one.asked);
+  }
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(SiteLookupsTest, AFaultIsReportedByTheLookupAndKeepsTheValue) {
+  site.LoginName = "before";
+  components.answer = "";
+  lookups.Get_Current_User();
+  components.answer = "Other|x";
+  lookups.Get_Current_User();
+  components.registered = false;
+  lookups.Update_SiteID_in_SessionQVR();
+  EXPECT_EQ(site.LoginName, "before");
+  EXPECT_THAT(ui.texts(), testing::ElementsAre(
+                              "Error_Handler: Get_Current_User\r\nAnswer is not a table",
+                              "Error_Handler: Get_Current_User\r\nItem not found in this collection",
+                              "Error_Handler: Update_SiteID_in_SessionQVR\r\nComponent cannot be created"));
+}
+
+TEST_F(SiteLookupsTest, MachineTypeIsTheLastOneThatIsNotNull) {
+  engine.answer("QVRSettings", {"Machine_Type_ID"}, {{"3"}, {"2"}, {std::nullopt}});
+  site.CurrentConfigID = "5";
+  lookups.QVRSettings_MachineTypeID();
+  EXPECT_EQ(site.MachineType, "2");
+  EXPECT_EQ(engine.statements.at(0).values.at(0).value, "5");
+}
+
+TEST_F(SiteLookupsTest, CopiesTheSiteByKeyThenByTitle) {
+  SiteConnection office{
+      {"Office", "101", "7", "lan", "direct", "modem", "code", "1", "dial", "555", "", "", ""}};
+  SiteConnection depot{{"Depot", "102", "8", "", "", "", "", "0", "", "", "NEW", "6.61", "2"}};
+  SiteConnection named_like_a_key{{"x", "y", "Office - 101", "other", "", "", "", "", "", "", "", "", ""}};
+  site.SiteConnections = {office, depot, SiteConnection{}};
+  site.FirmwareVersion = "kept";
+
+  lookups.Get_Site("7");
+  EXPECT_EQ(site.SiteName + site.UserSiteID + site.SiteID + site.IPLan + site.IPDirect + site.IPModem +
+                site.AccessCode + site.ConnectMethod + site.DialupConnection + site.NumberToDial,
+            "Office1017landirectmodemcode1dial555");
+  EXPECT_EQ(site.FirmwareVersion, "kept");
+  lookups.Get_Site("Depot - 102");
+  EXPECT_EQ(site.SiteID + site.DeviceGeneration + site.FirmwareVersion + site.MachineType, "8NEW6.612");
+  EXPECT_EQ(site.AccessCode, "");
+  lookups.Get_Site("");
+  lookups.Get_Site(" - ");
+  EXPECT_EQ(site.SiteID, "8") << "the spare entry is no site";
+  site.SiteConnections.push_back(named_like_a_key);
+  lookups.Get_Site("Office - 101");
+  EXPECT_EQ(site.IPLan, "other") << "a key goes before a title";
+}
+
+TEST(DeviceAddressChoice, FollowsTheConnectionMethod) {
+  EXPECT_EQ(device_address("0", "lan", "direct", "modem"), "lan");
+  EXPECT_EQ(device_address("1", "lan", "direct", "modem"), "modem");
+  EXPECT_EQ(device_address("2", "lan", "direct", "modem"), "direct");
+  EXPECT_EQ(device_address("2", "lan", "", "modem"), "lan");
+  EXPECT_EQ(device_address("-3", "lan", "direct", "modem"), "lan");
+  EXPECT_THROW(device_address("", "lan", "direct", "modem"), base::Fault);
+}
+
+}  // namespace
+}  // namespace qvrcom::siterules
