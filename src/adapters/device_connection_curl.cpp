@@ -1,0 +1,382 @@
+#include "adapters/device_connection_curl.h"
+
+#include <arpa/inet.h>
+#include <curl/curl.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <charconv>
+#include <chrono>
+#include <mutex>
+#include <optional>
+
+#include "adapters/transfer_files.h"
+
+namespace qvrcom::adapters {
+namespace {
+
+using base::Fault;
+using std::chrono::milliseconds;
+using MonotonicClock = std::chrono::steady_clock;
+
+constexpr int kPollTime = 10;               // milliseconds; curl's own waits can take a second
+constexpr std::size_t kLongestReply = 500;  // bytes of a reply line that are kept
+
+struct ResultText {
+  CURLcode code;
+  const char* text;
+};
+
+constexpr std::array<ResultText, 9> kResultTexts{{
+    {CURLE_COULDNT_RESOLVE_HOST, "The host name is not known"},
+    {CURLE_COULDNT_CONNECT, "No connection to the device"},
+    {CURLE_REMOTE_ACCESS_DENIED, "The device refused access"},
+    {CURLE_LOGIN_DENIED, "The device refused the login"},
+    {CURLE_PARTIAL_FILE, "The transfer was cut short"},
+    {CURLE_GOT_NOTHING, "The device closed the connection"},
+    {CURLE_SEND_ERROR, "The device closed the connection"},
+    {CURLE_RECV_ERROR, "The device closed the connection"},
+    {CURLE_OPERATION_TIMEDOUT, "The device did not answer in time"},
+}};
+
+const char* text_of(CURLcode code) {
+  const auto row = std::find_if(kResultTexts.begin(), kResultTexts.end(),
+                                [code](const ResultText& text) { return text.code == code; });
+  return row == kResultTexts.end() ? curl_easy_strerror(code) : row->text;
+}
+
+std::string time_text(milliseconds time) {
+  if (time.count() % 1000 != 0) return std::to_string(time.count()) + " ms";
+  return std::to_string(time.count() / 1000) + " s";
+}
+
+std::uint16_t port_of(const curl_sockaddr& address) {
+  // Both kinds of address keep the port in the same place.
+  const auto* any = reinterpret_cast<const sockaddr_in*>(&address.addr);
+  return ntohs(any->sin_port);
+}
+
+bool is_host(const std::string& host) {
+  return !host.empty() && std::all_of(host.begin(), host.end(), [](unsigned char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '.' ||
+           c == '-' || c == '_' || c == ':' || c >= 0x80;
+  });
+}
+
+bool is_one_word(const std::string& text) {
+  return !text.empty() &&
+         std::none_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+}
+
+class CommandList {
+ public:
+  explicit CommandList(const std::string& command) : list_(curl_slist_append(nullptr, command.c_str())) {}
+  ~CommandList() { curl_slist_free_all(list_); }
+  CommandList(const CommandList&) = delete;
+  CommandList& operator=(const CommandList&) = delete;
+  curl_slist* get() const { return list_; }
+
+ private:
+  curl_slist* list_;
+};
+
+class DeviceConnectionCurl : public platform::DeviceConnection {
+ public:
+  DeviceConnectionCurl(const platform::Files& files, const platform::DeviceLimits& limits,
+                       platform::TransferProgress progress)
+      : files_(files), limits_(limits), progress_(std::move(progress)) {
+    if (multi_ == nullptr || easy_ == nullptr) throw Fault("The FTP library cannot be started");
+  }
+  ~DeviceConnectionCurl() override {
+    hang_up();
+    curl_easy_cleanup(easy_);
+    curl_multi_cleanup(multi_);
+  }
+
+  void login(const platform::DeviceLogin& login) override;
+  void account(const std::string& name) override { command("ACCT " + name, "Selecting " + name); }
+  std::uint64_t get(const std::string& remote_name, const std::string& local_path) override;
+  std::uint64_t put(const std::string& local_path, const std::string& remote_name) override;
+  void remove(const std::string& remote_name) override {
+    command("DELE " + remote_name, "Deleting " + remote_name);
+  }
+  void close() override;
+
+  void cancel() override {
+    cancelled_ = true;
+    curl_multi_wakeup(multi_);
+  }
+
+ private:
+  void command(const std::string& text, const std::string& tried);
+  void prepare(const std::string& remote_name);
+  void run(const std::string& tried);
+  CURLcode drive(const std::string& tried);
+  void keep_limits(const std::string& tried) const;
+  [[noreturn]] void fail(CURLcode code, const std::string& tried) const;
+  void touched() { last_byte_ = MonotonicClock::now(); }
+  void moved(std::size_t bytes);
+  void hang_up();
+
+  // Runs inside a callback of the library, which no fault may pass: it is kept and thrown afterwards.
+  template <class Body>
+  bool guarded(Body&& body) {
+    try {
+      body();
+      return true;
+    } catch (const Fault& fault) {
+      trouble_ = fault;
+      return false;
+    }
+  }
+
+  static std::size_t on_reply(char* text, std::size_t size, std::size_t count, void* self);
+  static std::size_t on_received(char* bytes, std::size_t size, std::size_t count, void* self);
+  static std::size_t on_wanted(char* buffer, std::size_t size, std::size_t count, void* self);
+  static curl_socket_t on_open(void* self, curlsocktype purpose, curl_sockaddr* address);
+  static int on_close(void* self, curl_socket_t socket);
+
+  const platform::Files& files_;
+  const platform::DeviceLimits limits_;
+  const platform::TransferProgress progress_;
+  CURLM* const multi_ = curl_multi_init();
+  CURL* const easy_ = curl_easy_init();
+  std::atomic<bool> cancelled_{false};
+
+  platform::DeviceLogin login_;
+  std::string place_;  // "ftp://host:port/"
+  bool logged_in_ = false;
+  curl_socket_t control_ = CURL_SOCKET_BAD;
+  MonotonicClock::time_point session_began_;
+
+  // The running step.
+  MonotonicClock::time_point step_began_;
+  MonotonicClock::time_point last_byte_;
+  std::string reply_;  // the last line that the device said
+  std::uint64_t bytes_ = 0;
+  PartFile* part_ = nullptr;
+  SourceFile* source_ = nullptr;
+  std::optional<Fault> trouble_;
+  bool reconnect_refused_ = false;
+};
+
+void DeviceConnectionCurl::login(const platform::DeviceLogin& login) {
+  const std::string tried =
+      "Login as " + login.user + " at " + login.host + " port " + std::to_string(login.port);
+  if (!is_host(login.host)) throw Fault("The address is none", tried);
+  login_ = login;
+  const bool bare_ipv6 = login.host.find(':') != std::string::npos;
+  place_ =
+      "ftp://" + (bare_ipv6 ? '[' + login.host + ']' : login.host) + ':' + std::to_string(login.port) + '/';
+  session_began_ = MonotonicClock::now();
+  prepare({});
+  curl_easy_setopt(easy_, CURLOPT_NOBODY, 1L);
+  run(tried);
+  logged_in_ = true;
+}
+
+void DeviceConnectionCurl::command(const std::string& text, const std::string& tried) {
+  if (!is_one_word(text)) throw Fault("A name holds a control character", tried);
+  const CommandList commands(text);
+  prepare({});
+  curl_easy_setopt(easy_, CURLOPT_NOBODY, 1L);
+  curl_easy_setopt(easy_, CURLOPT_QUOTE, commands.get());
+  run(tried);
+}
+
+std::uint64_t DeviceConnectionCurl::get(const std::string& remote_name, const std::string& local_path) {
+  PartFile part(files_.native(local_path));
+  prepare(remote_name);
+  part_ = &part;
+  run("Fetching " + remote_name);
+  part.keep();
+  return part.length();
+}
+
+std::uint64_t DeviceConnectionCurl::put(const std::string& local_path, const std::string& remote_name) {
+  SourceFile source(files_.native(local_path));
+  const std::string tried = "Sending " + remote_name;
+  if (source.length() > limits_.largest_file)
+    throw Fault("The file is larger than " + std::to_string(limits_.largest_file) + " bytes", tried);
+  prepare(remote_name);
+  source_ = &source;
+  curl_easy_setopt(easy_, CURLOPT_UPLOAD, 1L);
+  curl_easy_setopt(easy_, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(source.length()));
+  run(tried);
+  return bytes_;
+}
+
+void DeviceConnectionCurl::close() {
+  if (!logged_in_) return;
+  command("QUIT", "Leaving the device");
+  logged_in_ = false;
+  hang_up();
+}
+
+// All options anew for every step, so that none of the step before is left. The connection stays.
+void DeviceConnectionCurl::prepare(const std::string& remote_name) {
+  const auto set = [this](CURLoption option, auto value) { curl_easy_setopt(easy_, option, value); };
+  curl_easy_reset(easy_);
+  char* escaped = curl_easy_escape(easy_, remote_name.data(), static_cast<int>(remote_name.size()));
+  set(CURLOPT_URL, (place_ + (remote_name.empty() ? "" : escaped)).c_str());
+  curl_free(escaped);
+  set(CURLOPT_USERNAME, login_.user.c_str());
+  set(CURLOPT_PASSWORD, login_.password.c_str());
+  set(CURLOPT_PROTOCOLS_STR, "ftp");
+  set(CURLOPT_PROXY, "");
+  set(CURLOPT_NOSIGNAL, 1L);
+  set(CURLOPT_FTP_SKIP_PASV_IP, 1L);
+  set(CURLOPT_FTP_FILEMETHOD, static_cast<long>(CURLFTPMETHOD_NOCWD));
+  set(CURLOPT_QUICK_EXIT, 1L);  // a name that takes long to resolve holds up no cancel
+  set(CURLOPT_MAXAGE_CONN, static_cast<long>(std::chrono::hours(24) / std::chrono::seconds(1)));
+  // The limits of `keep_limits` are the ones that count; the library's own lie above them.
+  set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(limits_.connect.count()) + 60000L);
+  set(CURLOPT_SERVER_RESPONSE_TIMEOUT, static_cast<long>(limits_.idle.count() / 1000) + 60L);
+  set(CURLOPT_HEADERFUNCTION, &on_reply);
+  set(CURLOPT_HEADERDATA, static_cast<void*>(this));
+  set(CURLOPT_WRITEFUNCTION, &on_received);
+  set(CURLOPT_WRITEDATA, static_cast<void*>(this));
+  set(CURLOPT_READFUNCTION, &on_wanted);
+  set(CURLOPT_READDATA, static_cast<void*>(this));
+  set(CURLOPT_OPENSOCKETFUNCTION, &on_open);
+  set(CURLOPT_OPENSOCKETDATA, static_cast<void*>(this));
+  set(CURLOPT_CLOSESOCKETFUNCTION, &on_close);
+  set(CURLOPT_CLOSESOCKETDATA, static_cast<void*>(this));
+  reply_.clear();
+  bytes_ = 0;
+  part_ = nullptr;
+  source_ = nullptr;
+}
+
+void DeviceConnectionCurl::run(const std::string& tried) {
+  step_began_ = MonotonicClock::now();
+  touched();
+  curl_multi_add_handle(multi_, easy_);
+  struct Attached {
+    CURLM* multi;
+    CURL* easy;
+    ~Attached() { curl_multi_remove_handle(multi, easy); }
+  };
+  CURLcode code = CURLE_OK;
+  {
+    const Attached attached{multi_, easy_};
+    code = drive(tried);
+  }
+  if (trouble_) throw Fault(trouble_->description(), tried + ". " + trouble_->detail());
+  if (code != CURLE_OK) fail(code, tried);
+}
+
+CURLcode DeviceConnectionCurl::drive(const std::string& tried) {
+  while (true) {
+    int running = 0;
+    keep_limits(tried);
+    curl_multi_perform(multi_, &running);
+    if (running == 0) break;
+    curl_multi_poll(multi_, nullptr, 0, kPollTime, nullptr);
+  }
+  int left = 0;
+  const CURLMsg* message = curl_multi_info_read(multi_, &left);
+  return message != nullptr && message->msg == CURLMSG_DONE ? message->data.result : CURLE_FAILED_INIT;
+}
+
+void DeviceConnectionCurl::keep_limits(const std::string& tried) const {
+  const auto now = MonotonicClock::now();
+  if (cancelled_) throw platform::SessionCancelled(tried);
+  if (now - session_began_ > limits_.session)
+    throw Fault("The session took longer than " + time_text(limits_.session), tried);
+  if (!logged_in_ && now - step_began_ > limits_.connect)
+    throw Fault("The device did not answer within " + time_text(limits_.connect), tried);
+  if (now - last_byte_ > limits_.idle)
+    throw Fault("No byte came or went for " + time_text(limits_.idle), tried);
+}
+
+// A refusal of the device says more than the library's code: a step that is answered 421 would read as a
+// timeout.
+void DeviceConnectionCurl::fail(CURLcode code, const std::string& tried) const {
+  const bool refused = reply_.size() >= 3 && (reply_[0] == '4' || reply_[0] == '5');
+  if (refused) throw Fault(reply_, tried);
+  if (reconnect_refused_) throw Fault("The device closed the connection", tried);
+  throw Fault(text_of(code), bytes_ == 0 ? tried : tried + ", after " + std::to_string(bytes_) + " bytes");
+}
+
+void DeviceConnectionCurl::moved(std::size_t bytes) {
+  touched();
+  bytes_ += bytes;
+  if (progress_) progress_(bytes_);
+}
+
+// So that the library's parting word, for which it would wait, fails at once.
+void DeviceConnectionCurl::hang_up() {
+  if (control_ != CURL_SOCKET_BAD) ::shutdown(control_, SHUT_RDWR);
+}
+
+std::size_t DeviceConnectionCurl::on_reply(char* text, std::size_t size, std::size_t count, void* self) {
+  auto& connection = *static_cast<DeviceConnectionCurl*>(self);
+  connection.touched();
+  std::string_view line(text, size * count);
+  while (!line.empty() && (line.back() == '\r' || line.back() == '\n'))
+    line.remove_suffix(1);
+  connection.reply_ = line.substr(0, kLongestReply);
+  return size * count;
+}
+
+std::size_t DeviceConnectionCurl::on_received(char* bytes, std::size_t size, std::size_t count, void* self) {
+  auto& connection = *static_cast<DeviceConnectionCurl*>(self);
+  const std::size_t length = size * count;
+  const bool kept = connection.guarded([&] {
+    connection.moved(length);
+    if (connection.bytes_ > connection.limits_.largest_file)
+      throw Fault("The file is larger than " + std::to_string(connection.limits_.largest_file) + " bytes",
+                  "The rest was not fetched");
+    if (connection.part_ != nullptr) connection.part_->write({bytes, length});
+  });
+  return kept ? length : 0;
+}
+
+std::size_t DeviceConnectionCurl::on_wanted(char* buffer, std::size_t size, std::size_t count, void* self) {
+  auto& connection = *static_cast<DeviceConnectionCurl*>(self);
+  std::size_t got = 0;
+  const bool read = connection.guarded([&] {
+    if (connection.source_ != nullptr) got = connection.source_->read(buffer, size * count);
+    connection.moved(got);
+  });
+  return read ? got : CURL_READFUNC_ABORT;
+}
+
+// The library would log in again by itself when the device has dropped the control connection, without the
+// account: the next file would land in another partition. So there is only the first one.
+curl_socket_t DeviceConnectionCurl::on_open(void* self, curlsocktype, curl_sockaddr* address) {
+  auto& connection = *static_cast<DeviceConnectionCurl*>(self);
+  const bool to_control_port = port_of(*address) == connection.login_.port;
+  if (connection.logged_in_ && to_control_port) {
+    connection.reconnect_refused_ = true;
+    return CURL_SOCKET_BAD;
+  }
+  const curl_socket_t made = ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+  if (!connection.logged_in_ && to_control_port) connection.control_ = made;
+  return made;
+}
+
+int DeviceConnectionCurl::on_close(void* self, curl_socket_t socket) {
+  auto& connection = *static_cast<DeviceConnectionCurl*>(self);
+  if (connection.control_ == socket) connection.control_ = CURL_SOCKET_BAD;
+  return ::close(socket);
+}
+
+}  // namespace
+
+DeviceConnectionsCurl::DeviceConnectionsCurl(const platform::Files& files) : files_(files) {
+  static std::once_flag once;
+  std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+}
+
+std::unique_ptr<platform::DeviceConnection> DeviceConnectionsCurl::make(const platform::DeviceLimits& limits,
+                                                                        platform::TransferProgress progress) {
+  return std::make_unique<DeviceConnectionCurl>(files_, limits, std::move(progress));
+}
+
+}  // namespace qvrcom::adapters

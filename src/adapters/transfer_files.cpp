@@ -1,0 +1,83 @@
+#include "adapters/transfer_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "base/fault.h"
+
+namespace qvrcom::adapters {
+namespace {
+
+[[noreturn]] void fail_with(const char* what, const std::string& path, int code) {
+  const char* description = "Path/File access error";
+  if (code == ENOSPC || code == EDQUOT) description = base::kDiskFull;
+  if (code == ENOENT) description = base::kFileNotFound;
+  if (code == EACCES || code == EPERM || code == EROFS || code == ELOOP)
+    description = base::kPermissionDenied;
+  throw base::Fault(description, std::string(what) + " \"" + path + "\": " + std::strerror(code));
+}
+
+}  // namespace
+
+PartFile::PartFile(std::string path) : path_(std::move(path)), part_(path_ + ".part") {
+  ::unlink(part_.c_str());  // left behind by a program that was killed
+  file_ = ::open(part_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+  if (file_ < 0) fail();
+}
+
+PartFile::~PartFile() {
+  if (file_ < 0) return;
+  ::close(file_);
+  ::unlink(part_.c_str());
+}
+
+void PartFile::fail() const {
+  fail_with("Writing", part_, errno);
+}
+
+void PartFile::write(std::string_view bytes) {
+  length_ += bytes.size();
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(file_, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) fail();
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+void PartFile::keep() {
+  if (::fdatasync(file_) != 0 || std::rename(part_.c_str(), path_.c_str()) != 0) fail();
+  ::close(file_);
+  file_ = -1;
+}
+
+SourceFile::SourceFile(const std::string& path)
+    : path_(path), file_(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)) {
+  if (file_ < 0) fail_with("Reading", path_, errno);
+  struct stat status {};
+  if (::fstat(file_, &status) == 0 && S_ISREG(status.st_mode)) {
+    length_ = static_cast<std::uint64_t>(status.st_size);
+    return;
+  }
+  ::close(file_);
+  throw base::Fault("Path/File access error", "\"" + path_ + "\" is not a plain file");
+}
+
+SourceFile::~SourceFile() {
+  ::close(file_);
+}
+
+std::size_t SourceFile::read(char* buffer, std::size_t room) {
+  while (true) {
+    const ssize_t got = ::read(file_, buffer, room);
+    if (got >= 0) return static_cast<std::size_t>(got);
+    if (errno != EINTR) fail_with("Reading", path_, errno);
+  }
+}
+
+}  // namespace qvrcom::adapters
