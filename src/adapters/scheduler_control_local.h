@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <memory>
 #include <string>
 
@@ -18,7 +19,7 @@ class SchedulerControlLocal : public platform::SchedulerControl {
   platform::StopOutcome stop_job(const std::string& job_name) override;
 
  private:
-  std::string socket_path() const;
+  QJsonObject request(const std::string& request) const;
 
   std::string run_folder_;
   std::string runtime_folder_;
