@@ -1,0 +1,202 @@
+#include "adapters/database_qt.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include "adapters/temporary_suite.h"
+#include "base/fault.h"
+#include "environment/command_set.h"
+#include "environment/schema.h"
+
+namespace qvrcom::adapters {
+namespace {
+
+using base::Field;
+
+struct DatabaseTest : testing::Test, TemporarySuite {
+  template <class Call>
+  static std::string fault_of(Call call) {
+    try {
+      call();
+    } catch (const base::Fault& fault) {
+      return fault.description();
+    }
+    return "no fault";
+  }
+  std::string opening() {
+    return fault_of([&] { engine.open(folders.GetConnectionString()); });
+  }
+};
+
+TEST_F(DatabaseTest, SetUpMakesAMachineReadyAndTwiceIsHarmless) {
+  EXPECT_NE(environment::missing_set_up(machine, files), std::nullopt);
+  EXPECT_FALSE(set_up().empty());
+  EXPECT_EQ(environment::missing_set_up(machine, files), std::nullopt);
+  EXPECT_TRUE(files.folder_exists(folders.GetSchedulerFolder()));
+  EXPECT_TRUE(files.folder_exists(folders.GetAppDocsRoot()));
+  EXPECT_EQ(folders.GetCommonAppDataPath(), folders.GetSpecialFolderPath(35));
+  EXPECT_EQ(folders.GetAppPath(), "\\opt\\qvrcom\\");
+  struct stat status {};
+  ASSERT_EQ(stat(database_path().c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+
+  EXPECT_EQ(value("SELECT COUNT(*) FROM Partition_Settings WHERE Config_ID = 1"), "64");
+  EXPECT_EQ(value("SELECT Machine_Type_ID FROM QVRSettings WHERE ConfigID = 1"), "2");
+  query("INSERT INTO Site (User_Defined_Site_Name) VALUES ('older')");
+  const int writes = machine.writes;
+  EXPECT_THAT(set_up(), testing::ElementsAre("Database: added statistics settings of 1 sites"));
+  EXPECT_THAT(set_up(), testing::IsEmpty());
+  EXPECT_EQ(machine.writes, writes);
+  EXPECT_EQ(value("SELECT COUNT(*) FROM SessionQVR"), "1");
+  EXPECT_EQ(value("SELECT AutoIncrements || '|' || (DefaultPathname IS NULL) FROM File_Handling"), "|1");
+
+  std::filesystem::remove(database_path());
+  EXPECT_THAT(environment::missing_set_up(machine, files).value_or(""), testing::HasSubstr(database_path()));
+}
+
+TEST_F(DatabaseTest, EveryCommandRunsOnTheSchema) {
+  set_up();
+  environment::DataBase control(engine, folders);
+  environment::DBase rules(engine, folders);
+  const auto run_all = [](environment::CommandSet& set, const std::vector<environment::Command>& commands) {
+    for (const environment::Command& command : commands) {
+      const std::vector<Field> arguments(command.parameters.size(), "1");
+      EXPECT_EQ(fault_of([&] { set.run(command.name, arguments); }), "no fault") << command.name;
+    }
+  };
+  run_all(control, environment::control_commands());
+  run_all(rules, environment::rules_commands());
+}
+
+TEST_F(DatabaseTest, CommandsDoWhatTheySay) {
+  set_up();
+  environment::DataBase control(engine, folders);
+  environment::DBase rules(engine, folders);
+  query("INSERT INTO SessionQVR (SiteID) VALUES (3)");
+  control.run("Update_SessionQVR", {"7"});
+  EXPECT_EQ(value("SELECT COUNT(*) FROM SessionQVR WHERE SiteID = 7"), "2");
+  EXPECT_EQ(control.run("Get_AllPartitions", {"1"})[9].text("PartitionID"), "10");
+  EXPECT_TRUE(control.run("Get_AllPartitions", {"2"}).empty());
+
+  query(
+      "INSERT INTO Node_MSG (ConfigID, PartID, NodeNumber, Password, Comment) VALUES (1, 3, 12, 'p', NULL), "
+      "(1, 3, 2, '', ''), (1, 3, 0, 'never', '')");
+  const base::Rows nodes = rules.run("Get_Node_MSG", {"1", "3"});
+  ASSERT_EQ(nodes.size(), 2U);
+  EXPECT_EQ(nodes[0].text("NodeNumber"), "2");
+  EXPECT_EQ(nodes[0]["Comment"], Field(""));
+  EXPECT_EQ(nodes[1]["Comment"], Field());
+  rules.run("Duplicate_Node_MSG", {"9", "4", "12", "1", "3"});
+  EXPECT_EQ(value("SELECT Password FROM Node_MSG WHERE ConfigID = 9 AND PartID = 4 AND NodeNumber = 12"),
+            "p");
+
+  query(
+      "INSERT INTO Detail_DIR (ConfigID, PartID, SequenceNo, NodeMasterID, LastName) VALUES "
+      "(1, 3, 1, 5, 'a'), (1, 3, 2, 5, 'b'), (1, 3, 3, 6, 'c')");
+  rules.run("Duplicate_Detail_DIR", {"9", "4", "5", "1", "3"});
+  EXPECT_EQ(value("SELECT COUNT(*) FROM Detail_DIR WHERE ConfigID = 9 AND NodeMasterID = 5"), "2");
+  query("INSERT INTO Daylight_Mode_Date VALUES (1), (2)");
+  rules.run("Delete_Daylight_Mode_Date", {"1"});
+  EXPECT_EQ(value("SELECT COUNT(*) FROM Daylight_Mode_Date"), "1");
+}
+
+TEST_F(DatabaseTest, BindsValuesStrictly) {
+  set_up();
+  platform::Database& database = connection.database();
+  const auto run = [&](const std::string& sql, std::vector<platform::NamedValue> values) {
+    return fault_of([&] { database.run(sql, values); });
+  };
+  const std::string insert = "INSERT INTO Users (LoginName) VALUES (:Name)";
+  EXPECT_EQ(run(insert, {}), "Wrong number of arguments");
+  EXPECT_EQ(run(insert, {{"Name", "a"}, {"Other", "b"}}), "Wrong number of arguments");
+  EXPECT_EQ(run("SELECT ':Name', \":b\" FROM Users", {{"Name", "a"}}), "Wrong number of arguments");
+  EXPECT_EQ(run("SELECT * FROM Users WHERE LoginName = ?", {}), "Wrong number of arguments");
+  EXPECT_EQ(run("SELECT * FROM Nothing", {}), "Database command failed");
+
+  for (const Field& name : {Field(""), Field(), Field("'); DROP TABLE Users; --"), Field("caf\xC3\xA9;")}) {
+    query("DELETE FROM Users");
+    EXPECT_EQ(run(insert, {{"Name", name}}), "no fault");
+    EXPECT_EQ(query("SELECT LoginName FROM Users")[0]["LoginName"], name);
+  }
+}
+
+TEST_F(DatabaseTest, ATransactionIsAllOrNothing) {
+  set_up();
+  platform::Database& database = connection.database();
+  EXPECT_EQ(fault_of([&] {
+              database.transaction([&] {
+                database.run("DELETE FROM Partition_Settings");
+                throw base::Fault("half way");
+              });
+            }),
+            "half way");
+  EXPECT_EQ(value("SELECT COUNT(*) FROM Partition_Settings"), "64");
+  database.transaction([&] { database.run("DELETE FROM Partition_Settings"); });
+  EXPECT_EQ(value("SELECT COUNT(*) FROM Partition_Settings"), "0");
+}
+
+TEST_F(DatabaseTest, SaysWhyAFileCannotBeOpened) {
+  set_up();
+  std::string good = files.read(suite_path(database_path()));
+
+  std::filesystem::remove(database_path());
+  EXPECT_EQ(opening(), "File not found");
+  EXPECT_FALSE(std::filesystem::exists(database_path())) << "opening must not make a file";
+
+  const std::string damaged = good.substr(0, 100) + std::string(good.size() - 100, '\x5A');
+  const std::pair<std::string, const char*> cases[] = {
+      {std::string("\0\1\0\0Standard Jet DB", 19), "Database is foreign"},
+      {"name,value\n", "Database is foreign"},
+      {good.substr(0, 40), "Database is damaged"},
+      {damaged, "Database is damaged"},
+      {good, "no fault"},
+  };
+  for (const auto& [bytes, wanted] : cases) {
+    write_database_file(bytes);
+    EXPECT_EQ(opening(), wanted) << bytes.size();
+  }
+  chmod(database_path().c_str(), 0);
+  if (geteuid() != 0) {
+    EXPECT_EQ(opening(), "Database cannot be opened");
+  }
+}
+
+TEST_F(DatabaseTest, TellsALockedFileAndDamageFoundLater) {
+  set_up();
+  {
+    QtDatabaseEngine other_engine(files);
+    const auto other = other_engine.open(folders.GetConnectionString());
+    other->run("BEGIN EXCLUSIVE");
+    EXPECT_EQ(opening(), "Database is locked");
+    other->run("COMMIT");
+  }
+  EXPECT_EQ(opening(), "no fault");
+
+  query("DELETE FROM Partition_Settings");
+  for (int i = 0; i < 12; ++i)
+    query("INSERT INTO Users (LoginName) SELECT hex(zeroblob(2000)) FROM Users");
+  // Every page behind the first is spoilt: the schema's first page still reads.
+  std::string bytes = files.read(suite_path(database_path()));
+  ASSERT_GT(bytes.size(), 1000000U);
+  std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(bytes.size() / 2), bytes.end(), '\x5A');
+  write_database_file(bytes);
+  const auto database = engine.open(folders.GetConnectionString());
+  EXPECT_EQ(fault_of([&] { database->run("SELECT COUNT(DISTINCT LoginName) FROM Users"); }),
+            "Database is damaged");
+}
+
+TEST_F(DatabaseTest, RefusesTablesOfOthersAndNewerSchemas) {
+  set_up();
+  query("PRAGMA user_version = 9");
+  EXPECT_EQ(fault_of([&] { set_up(); }), "Database is too new");
+  query("PRAGMA application_id = 7");
+  EXPECT_EQ(fault_of([&] { set_up(); }), "Database is foreign");
+
+  write_database_file("");
+  EXPECT_EQ(fault_of([&] { environment::DataBase(engine, folders).run("Get_AllSites"); }),
+            "Database is not set up");
+  EXPECT_THAT(set_up(), testing::Contains(testing::HasSubstr("schema version 0 to 1")));
+}
+
+}  // namespace
+}  // namespace qvrcom::adapters

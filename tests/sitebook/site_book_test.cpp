@@ -1,0 +1,159 @@
+#include "sitebook/site_book.h"
+
+#include <gmock/gmock.h>
+
+#include "adapters/temporary_suite.h"
+#include "base/fault.h"
+#include "sitebook/sample_site.h"
+#include "sitebook/site_csv.h"
+
+namespace qvrcom::sitebook {
+namespace {
+
+using testing::ElementsAre;
+
+SiteRecord site(const std::string& name, const std::string& identifier) {
+  SiteRecord record;
+  record.name = name;
+  record.identifier = identifier;
+  return record;
+}
+
+TEST(SiteProblems, RefusesWhatAJobCannotCarry) {
+  struct Case {
+    base::Field SiteRecord::*member;
+    std::string text;
+    std::string reason;  // "" when the text is accepted
+  };
+  const Case cases[] = {
+      {&SiteRecord::name, "a;b", "Site name holds \";\" or \"^\"."},
+      {&SiteRecord::identifier, "1^2", "Site identifier holds \";\" or \"^\"."},
+      {&SiteRecord::dialup, "x;", "Dial-up connection holds \";\" or \"^\"."},
+      {&SiteRecord::number, ";", "Number to dial holds \";\" or \"^\"."},
+      {&SiteRecord::lan, "a;b", "LAN address holds \";\" or \"^\"."},
+      {&SiteRecord::modem, "host:x", "Modem address has a port that is no number."},
+      {&SiteRecord::name, "a\nb", "Site name holds a control character."},
+      {&SiteRecord::access_code, "a\tb", "Access code holds a control character."},
+      {&SiteRecord::firmware, "\x7F", "Firmware version holds a control character."},
+      {&SiteRecord::name, "\xFF", "Site name holds bytes that are no text."},
+      {&SiteRecord::method, "LAN", "Connection method is no number between 0 and 9999."},
+      {&SiteRecord::access_code, "p;^w", ""},
+      {&SiteRecord::method, "2", ""},
+      {&SiteRecord::lan, "[::1]:2121:2323", ""},
+      {&SiteRecord::lan, "", ""},
+  };
+  for (const Case& one : cases) {
+    SiteRecord record;
+    record.*one.member = one.text;
+    EXPECT_EQ(reasons_of(problems_of(record)), one.reason) << one.text;
+  }
+}
+
+struct SiteBookTest : testing::Test, adapters::TemporarySuite {
+  SiteBookTest() { set_up(); }
+  template <class Call>
+  static std::string fault_of(Call call) {
+    try {
+      call();
+    } catch (const base::Fault& fault) {
+      return fault.description() + ": " + fault.detail();
+    }
+    return {};
+  }
+  SiteBook book{connection};
+};
+
+TEST_F(SiteBookTest, AddsEditsAndRemovesWithTheStatisticsSettings) {
+  SiteRecord office = site("Office", "101");
+  office.number = "";
+  office.site_id = book.add(office);
+  EXPECT_THAT(book.list(), ElementsAre(office)) << "nulls and empty texts stay apart";
+  EXPECT_EQ(value("SELECT SiteID || FileType || AutoIncrements FROM File_Handling"),
+            std::to_string(office.site_id) + "Statistics");
+
+  office.lan = "10.0.0.9";
+  book.edit(office);
+  EXPECT_THAT(book.list(), ElementsAre(office));
+
+  EXPECT_EQ(fault_of([&] { book.add(site("Other", "101")); }),
+            "Site refused: \"Other - 101\": Site identifier \"101\" belongs to another site.");
+  SiteRecord other = site("Other", "102");
+  other.site_id = book.add(other);
+  other.identifier = "101";
+  EXPECT_NE(fault_of([&] { book.edit(other); }), "");
+  book.add(site("No identifier", ""));
+  book.add(site("No identifier either", ""));
+
+  book.remove(office.site_id);
+  EXPECT_EQ(book.list().size(), 3U);
+  EXPECT_EQ(value("SELECT COUNT(*) FROM File_Handling"), "3");
+  EXPECT_THAT(fault_of([&] { book.remove(office.site_id); }), testing::StartsWith("Site not found"));
+  EXPECT_THAT(fault_of([&] { book.edit(office); }), testing::StartsWith("Site not found"));
+}
+
+TEST_F(SiteBookTest, FindsByKeyIdentifierOrTitle) {
+  const std::int32_t key = book.add(site("Office", "101"));
+  book.add(site("Depot", std::to_string(key)));
+  EXPECT_EQ(book.find("101")->name, "Office");
+  EXPECT_EQ(book.find("Office - 101")->site_id, key);
+  EXPECT_EQ(book.find("office - 101"), std::nullopt);
+  EXPECT_EQ(book.find(""), std::nullopt);
+  EXPECT_THAT(fault_of([&] { book.find(std::to_string(key)); }), testing::StartsWith("Site is ambiguous"));
+}
+
+TEST_F(SiteBookTest, ExportsAndImportsCsv) {
+  SiteRecord office = site("Office, \"main\"", "007");
+  office.access_code = "p;w";
+  book.add(office);
+  book.add(site("Depot", ""));
+  const std::string text = export_csv(book.list());
+  EXPECT_THAT(text,
+              testing::StartsWith("site-id,name,id,card-type,method,lan,modem,access-code,dialup,number,"
+                                  "firmware\r\n1,\"Office, \"\"main\"\"\",007,,,,,p;w,,,\r\n"));
+  for (const SiteRecord& old : book.list())
+    book.remove(old.site_id);
+  EXPECT_EQ(import_csv(book, text).added, 2U);
+  EXPECT_EQ(book.find("007")->access_code, "p;w");
+  EXPECT_EQ(book.find("007")->lan, std::nullopt);
+  EXPECT_EQ(value("SELECT COUNT(*) FROM File_Handling"), "2");
+}
+
+TEST_F(SiteBookTest, ImportsAllRowsOrNone) {
+  book.add(site("Office", "101"));
+  struct Case {
+    const char* text;
+    std::size_t line;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {"", 1, "There is no header row."},
+      {"name,colour\nA,red\n", 1, "There is no column \"colour\"."},
+      {"name,NAME\nA,B\n", 1, "The column \"NAME\" is doubled."},
+      {"id,name\n1,A\n2,B,C\n", 3, "The row has more fields than the header."},
+      {"id,name\n1,\"A\nB\"\n", 2, "Site name holds a control character."},
+      {"id,name\n\n1,A\n1,B\n", 4, "Site identifier \"1\" belongs to line 3."},
+      {"name,id\nA,101\n", 2, "Site identifier \"101\" belongs to a site of the book."},
+      {"name,method\nA,0\nB,LAN\n", 3, "Connection method is no number between 0 and 9999."},
+  };
+  for (const Case& one : cases) {
+    const ImportResult result = import_csv(book, one.text);
+    ASSERT_EQ(result.problems.size(), 1U) << one.text;
+    EXPECT_EQ(result.problems[0].line, one.line) << one.text;
+    EXPECT_EQ(result.problems[0].reason, one.reason);
+    EXPECT_EQ(book.list().size(), 1U);
+  }
+  EXPECT_EQ(import_csv(book, "\xEF\xBB\xBFid , Name\r\n102,B\r\n\r\n103\r\n").added, 2U);
+  EXPECT_EQ(book.find("103")->name, std::nullopt);
+}
+
+TEST_F(SiteBookTest, TheSampleSiteIsAddedOnceAndFollowsItsDevice) {
+  EXPECT_NE(add_sample_site(book, "127.0.0.1:2121", "secret"), "");
+  EXPECT_EQ(add_sample_site(book, "127.0.0.1:2121", "secret"), "");
+  EXPECT_NE(add_sample_site(book, "127.0.0.1:2122", "secret"), "");
+  ASSERT_EQ(book.list().size(), 1U);
+  EXPECT_EQ(title_of(book.list()[0]), "USA_Office - 101");
+  EXPECT_EQ(book.list()[0].lan, "127.0.0.1:2122");
+}
+
+}  // namespace
+}  // namespace qvrcom::sitebook
