@@ -9,6 +9,7 @@
 #include "images/statistics_files.h"
 #include "jobs/file_helpers.h"
 #include "jobs/job_index.h"
+#include "jobs/scheduler_files.h"
 #include "jobs/script_writer.h"
 #include "platform/clock.h"
 #include "platform/components.h"
@@ -33,8 +34,15 @@ struct BusinessRulesParts {
   const platform::XmlRows& xml_rows;
 };
 
+// What the small classes stand on: made before them, gone after them.
+struct Ground {
+  jobs::SchedulerFiles scheduler;
+  results::DownloadDecoders decoders;  // of the downloads that are decoded by their name
+};
+
 // The suite's procedures under one name. Each stands in a small class on the floor where it belongs.
-class BusinessRules : public jobs::FileHelpers,
+class BusinessRules : private Ground,
+                      public jobs::FileHelpers,
                       public jobs::ScriptWriter,
                       public jobs::JobIndex,
                       public siterules::SiteLookups,

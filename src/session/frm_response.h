@@ -24,14 +24,14 @@ struct SessionParts {
 
 // The session dialog without its window: checks each selected site, has its job written and run, and tells
 // the view what to show. Its window on the message channel is titled "RESPONSE DIALOG".
-class frmResponse : private rules::BusinessRules, public SessionFrame {
+class frmResponse : public SessionFrame {
  public:
   static constexpr const char* kTitle = "RESPONSE DIALOG";
 
   frmResponse(const SessionParts& parts, SessionView& view,
               std::span<const Operation> known_operations = operations());
 
-  // False when the dialog cannot be reached by the scheduler (a box has said why): it must not be shown.
+  // False when the scheduler could not reach the dialog (a box has said why): it must not be shown then.
   bool Form_Load();
 
   // The first activation prepares the dialog and runs `CurrentOperation`; it returns when the run has ended.
@@ -39,38 +39,38 @@ class frmResponse : private rules::BusinessRules, public SessionFrame {
   void Form_Activate();
   void Form_Unload();
 
-  // "OK" closes; "Cancel" shows the session in JobPilot, asks the run to end, and closes.
+  // "OK" closes; "Cancel" has JobPilot show the session, asks the run to end, and closes. A button that is
+  // disabled or hidden does nothing.
   void cmdCancel_Click();
-  void Timer1_Timer();
+  void Timer1_Timer() { face().blink(); }
 
   // The next job suffix: "001" to "099", "100" and above as they are. Fault "Overflow" beyond 32767.
   std::string NextSequenceText();
 
-  bool closed() const { return closed_; }
-
  private:
   void prepare();
-  void run_sites(const Operation& operation);
-  void run_site(const Operation& operation, const std::string& operation_name, const std::string& site_key);
-  void put_back();
+  void run_operation();
+  void run_sites(const Operation& operation, const std::string& operation_name);
+  void run_site(const Operation& operation, const std::string& operation_name);
+  void take_base_time(std::size_t sites);
+  bool name_is_taken(std::size_t sites) const;
   bool passes(EntryKind entry);
-  void refuse(const std::string& warning, platform::Icon icon);
+  bool is_new_kind();
+  void refuse(const char* warning, platform::Icon icon);
   void end_on_screen();
-  void set_button(const std::string& caption);
 
   SessionParts parts_;
-  SessionView& view_;
+  base::Session& session_;
+  platform::UserInterface& ui_;
   std::span<const Operation> operations_;
   StatisticsOperations statistics_;
   platform::Trap trap_;
   std::unique_ptr<platform::Window> window_;
-  std::string caption_;
   std::int16_t sequence_ = 0;
-  bool info_visible_ = true;
-  bool refused_ = false;
-  bool started_ = false;
-  bool ended_ = false;
-  bool closed_ = false;
+  bool refused_ = false;     // the site at hand; its text stays on screen
+  bool started_ = false;     // the operation runs or has run
+  bool ended_ = false;       // it has run
+  bool cancelling_ = false;  // Cancel was pressed
 };
 
 }  // namespace qvrcom::session

@@ -11,11 +11,11 @@
 namespace qvrcom::session {
 
 // The statistics of one partition: retrieve, reset, or both. Each routine writes the current site's job and
-// runs it; each is trapped under its own name.
+// runs it; each is trapped under its own name. Devices that keep the older form of statistics can only be
+// reset: a retrieval from them is refused before anything is written.
 class StatisticsOperations {
  public:
-  StatisticsOperations(const rules::BusinessRulesParts& parts, rules::BusinessRules& rules,
-                       SessionFrame& frame);
+  StatisticsOperations(const rules::BusinessRulesParts& parts, SessionFrame& frame);
 
   void ReceiveStatSinPart_NewQVR();
   void ResetStatSinPart_NewQVR();
@@ -35,17 +35,20 @@ class StatisticsOperations {
   static const Job kRetrieveReset;
 
   void run(const Job& job);
+  void write(const Job& job);
   void refuse_old_statistics() const;
   std::string generation() const;
-  void write_script(const Job& job, const std::string& description, const std::string& address);
-  Outcome outcome_of(const Job& job, const std::string& site_name, const std::string& user_site_id);
+  std::string script_of(const Job& job) const;
+  Outcome outcome_of(const Job& job, const std::string& procedure) const;
   void save_statistics(const std::string& site_name, const std::string& user_site_id);
+  std::string partition() const;
   std::string downloaded_file() const;
 
   base::Session& session_;
   platform::Files& files_;
-  rules::BusinessRules& rules_;
+  environment::DBase& dbase_;
   SessionFrame& frame_;
+  rules::BusinessRules& rules_;
   platform::Trap trap_;
 };
 

@@ -1,0 +1,131 @@
+#include "link/scheduler_link.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/text.h"
+#include "environment/names.h"
+#include "platform/trap.h"
+
+namespace qvrcom::link {
+namespace {
+
+constexpr const char* kJobPilotTitle = "JOBPILOT";
+constexpr const char* kRePilotTitle = "REPILOT";
+constexpr std::chrono::milliseconds kStartTime{1000};
+
+// The three files that tell how a job ended, in the order in which they are asked.
+struct StatusFile {
+  const char* name;
+  const char* status;
+};
+constexpr StatusFile kStatusFiles[] = {
+    {environment::kCompletedFile, "Completed"},
+    {environment::kErrorFile, "Error"},
+    {environment::kCancelledFile, "Cancelled"},
+};
+
+// Drops every box: for a fault that is an answer in itself.
+struct Silence : platform::UserInterface {
+  platform::Button show(const platform::Message&) override { return platform::Button::kOk; }
+  void pump_events() override {}
+};
+
+}  // namespace
+
+platform::MessageId SchedulerLink::identifier(Slot slot, const char* name) {
+  if (identifiers_[slot] == 0) identifiers_[slot] = parts_.channel.register_message(name);
+  return identifiers_[slot];
+}
+
+platform::MessageId SchedulerLink::SchedulerMessageId() {
+  return identifier(kScheduler, environment::kSchedulerMessage);
+}
+platform::MessageId SchedulerLink::RePilotMessageId() {
+  return identifier(kRePilot, environment::kRePilotMessage);
+}
+platform::MessageId SchedulerLink::SchedulerAnswerMessageId() {
+  return identifier(kAnswer, environment::kSchedulerAnswer);
+}
+
+platform::WindowHandle SchedulerLink::find_or_start(const char* title, const char* program,
+                                                    std::string& reason) {
+  if (const auto window = parts_.channel.find_window(title)) return window;
+  const std::string path = parts_.folders.GetAppPath() + program;
+  reason = parts_.programs.start_hidden(path);
+  if (reason.empty()) reason = parts_.files.native(path) + " was started, but it did not come up in time.";
+  parts_.clock.sleep(kStartTime);
+  return parts_.channel.find_window(title);
+}
+
+void SchedulerLink::NotifyScheduler(SchedulerRequest request) {
+  std::string reason;
+  const auto window = find_or_start(kJobPilotTitle, environment::kJobPilotProgram, reason);
+  missing_ = window == 0;
+  if (missing_) {
+    parts_.ui.show({.text = "SCHEDULER not found!",
+                    .title = platform::kSuiteTitle,
+                    .detail = reason + " Start JobPilot, then try again."});
+    return;
+  }
+  parts_.channel.post(window, SchedulerMessageId(), 0, static_cast<std::int16_t>(request));
+  ++posted_;
+}
+
+void SchedulerLink::NotifyRePilot(SchedulerRequest request) {
+  std::string reason;  // nobody is told: RePilot finds the job when it starts
+  const auto window = find_or_start(kRePilotTitle, environment::kRePilotProgram, reason);
+  parts_.channel.post(window, RePilotMessageId(), 0, static_cast<std::int16_t>(request));
+}
+
+bool SchedulerLink::scheduler_window_stands() const {
+  return parts_.channel.find_window(kJobPilotTitle) != 0;
+}
+
+void SchedulerLink::install(platform::Window& window) {
+  previous_ = window.replace_procedure(
+      [this](platform::WindowHandle handle, platform::MessageId message, std::uint64_t word,
+             std::int64_t value) { return SessionWindowProc(handle, message, word, value); });
+}
+
+void SchedulerLink::remove(platform::Window& window) {
+  window.replace_procedure(std::exchange(previous_, nullptr));
+}
+
+std::int64_t SchedulerLink::SessionWindowProc(platform::WindowHandle window, platform::MessageId message,
+                                              std::uint64_t word, std::int64_t value) {
+  if (message != SchedulerAnswerMessageId()) return previous_ ? previous_(window, message, word, value) : 0;
+  for (const StatusFile& file : kStatusFiles) {
+    if (!JobListedIn(file.name)) continue;
+    parts_.session.run.SessionStatus = file.status;
+    parts_.session.run.AnswerReceived = true;
+    break;
+  }
+  return 0;
+}
+
+bool SchedulerLink::JobListedIn(const std::string& file_name) const {
+  const std::string& job = parts_.session.job.JobId;
+  if (job.empty()) return false;
+  Silence silence;
+  return platform::Trap(silence)("JobListedIn", [&] {
+    const std::string text = parts_.files.read(
+        environment::scheduler_folder(parts_.session.run, parts_.folders) + file_name);
+    const auto lines = base::lines_of(text);
+    return std::any_of(lines.begin(), lines.end(),
+                       [&](std::string_view line) { return base::equals_ignoring_case(line, job); });
+  });
+}
+
+void SchedulerLink::WaitForScheduler(const std::function<void()>& each_round) {
+  base::RunValues& run = parts_.session.run;
+  run.AnswerReceived = false;
+  while (!run.CancelRequested) {
+    each_round();
+    parts_.ui.pump_events();
+    parts_.clock.sleep(kWaitStep);
+    if (run.AnswerReceived) return;
+  }
+}
+
+}  // namespace qvrcom::link

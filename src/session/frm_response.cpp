@@ -1,0 +1,229 @@
+#include "session/frm_response.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <limits>
+
+#include "base/date_serial.h"
+#include "base/fault.h"
+#include "base/text.h"
+
+namespace qvrcom::session {
+namespace {
+
+// How an entry of this kind judges the site: with a verdict of the firmware rules.
+struct Check {
+  EntryKind entry;
+  std::string (*verdict)(rules::BusinessRules&, const base::SiteValues&);
+};
+
+const Check kChecks[] = {
+    {EntryKind::kVersionCheck,
+     [](rules::BusinessRules& rules, const base::SiteValues& site) {
+       return rules.Check_Firmware_Version(site.FirmwareVersion);
+     }},
+    {EntryKind::kFullCheck,
+     [](rules::BusinessRules& rules, const base::SiteValues& site) {
+       if (site.MachineType.empty()) rules.QVRSettings_MachineTypeID();
+       return rules.Version_Compactibility(site.FirmwareVersion, site.MachineType);
+     }},
+};
+
+// The verdicts that stop a site. Every other one, an empty one too, lets it go on.
+struct Refusal {
+  const char* verdict;
+  const char* warning;
+  platform::Icon icon;
+};
+
+constexpr Refusal kRefusals[] = {
+    {siterules::kNoFirmwareVersion,
+     "Warning: The QVR+/RDN version is unknown. Please retrieve QVR+/RDN system information.\r\n\r\n"
+     "Administration -> System -> System Commands -> Retrieve QVR+/RDN System Information",
+     platform::Icon::kWarning},
+    {siterules::kNotCompatible,
+     "This version of software is incompatible with the QVR+/RDN firmware load. Please upgrade your software "
+     "or contact Corbelin for technical assistance. Click About on the main menu to find Corbelin's contact "
+     "information.",
+     platform::Icon::kError},
+};
+
+// Three digits, more when it has more.
+std::string sequence_text(int number) {
+  const std::string digits = std::to_string(number);
+  return digits.size() < 3 ? std::string(3 - digits.size(), '0') + digits : digits;
+}
+
+}  // namespace
+
+frmResponse::frmResponse(const SessionParts& parts, SessionView& view,
+                         std::span<const Operation> known_operations)
+    : SessionFrame(parts.rules, parts.link, view),
+      parts_(parts),
+      session_(parts.rules.session),
+      ui_(parts.rules.ui),
+      operations_(known_operations),
+      statistics_(parts.rules, *this),
+      trap_(parts.rules.ui) {}
+
+bool frmResponse::Form_Load() {
+  return trap_("Form_Load", [&] {
+    environment::scheduler_folder(session_.run, parts_.rules.folders);
+    window_ = parts_.channel.open_window(
+        kTitle, [](platform::WindowHandle, platform::MessageId, std::uint64_t, std::int64_t) { return 0; });
+    parts_.link.install(*window_);
+    return true;
+  });
+}
+
+void frmResponse::Form_Unload() {
+  if (window_) parts_.link.remove(*window_);
+  window_.reset();
+}
+
+void frmResponse::Form_Activate() {
+  if (ended_ || cancelling_) return;
+  prepare();
+  if (started_) return;
+  started_ = true;
+  trap_("Form_Activate", [&] { run_operation(); });
+  ended_ = true;
+}
+
+void frmResponse::prepare() {
+  session_.run.CancelRequested = false;
+  face().set_timer(true);
+  face().show_info(true);
+  face().offer(DialogFace::kCancel);
+  face().set_hint(kHint);
+  face().show_hint(true);
+}
+
+void frmResponse::run_operation() {
+  const std::string name = session_.run.CurrentOperation;
+  const auto known = std::find_if(operations_.begin(), operations_.end(),
+                                  [&](const Operation& operation) { return operation.name == name; });
+  if (known != operations_.end()) run_sites(*known, name);
+}
+
+// The last element of SelectedSites is spare.
+void frmResponse::run_sites(const Operation& operation, const std::string& operation_name) {
+  const std::vector<std::string> sites = session_.site.SelectedSites;
+  session_.run.LastSite = false;
+  take_base_time(sites.size());
+  for (std::size_t i = 0; i + 1 < sites.size() && !session_.run.CancelRequested; ++i) {
+    if (i > 0) prepare();
+    refused_ = false;
+    rules().Get_Site(sites[i]);
+    session_.run.LastSite = i + 2 == sites.size();
+    trap_("Form_Activate", [&] { run_site(operation, operation_name); });
+  }
+  if (session_.run.LastSite) end_on_screen();
+}
+
+// One base time for the whole run; the sequence tells its sites' jobs apart. When an earlier run of the same
+// second has left a folder of that name, this one starts in a later second.
+void frmResponse::take_base_time(std::size_t sites) {
+  base::JobValues& job = session_.job;
+  job.SessionStart = parts_.rules.clock.now();
+  while (name_is_taken(sites)) {
+    parts_.rules.clock.sleep(std::chrono::milliseconds(100));
+    job.SessionStart = parts_.rules.clock.now();
+  }
+  if (!session_.run.ImmediateRun) return;
+  job.StartDate = job.StopDate = base::serial_text(job.SessionStart);
+  job.Interval.clear();
+  job.Period.clear();
+}
+
+bool frmResponse::name_is_taken(std::size_t sites) const {
+  const std::string folder = environment::scheduler_folder(session_.run, parts_.rules.folders) +
+                             base::job_name_stamp(session_.job.SessionStart);
+  for (std::size_t i = 1; i < sites; ++i) {
+    if (parts_.rules.files.folder_exists(folder + sequence_text(sequence_ + static_cast<int>(i))))
+      return true;
+  }
+  return false;
+}
+
+void frmResponse::run_site(const Operation& operation, const std::string& operation_name) {
+  show_step(operation_name);
+  if (session_.run.CancelRequested || !passes(operation.entry)) return;
+  rules().Update_SiteID_in_SessionQVR();
+  if (!is_new_kind()) return;
+  session_.job.JobId.clear();
+  session_.job.Suffix = NextSequenceText();
+  rules().Create_Dir();
+  platform::Files& files = parts_.rules.files;
+  const std::string folder = session_.job.Folder;
+  if (!files.folder_exists(folder)) return;
+  SiteOperations all{statistics_};
+  operation.per_site(all);
+  // A routine that gave up before it wrote anything leaves nothing behind.
+  if (files.folder_exists(folder) && files.list(folder).empty()) files.remove_folder(folder);
+}
+
+bool frmResponse::passes(EntryKind entry) {
+  const auto check = std::find_if(std::begin(kChecks), std::end(kChecks),
+                                  [&](const Check& candidate) { return candidate.entry == entry; });
+  if (check == std::end(kChecks)) return true;
+  const std::string verdict = check->verdict(rules(), session_.site);
+  const auto refusal = std::find_if(std::begin(kRefusals), std::end(kRefusals),
+                                    [&](const Refusal& candidate) { return candidate.verdict == verdict; });
+  if (refusal == std::end(kRefusals)) return true;
+  refuse(refusal->warning, refusal->icon);
+  return false;
+}
+
+void frmResponse::refuse(const char* warning, platform::Icon icon) {
+  const std::string line_end(base::kCrLf);
+  const std::string site =
+      "Site : " + session_.site.SiteName + line_end + "FW Version : " + session_.site.FirmwareVersion;
+  ui_.show({.text = site + line_end + warning, .title = platform::kSuiteTitle, .icon = icon});
+  refused_ = true;
+  face().set_timer(false);
+  face().set_hint(site + line_end + "Action Not Taken");
+  face().show_hint(true);
+  face().show_button(false);
+}
+
+bool frmResponse::is_new_kind() {
+  if (session_.site.DeviceGeneration == "NEW") return true;
+  ui_.show({.text = "Not implement for Old QVR yet",
+            .title = platform::kSuiteTitle,
+            .icon = platform::Icon::kInformation});
+  return false;
+}
+
+void frmResponse::end_on_screen() {
+  face().set_timer(false);
+  face().show_info(true);
+  face().offer(DialogFace::kOk);
+  if (!refused_) face().show_hint(false);
+  ui_.pump_events();
+}
+
+std::string frmResponse::NextSequenceText() {
+  if (sequence_ == std::numeric_limits<std::int16_t>::max()) {
+    throw base::Fault(base::kOverflow, "One dialog can number 32767 jobs. Close it and start again.");
+  }
+  return sequence_text(++sequence_);
+}
+
+// The view closes last: the request may still show a box over it.
+void frmResponse::cmdCancel_Click() {
+  if (cancelling_ || !face().button_works()) return;
+  if (!face().says_ok()) {
+    cancelling_ = true;
+    trap_("cmdCancel_Click", [&] {
+      parts_.link.NotifyScheduler(session_.run.CurrentOperation == operation::kTelnetSession
+                                      ? link::SchedulerRequest::kShowTelnetSession
+                                      : link::SchedulerRequest::kShowSession);
+    });
+    session_.run.CancelRequested = true;
+  }
+  face().view().close();
+}
+
+}  // namespace qvrcom::session
