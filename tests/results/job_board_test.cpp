@@ -1,0 +1,37 @@
+#include "results/job_board.h"
+
+#include <gmock/gmock.h>
+
+#include "base/text.h"
+#include "jobs/job_parts.h"
+
+namespace qvrcom::results {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(JobBoard, ShowsEachJobWithItsLists) {
+  const std::string done = "46341.5;15/11/2026 12:00:00^Retrieve^Main^A1^46341.5^^^17^;S:\\Nov1\\Nov1.scr;";
+  const std::string waiting = "46342;16/11/2026 00:00:00^Reset^Hall^B2^1e9^2^Days^18^;S:\\Nov2\\Nov2.scr;";
+  jobs::JobParts parts;
+  parts.file("index.sch") = waiting + "\r\n\r\nbroken;line\r\n" + waiting + "\r\n";
+  parts.file("completed.sch") = done + "\r\n";
+  parts.file("CompletedToProcess.sch") = base::to_lower(done) + "\r\n";
+  const Board board = JobBoard(parts.scheduler).read();
+  ASSERT_EQ(board.jobs.size(), 2U);
+  EXPECT_EQ(board.jobs[0].job, "Nov2");
+  EXPECT_THAT(board.jobs[0].lists, ElementsAre("index.sch"));
+  EXPECT_EQ(board.jobs[0].start, std::nullopt);
+  EXPECT_EQ(board.jobs[0].created, base::local_time(2026, 11, 16));
+  EXPECT_EQ(board.jobs[1].description, "Retrieve");
+  EXPECT_EQ(board.jobs[1].site_name + board.jobs[1].site_id + board.jobs[1].device_id, "MainA117");
+  EXPECT_EQ(board.jobs[1].start, base::local_time(2026, 11, 15, 12));
+  EXPECT_THAT(board.jobs[1].lists, ElementsAre("completed.sch", "CompletedToProcess.sch"));
+  ASSERT_EQ(board.problems.size(), 1U);
+  EXPECT_EQ(board.problems[0].file, "index.sch");
+  EXPECT_EQ(board.problems[0].line, 3U);
+  EXPECT_EQ(board.problems[0].reason, "not three fields closed by \";\"");
+}
+
+}  // namespace
+}  // namespace qvrcom::results
