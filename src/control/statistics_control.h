@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "control/control_view.h"
@@ -51,11 +52,15 @@ class StatisticsControl : public StatisticsDisplay {
   const ListEntries& partitions() const { return partitions_; }
 
  private:
-  bool carry_out();  // false when the control stays for another try
+  // Each answers whether the wish was carried out; otherwise the control stays for another try.
+  bool carry_out();
   bool view_file();
   bool retrieve();
-  void tell(const char* text, const char* title);
-  void show_viewer(const std::string& csv_file);
+  bool stay(const char* text, const char* title);
+
+  void set_mode(bool view_mode);
+  void enable_buttons();
+  std::int32_t selected_partition() const;
   void changed() { parts_.view.show_state(state_); }
 
   StatisticsControlParts parts_;

@@ -6,6 +6,7 @@
 #include "control/site_list.h"
 #include "environment/command_set.h"
 #include "link/session_screen.h"
+#include "platform/trap.h"
 #include "rules/business_rules.h"
 #include "session/operations.h"
 #include "session/session_gate.h"
@@ -20,8 +21,8 @@ struct StatisticsOrder {
 };
 
 enum class RequestResult {
-  kDone,     // the operation ran to its end; a retrieval has left its file
   kNotDone,  // refused, failed or cancelled; a message has said which
+  kDone,     // the operation ran to its end; a retrieval has left its file
   kBusy,     // another program has the session
 };
 
@@ -53,15 +54,16 @@ class StatisticsRequest {
   RequestResult RetrieveStatSingPartition(const StatisticsOrder& order);
 
  private:
-  bool refuses(const StatisticsOrder& order);
+  bool refuses(const SiteRow& site);
   void take_over(const StatisticsOrder& order);
   void prepare_files();
   void name_session_site();
-  void fill_site_table();
+  void fill_site_table(const SiteRow& row);
   RequestResult result_of(const StatisticsOrder& order) const;
 
   StatisticsRequestParts parts_;
   StatisticsDisplay& display_;
+  platform::Trap trap_;
 };
 
 }  // namespace qvrcom::control
