@@ -93,6 +93,7 @@ void SchedulerEngine::look_for_work() {
   std::string index;
   if (const auto fault = fault_of([&] { index = read_index(); }))
     return note("The job index cannot be read: " + sentence_of(*fault));
+  const bool was_answering = std::exchange(answering_, false);
   for (const std::string_view line : base::lines_of(index)) {
     if (line.empty()) continue;
     consider(std::string(line));
@@ -101,6 +102,7 @@ void SchedulerEngine::look_for_work() {
     break;
   }
   if (answering_) answer();
+  answering_ |= was_answering;
 }
 
 void SchedulerEngine::consider(const std::string& line) {

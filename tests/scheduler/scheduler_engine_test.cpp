@@ -1,0 +1,360 @@
+#include "scheduler/scheduler_engine.h"
+
+#include <gmock/gmock.h>
+
+#include "base/text.h"
+#include "doubles/manual_clock.h"
+#include "doubles/memory_channel.h"
+#include "doubles/memory_files.h"
+#include "jobs/script_grammar.h"
+#include "scheduler/scripted_device.h"
+
+namespace qvrcom::scheduler {
+namespace {
+
+using platform::JobState;
+using platform::StopOutcome;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+const std::string kFolder = "\\data\\Scheduler\\";
+const std::string kLogs = "\\data\\Logs\\";
+const std::string kGet =
+    "FTPGET;REMOTEFILE=allstats.csv;LOCALFILE=\\data\\Scheduler\\JobA\\Stats.csv;SIZE=20000;";
+
+class SchedulerEngineTest : public testing::Test {
+ protected:
+  SchedulerEngineTest() {
+    files_.make_folders("\\data\\Scheduler");
+    header_.site_name = "Office";
+    header_.ftp_address = "192.0.2.7:2121";
+    header_.ftp_password = "secret";
+    dialog_ = channel_.open_window("RESPONSE DIALOG", [](auto...) { return 0; });
+    make_engine();
+  }
+
+  void make_engine(SchedulerSettings settings = {}) {
+    engine_ = std::make_unique<SchedulerEngine>(
+        EngineParts{files_, clock_, channel_, device_, device_, kFolder, kLogs, std::move(settings), [] {}});
+  }
+
+  static std::string line(const std::string& job, const std::string& start = "46341.5",
+                          const std::string& interval = "") {
+    return jobs::index_line_text({"46341.5", "15/11/2026 12:00:00", "Retrieve", "Office", "101", start,
+                                  interval, "", "7", kFolder + job + "\\" + job + ".scr"});
+  }
+
+  void add_line(const std::string& text) { files_.content[kFolder + "index.sch"] += text + "\r\n"; }
+  void add_script(const std::string& job, const std::vector<std::string>& body,
+                  jobs::ScriptKind kind = jobs::ScriptKind::kTransfer) {
+    files_.make_folders(kFolder + job);
+    std::string text = jobs::header_text(header_, kind) + "\r\n" + base::with_line_ends(body);
+    if (kind == jobs::ScriptKind::kTransfer) text += "FTPDISCONNECT;\r\n";
+    files_.content[kFolder + job + "\\" + job + ".scr"] = text;
+  }
+  void add_job(const std::string& job, const std::vector<std::string>& body) {
+    add_script(job, body);
+    add_line(line(job));
+  }
+
+  template <class Condition>
+  void tick_until(Condition condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition() && std::chrono::steady_clock::now() < end) {
+      engine_->tick();
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    ASSERT_TRUE(condition());
+  }
+  void submit() {
+    engine_->request(1);
+    tick_until([this] { return !engine_->running(); });
+  }
+
+  std::string file(const std::string& path) const {
+    const auto found = files_.content.find(path);
+    return found == files_.content.end() ? std::string{} : found->second;
+  }
+  std::string list(const std::string& name) const { return file(kFolder + name + ".sch"); }
+  std::string log(const std::string& job) const { return file(kLogs + job + ".log"); }
+  std::string reason(const std::string& job) const { return last_reason(files_, kLogs, job); }
+
+  doubles::MemoryFiles files_;
+  doubles::ManualClock clock_;
+  doubles::MemoryChannel channel_;
+  ScriptedDevice device_;
+  jobs::ScriptHeader header_;
+  std::unique_ptr<platform::Window> dialog_;
+  std::unique_ptr<SchedulerEngine> engine_;
+};
+
+TEST_F(SchedulerEngineTest, HoldsTheConversationOfAScript) {
+  files_.make_folders(kFolder + "JobA");
+  files_.content[kFolder + "JobA\\dbase.bin"] = "x";
+  add_job("JobA", {"FTPACCT;part3;", kGet, "FTPDELETE;linestat;",
+                   "FTPPUT;REMOTEFILE=dbase;LOCALFILE=\\data\\Scheduler\\JobA\\dbase.bin;SIZE=1;"});
+  submit();
+  EXPECT_THAT(device_.told(),
+              ElementsAre("login admin:secret@192.0.2.7:2121", "account part3",
+                          "get allstats.csv > \\data\\Scheduler\\JobA\\Stats.csv", "remove linestat",
+                          "put \\data\\Scheduler\\JobA\\dbase.bin > dbase", "close"));
+  EXPECT_EQ(list("completed"), line("JobA") + "\r\n");
+  EXPECT_EQ(channel_.posts.back(),
+            (doubles::MemoryChannel::Post{"RESPONSE DIALOG", "CBL_SCHEDULER_QVRCOM", 0, 0}));
+  EXPECT_THAT(log("JobA"), HasSubstr("2026-11-15 12:10:05 Fetched allstats.csv, 1234 bytes.\r\n"));
+  EXPECT_THAT(log("JobA"), Not(HasSubstr("secret")));
+  EXPECT_EQ(reason("JobA"), "");
+}
+
+TEST_F(SchedulerEngineTest, TheFirstFailureEndsTheSession) {
+  struct Row {
+    const char* fails_at;
+    const char* reply;
+    const char* last_told;
+    const char* reason;
+  };
+  const Row rows[] = {
+      {"login", "530 Not with secret.", "login admin:secret@192.0.2.7:2121",
+       "Trying to login admin:***@192.0.2.7:2121: 530 Not with ***."},
+      {"account", "501 No such account", "account part3", "Trying to account part3: 501 No such account."},
+      {"get", "The transfer\r\nwas \x01 cut \xFF short",
+       "get allstats.csv > \\data\\Scheduler\\JobA\\Stats.csv",
+       "Trying to get allstats.csv > \\data\\Scheduler\\JobA\\Stats.csv: The transfer  was   cut ? short."},
+      {"remove linestat", "450 Busy", "remove linestat", "Trying to remove linestat: 450 Busy."},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fails_at);
+    SchedulerEngineTest::files_.content.clear();
+    const std::size_t told_before = device_.told().size();
+    device_.fails_at = row.fails_at;
+    device_.reply = row.reply;
+    make_engine();
+    add_job("JobA", {"FTPACCT;part3;", kGet, "FTPDELETE;linestat;", "FTPDELETE;nodestat;"});
+    submit();
+    EXPECT_EQ(list("error"), line("JobA") + "\r\n");
+    EXPECT_EQ(list("completed"), "");
+    ASSERT_GT(device_.told().size(), told_before);
+    EXPECT_EQ(device_.told().back(), row.last_told);
+    EXPECT_EQ(reason("JobA"), row.reason);
+  }
+}
+
+TEST_F(SchedulerEngineTest, ABadLeaveSpoilsNothing) {
+  device_.fails_at = "close";
+  device_.reply = "No byte came";
+  add_job("JobA", {kGet});
+  submit();
+  EXPECT_EQ(list("completed"), line("JobA") + "\r\n");
+  EXPECT_THAT(log("JobA"), HasSubstr("did not take leave properly"));
+}
+
+TEST_F(SchedulerEngineTest, RefusesWhatLeadsOutOfTheJobsFolder) {
+  const auto get_into = [](const std::string& path) {
+    return "FTPGET;REMOTEFILE=x;LOCALFILE=" + path + ";SIZE=1;";
+  };
+  const std::string inside = "\\data\\Scheduler\\JobA\\";
+  for (const std::string& path :
+       {std::string("\\etc\\passwd"), std::string("x"), inside, inside + "..", inside + "..\\JobB\\x",
+        inside + "sub\\x", inside + "a/b", inside + "JobA.scr", inside + "link",
+        std::string("\\data\\Scheduler\\x"), inside + std::string("a\x01")}) {
+    SCOPED_TRACE(path);
+    files_.content.clear();
+    files_.links = {inside + "link"};
+    make_engine();
+    add_job("JobA", {get_into(path)});
+    submit();
+    EXPECT_THAT(device_.told(), IsEmpty());
+    EXPECT_EQ(list("error"), line("JobA") + "\r\n");
+    EXPECT_NE(reason("JobA"), "");
+  }
+}
+
+TEST_F(SchedulerEngineTest, ReadsScriptsInJobFoldersAlone) {
+  add_script("JobA", {kGet});
+  const std::string good = line("JobA");
+  const auto elsewhere = [&](const std::string& path) {
+    return jobs::index_line_text({"46341.5", "x", "d", "s", "1", "46341.5", "", "", "7", path});
+  };
+  struct Row {
+    std::string line;
+    std::string link;
+    std::string reason;
+  };
+  const Row rows[] = {
+      {elsewhere("\\other\\JobA\\JobA.scr"), "", "outside the scheduler folder"},
+      {elsewhere("\\data\\Scheduler\\..\\JobA\\JobA.scr"), "", "outside the scheduler folder"},
+      {good, "\\data\\Scheduler\\JobA", "is a link"},
+      {good, "\\data\\Scheduler\\JobA\\JobA.scr", "is a link"},
+      {line("JobB"), "", "is missing"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.line + row.link);
+    for (const char* name : {"index.sch", "error.sch"})
+      files_.content.erase(kFolder + name);
+    files_.links = {row.link};
+    make_engine();
+    add_line(row.line);
+    submit();
+    EXPECT_EQ(list("error"), row.line + "\r\n");
+    EXPECT_THAT(log("JobA") + log("JobB"), HasSubstr(row.reason));
+  }
+  EXPECT_THAT(device_.told(), IsEmpty());
+}
+
+TEST_F(SchedulerEngineTest, DamageBecomesAnErrorLineWithItsReason) {
+  add_line("no index line");
+  add_line("");
+  add_script("JobA", {"FTPFLY;away;"});
+  add_line(line("JobA"));
+  add_script("JobB", {}, jobs::ScriptKind::kTelnet);
+  add_line(line("JobB"));
+  header_.ftp_address = "no address:x";
+  add_job("JobC", {});
+  submit();
+  EXPECT_EQ(list("error"),
+            "no index line\r\n" + line("JobA") + "\r\n" + line("JobB") + "\r\n" + line("JobC") + "\r\n");
+  EXPECT_THAT(reason("JobPilot"), HasSubstr("damaged"));
+  EXPECT_THAT(reason("JobA"), HasSubstr("damaged at line"));
+  EXPECT_EQ(reason("JobB"), "This version runs no Telnet sessions.");
+  EXPECT_NE(reason("JobC"), "");
+  EXPECT_THAT(device_.told(), IsEmpty());
+  EXPECT_TRUE(engine_->answering());
+}
+
+TEST_F(SchedulerEngineTest, DialsFirstAndOnlyWithACommand) {
+  header_.dial_up_flag = 1;
+  header_.dial_up_connection = "Branch";
+  header_.number_to_dial = "0123";
+  add_job("JobA", {});
+  submit();
+  EXPECT_THAT(reason("JobA"), HasSubstr("no dial command is configured"));
+  EXPECT_THAT(device_.told(), IsEmpty());
+  SchedulerSettings settings;
+  settings.dial_command = "/usr/bin/dial";
+  make_engine(settings);
+  add_job("JobB", {});
+  submit();
+  EXPECT_THAT(device_.told(),
+              ElementsAre("dial /usr/bin/dial Branch 0123", "login admin:secret@192.0.2.7:2121", "close"));
+}
+
+TEST_F(SchedulerEngineTest, RunsDueLinesOnceInTheirOrder) {
+  const auto serial_of_now = base::serial_text(clock_.now());
+  add_job("JobA", {"FTPACCT;part1;"});
+  add_line(line("JobA"));  // the same line again
+  add_script("Later", {});
+  add_line(line("Later", "46342"));
+  add_script("Now", {"FTPACCT;part2;"});
+  add_line(line("Now", serial_of_now));
+  add_script("Repeats", {});
+  add_line(line("Repeats", "46341.5", "2"));
+  add_job("Done", {});
+  files_.content[kFolder + "cancelled.sch"] = line("Done") + "\r\n";
+  submit();
+  submit();
+  EXPECT_EQ(list("completed"), line("JobA") + "\r\n" + line("Now", serial_of_now) + "\r\n");
+  EXPECT_EQ(std::ranges::count(device_.told(), std::string("close")), 2);
+  EXPECT_THAT(log("Later"), HasSubstr("left alone until its start, 2026-11-16 00:00:00,"));
+  EXPECT_THAT(log("Repeats"), HasSubstr("left alone"));
+  EXPECT_EQ(base::lines_of(log("Repeats")).size(), 1U);  // said once, not at every look
+  const std::vector<platform::ScheduledJob> expected{
+      {"JobA", "Retrieve", JobState::kFinished},     {"JobA", "Retrieve", JobState::kFinished},
+      {"Later", "Retrieve", JobState::kLeftAlone},   {"Now", "Retrieve", JobState::kFinished},
+      {"Repeats", "Retrieve", JobState::kLeftAlone}, {"Done", "Retrieve", JobState::kFinished}};
+  EXPECT_EQ(engine_->status().jobs, expected);
+}
+
+TEST_F(SchedulerEngineTest, AnswersUntilTheResultsAreTaken) {
+  for (const int code : {2, 6}) {
+    channel_.posts.clear();
+    files_.content.erase(kFolder + "index.sch");
+    add_job("Job" + std::to_string(code), {});
+    submit();
+    const std::size_t answers = channel_.posts.size();
+    EXPECT_GE(answers, 1U);
+    engine_->repeat_answer();
+    engine_->repeat_answer();
+    EXPECT_EQ(channel_.posts.size(), answers + 2);
+    engine_->request(7);
+    EXPECT_TRUE(engine_->answering());
+    engine_->request(code);
+    EXPECT_FALSE(engine_->answering());
+    engine_->repeat_answer();
+    EXPECT_EQ(channel_.posts.size(), answers + 2);
+  }
+  EXPECT_THAT(log("JobPilot"), HasSubstr("unknown code 7"));
+}
+
+TEST_F(SchedulerEngineTest, DropsTakenLinesAndKeepsTheOthers) {
+  add_job("JobA", {});
+  add_job("JobB", {});
+  submit();
+  files_.content[kFolder + "index.sch"] = base::to_upper(line("JobB")) + "\r\n";
+  files_.content[kFolder + "error.sch"] = base::to_upper(line("JobB")) + "\r\n";
+  const int replaced = files_.replaced;
+  engine_->request(2);
+  EXPECT_EQ(list("completed"), line("JobB") + "\r\n");
+  EXPECT_EQ(files_.replaced, replaced + 1);  // the list that stays as it is is not rewritten
+  add_line(line("JobA"));
+  engine_->request(1);
+  EXPECT_FALSE(engine_->running()) << "a job that has run is not run again when its line comes back";
+}
+
+TEST_F(SchedulerEngineTest, StopsARunningSessionAtOnce) {
+  device_.fails_at = "get";
+  add_job("JobA", {"FTPACCT;part3;", kGet, "FTPDELETE;linestat;"});
+  add_job("JobB", {});
+  engine_->request(1);
+  tick_until([this] { return device_.reached_hang == 1; });
+  engine_->request(5);
+  EXPECT_THAT(log("JobA"),
+              HasSubstr("The session was asked for. It is here: Fetching allstats.csv, 100 bytes."));
+  const platform::SchedulerStatus status = engine_->status();
+  EXPECT_EQ(status.running_job, "JobA");
+  EXPECT_EQ(status.step, "Fetching allstats.csv");
+  EXPECT_EQ(status.bytes_hinted, 20000U);
+  EXPECT_EQ(status.jobs[0].state, JobState::kRunning);
+  EXPECT_EQ(status.jobs[1].state, JobState::kWaiting);
+
+  EXPECT_EQ(engine_->stop_job("JobB"), StopOutcome::kTakenOut);
+  EXPECT_EQ(engine_->stop_job("JobB"), StopOutcome::kUnknownJob);
+  EXPECT_EQ(engine_->stop_job("JobA"), StopOutcome::kStopped);
+  EXPECT_EQ(list("cancelled"), line("JobB") + "\r\n" + line("JobA") + "\r\n");
+  EXPECT_EQ(device_.told().back(), "get allstats.csv > \\data\\Scheduler\\JobA\\Stats.csv");
+  EXPECT_EQ(reason("JobA"), "The session was stopped in the scheduler.");
+
+  device_.fails_at = "account";
+  add_job("JobC", {"FTPACCT;part3;"});
+  engine_->request(1);
+  engine_->stop();
+  EXPECT_FALSE(engine_->running());
+  EXPECT_THAT(list("cancelled"), HasSubstr(line("JobC")));
+  add_job("JobD", {});
+  engine_->request(1);
+  EXPECT_FALSE(engine_->running());
+}
+
+TEST_F(SchedulerEngineTest, SurvivesFilesThatCannotBeUsed) {
+  add_job("JobA", {});
+  std::string broken = "completed.sch";
+  files_.before = [&](std::string_view operation, const std::string& path) {
+    if (operation != "make_folder" && path.ends_with(broken)) throw base::Fault(base::kDiskFull, path);
+  };
+  submit();
+  EXPECT_EQ(list("completed"), "");
+  EXPECT_THAT(log("JobPilot"), HasSubstr("cannot be listed yet: Disk full"));
+  broken = "index.sch";
+  engine_->repeat_answer();
+  EXPECT_EQ(list("completed"), line("JobA") + "\r\n") << "listed once there is room";
+  submit();
+  EXPECT_THAT(log("JobPilot"), HasSubstr("The job index cannot be read: Disk full"));
+  broken = ".log";
+  add_job("JobB", {});
+  submit();
+  EXPECT_THAT(list("completed"), HasSubstr(line("JobB")));
+}
+
+}  // namespace
+}  // namespace qvrcom::scheduler

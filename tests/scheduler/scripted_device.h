@@ -1,0 +1,87 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/device_connection.h"
+#include "platform/dialer.h"
+
+namespace qvrcom::scheduler {
+
+// A device in memory, shared by the connections that are made to it. It notes what it is told ("get
+// allstats.csv > \data\...") and answers as it is told to; its own state alone is locked.
+class ScriptedDevice : public platform::DeviceConnections, public platform::Dialer {
+ public:
+  std::string fails_at;  // the beginning of an operation, "get allstats"
+  std::string reply;     // what it then says; "" hangs until it is cancelled
+  std::atomic<int> reached_hang{0};
+
+  std::vector<std::string> told() const {
+    const std::lock_guard lock(mutex_);
+    return told_;
+  }
+
+  std::unique_ptr<platform::DeviceConnection> make(const platform::DeviceLimits&,
+                                                   platform::TransferProgress progress) override {
+    return std::make_unique<Connection>(*this, std::move(progress));
+  }
+
+  void dial(const std::string& program, const std::string& connection, const std::string& number,
+            std::chrono::milliseconds, const std::atomic<bool>& cancelled) override {
+    hear("dial " + program + " " + connection + " " + number, cancelled);
+  }
+
+ private:
+  class Connection : public platform::DeviceConnection {
+   public:
+    Connection(ScriptedDevice& device, platform::TransferProgress progress)
+        : device_(device), progress_(std::move(progress)) {}
+    void login(const platform::DeviceLogin& login) override {
+      hear("login " + login.user + ":" + login.password + "@" + login.host + ":" +
+           std::to_string(login.port));
+    }
+    void account(const std::string& name) override { hear("account " + name); }
+    std::uint64_t get(const std::string& remote, const std::string& local) override {
+      progress_(100);
+      hear("get " + remote + " > " + local);
+      return 1234;
+    }
+    std::uint64_t put(const std::string& local, const std::string& remote) override {
+      hear("put " + local + " > " + remote);
+      return 1;
+    }
+    void remove(const std::string& remote) override { hear("remove " + remote); }
+    void close() override { hear("close"); }
+    void cancel() override { cancelled_ = true; }
+
+   private:
+    void hear(const std::string& operation) { device_.hear(operation, cancelled_); }
+
+    ScriptedDevice& device_;
+    platform::TransferProgress progress_;
+    std::atomic<bool> cancelled_{false};
+  };
+
+  void hear(const std::string& operation, const std::atomic<bool>& cancelled) {
+    {
+      const std::lock_guard lock(mutex_);
+      told_.push_back(operation);
+    }
+    if (fails_at.empty() || !operation.starts_with(fails_at)) return;
+    if (!reply.empty()) throw base::Fault(reply, "Trying to " + operation);
+    ++reached_hang;
+    while (!cancelled)
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    throw platform::SessionCancelled(operation);
+  }
+
+  mutable std::mutex mutex_;
+  std::vector<std::string> told_;
+};
+
+}  // namespace qvrcom::scheduler
