@@ -1,0 +1,40 @@
+#pragma once
+
+#include <iosfwd>
+
+#include "cli/console.h"
+#include "cli/statistics_sessions.h"
+#include "csv/byte_source.h"
+#include "environment/files_and_folders.h"
+#include "environment/set_up.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/machine.h"
+#include "platform/programs.h"
+#include "platform/scheduler_control.h"
+#include "platform/user_interface.h"
+#include "results/job_board.h"
+#include "sitebook/site_book.h"
+
+namespace qvrcom::cli {
+
+// What the commands work with; each takes what it needs.
+struct CommandContext {
+  Console& console;
+  std::istream& in;
+  platform::UserInterface& ui;
+  platform::Clock& clock;
+  platform::Files& files;
+  platform::Programs& programs;
+  platform::SchedulerControl& scheduler;
+  const platform::Machine& machine;
+  const environment::FilesAndFolders& folders;
+  environment::SetUp& set_up;
+  environment::MachineFolders proposed_folders;  // for set-up
+  sitebook::SiteBook& sites;
+  const results::JobBoard& jobs;
+  const csv::ByteSources& byte_sources;
+  StatisticsSessions& statistics;
+};
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "cli/invocation.h"
+
+namespace CLI {
+class App;
+}
+
+// One function a group of commands: each adds its sub-commands and their options, and when one of them is
+// chosen puts it into the invocation.
+namespace qvrcom::cli {
+
+void add_setup_commands(CLI::App& app, Invocation& invocation);
+void add_sites_commands(CLI::App& app, Invocation& invocation);
+void add_stats_commands(CLI::App& app, Invocation& invocation);
+void add_jobs_commands(CLI::App& app, Invocation& invocation);
+void add_scheduler_commands(CLI::App& app, Invocation& invocation);
+
+}  // namespace qvrcom::cli

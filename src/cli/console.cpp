@@ -1,0 +1,69 @@
+#include "cli/console.h"
+
+#include <ostream>
+
+#include "base/text.h"
+#include "cli/printable.h"
+
+namespace qvrcom::cli {
+namespace {
+
+constexpr std::size_t kStatusWidth = 79;  // a longer line would wrap and could not be rewritten
+constexpr const char* kHostName = "qvrcomctl";
+
+}  // namespace
+
+void Console::print(std::string_view text) {
+  erase_status();
+  out_ << printable(text) << '\n';
+}
+
+void Console::report(const platform::Message& message) {
+  const std::string status = status_;
+  erase_status();
+  err_ << printable(message.title.empty() ? kHostName : message.title) << ": ";
+  const char* separator = "";
+  for (const std::string_view line : base::lines_of(message.text)) {
+    err_ << separator << printable(line);
+    separator = "\n";
+  }
+  err_ << '\n';
+  for (const std::string_view line : base::lines_of(message.detail))
+    err_ << "  " << printable(line) << '\n';
+  err_.flush();
+  set_status(status);
+}
+
+void Console::report(const std::string& text, const std::string& detail) {
+  platform::Message message;
+  message.text = text;
+  message.title = platform::kSuiteTitle;
+  message.detail = detail;
+  report(message);
+}
+
+void Console::set_status(const std::string& text) {
+  if (!terminal_) return;
+  const std::string shown(clipped(printable(text), kStatusWidth));
+  if (shown == status_) return;
+  const std::size_t old_width = width_of(status_);
+  const std::size_t width = width_of(shown);
+  err_ << '\r' << shown;
+  if (width < old_width) {
+    err_ << std::string(old_width - width, ' ') << '\r' << shown;
+  }
+  err_.flush();
+  status_ = shown;
+}
+
+void Console::erase_status() {
+  if (status_.empty()) return;
+  set_status({});
+}
+
+bool Console::flush() {
+  out_.flush();
+  return out_.good();
+}
+
+}  // namespace qvrcom::cli

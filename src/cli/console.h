@@ -1,0 +1,46 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+#include "platform/message.h"
+
+namespace qvrcom::cli {
+
+// The two streams of the program. Data goes to `out`; messages go to `err`, and when that is a terminal, one
+// status line at its end that is rewritten in place. Foreign texts never reach either of them raw.
+class Console {
+ public:
+  Console(std::ostream& out, std::ostream& err, bool err_is_terminal)
+      : out_(out), err_(err), terminal_(err_is_terminal) {}
+  ~Console() { erase_status(); }
+  Console(const Console&) = delete;
+  Console& operator=(const Console&) = delete;
+
+  // Where data of a command's own making goes; texts must be printable() or JSON.
+  std::ostream& out() { return out_; }
+
+  // One line of data.
+  void print(std::string_view text);
+
+  // "TITLE: text", each line of the text on a line of its own, the detail indented below.
+  void report(const platform::Message& message);
+
+  // A message of the program itself, under the suite's title.
+  void report(const std::string& text, const std::string& detail = {});
+
+  void set_status(const std::string& text);
+  void erase_status();
+
+  // False when data could not be written: a full disk, a reader that went away.
+  bool flush();
+
+ private:
+  std::ostream& out_;
+  std::ostream& err_;
+  bool terminal_;
+  std::string status_;  // as it stands on the terminal
+};
+
+}  // namespace qvrcom::cli

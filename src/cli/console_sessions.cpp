@@ -1,0 +1,76 @@
+#include "cli/console_sessions.h"
+
+#include "session/frm_response.h"
+
+namespace qvrcom::cli {
+
+class ConsoleSessions::Window : public session::SessionWindow {
+ public:
+  explicit Window(ConsoleSessions& sessions) : sessions_(sessions) {}
+  ~Window() override { sessions_.open_ = nullptr; }
+
+  // A terminal's line does not blink, and a hint about a button has no place on it.
+  void set_info(const std::string& text) override { sessions_.console_.set_status(text); }
+  void set_info_visible(bool) override {}
+  void set_hint(const std::string&) override {}
+  void set_hint_visible(bool) override {}
+  void set_timer(bool) override {}
+
+  void set_cancel(const std::string& caption) override { caption_ = caption; }
+  void set_cancel_enabled(bool enabled) override { enabled_ = enabled; }
+  void set_cancel_visible(bool visible) override { visible_ = visible; }
+  void close() override {
+    closed_ = true;
+    sessions_.console_.erase_status();
+  }
+
+  void scheduler_not_found() override {
+    sessions_.scheduler_missing_ = true;
+    press_cancel();
+  }
+  void scheduler_gone(const std::string& sentence) override {
+    sessions_.console_.report(sentence);
+    press_cancel();
+  }
+
+  void show_modal(session::frmResponse& dialog) override {
+    dialog_ = &dialog;
+    sessions_.open_ = this;
+    dialog.Form_Activate();
+    if (!closed_) dialog.cmdCancel_Click();
+    sessions_.open_ = nullptr;
+  }
+
+  void press_cancel() {
+    const bool running = caption_ == "Cancel" && enabled_ && visible_;
+    if (running && !closed_) dialog_->cmdCancel_Click();
+  }
+
+ private:
+  ConsoleSessions& sessions_;
+  session::frmResponse* dialog_ = nullptr;
+  std::string caption_;
+  bool enabled_ = true;
+  bool visible_ = true;
+  bool closed_ = false;
+};
+
+std::unique_ptr<session::SessionWindow> ConsoleSessions::make() {
+  return std::make_unique<Window>(*this);
+}
+
+void ConsoleSessions::cancel() {
+  cancelled_ = true;
+  if (open_ != nullptr) open_->press_cancel();
+}
+
+bool ConsoleSessions::wait_for(const std::string& owner) {
+  constexpr std::chrono::milliseconds kStep{100};
+  console_.set_status("Waiting for " + owner);
+  ui_.pump_events();
+  if (cancelled_) return false;
+  clock_.sleep(kStep);
+  return true;
+}
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "cli/console.h"
+#include "platform/clock.h"
+#include "platform/user_interface.h"
+#include "session/session_view.h"
+
+namespace qvrcom::cli {
+
+// The session dialog on a terminal: its status line is the terminal's, its button is pressed by a signal and,
+// when the run has ended, by itself.
+class ConsoleSessions : public session::SessionWindows {
+ public:
+  ConsoleSessions(Console& console, platform::UserInterface& ui, platform::Clock& clock)
+      : console_(console), ui_(ui), clock_(clock) {}
+
+  std::unique_ptr<session::SessionWindow> make() override;
+
+  // As the Cancel button of the dialog that is open, if it can be pressed; remembered in any case.
+  void cancel();
+  bool cancelled() const { return cancelled_; }
+
+  // Whether a session ended because no scheduler came up.
+  bool scheduler_missing() const { return scheduler_missing_; }
+
+  // Says who has the session and lets a moment pass; false after a cancel.
+  bool wait_for(const std::string& owner);
+
+ private:
+  class Window;
+
+  Console& console_;
+  platform::UserInterface& ui_;
+  platform::Clock& clock_;
+  Window* open_ = nullptr;
+  bool cancelled_ = false;
+  bool scheduler_missing_ = false;
+};
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "cli/console.h"
+#include "platform/user_interface.h"
+
+namespace qvrcom::cli {
+
+// Message boxes on standard error. Nobody presses their buttons: a box that asks gets the answer that the
+// command line gave when it has such a button, otherwise the one that changes nothing.
+class ConsoleUserInterface : public platform::UserInterface {
+ public:
+  ConsoleUserInterface(Console& console, std::optional<platform::Button> answer)
+      : console_(console), answer_(answer) {}
+
+  // A box that has been shown since `begin_run` is not printed again.
+  platform::Button show(const platform::Message& message) override;
+  void pump_events() override;
+
+  void begin_run() { shown_.clear(); }
+
+  // Called with each box before it is printed, a repeated one too; may add to its detail.
+  std::function<void(platform::Message&)> on_message;
+
+ private:
+  Console& console_;
+  std::optional<platform::Button> answer_;
+  std::set<std::string> shown_;
+};
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,68 @@
+#include "cli/invocation.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <map>
+
+#include "base/fault.h"
+#include "cli/command_context.h"
+#include "cli/commands.h"
+
+namespace qvrcom::cli {
+namespace {
+
+const std::map<std::string, platform::Button> kAnswers{{"yes", platform::Button::kYes},
+                                                       {"no", platform::Button::kNo},
+                                                       {"ok", platform::Button::kOk},
+                                                       {"cancel", platform::Button::kCancel}};
+
+void add_global_options(CLI::App& app, Invocation& invocation, const std::string& version) {
+  app.set_version_flag("--version", "qvrcomctl " + version);
+  app.add_option_function<std::string>(
+         "--answer", [&invocation](const std::string& word) { invocation.answer = kAnswers.at(word); },
+         "Answer of message boxes that ask: yes, no, ok or cancel")
+      ->check(CLI::IsMember({"yes", "no", "ok", "cancel"}));
+}
+
+}  // namespace
+
+Invocation read_command_line(std::vector<std::string> arguments, const std::string& version,
+                             std::ostream& out, std::ostream& err) {
+  Invocation invocation;
+  CLI::App app("QVRCOM+ from a shell or a script.", "qvrcomctl");
+  app.require_subcommand(1);
+  app.fallthrough();
+  add_global_options(app, invocation, version);
+  for (const auto add : {add_setup_commands, add_sites_commands, add_stats_commands, add_jobs_commands,
+                         add_scheduler_commands})
+    add(app, invocation);
+  std::reverse(arguments.begin(), arguments.end());  // the order in which the parser takes them
+  try {
+    app.parse(std::move(arguments));
+  } catch (const CLI::ParseError& error) {
+    invocation.command = nullptr;
+    invocation.exit_code = app.exit(error, out, err) == 0 ? ExitCode::kDone : ExitCode::kUsage;
+  }
+  return invocation;
+}
+
+ExitCode run(const Invocation& invocation, CommandContext& context) {
+  try {
+    if (invocation.needs_set_up) {
+      if (const auto missing = environment::missing_set_up(context.machine, context.files)) {
+        context.console.report(*missing, "Run \"qvrcomctl setup\" first.");
+        return ExitCode::kMissing;
+      }
+    }
+    const ExitCode code = invocation.command(context);
+    if (context.console.flush()) return code;
+    throw base::Fault(base::kDiskFull, "The output could not be written as a whole.");
+  } catch (const base::Fault& fault) {
+    context.console.report(fault.description(), fault.detail());
+  } catch (const std::exception& error) {
+    context.console.report(error.what());
+  }
+  return ExitCode::kFailed;
+}
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,57 @@
+#include "cli/json_text.h"
+
+#include <QJsonDocument>
+
+namespace qvrcom::cli {
+namespace {
+
+// JSON may hold DEL and the 8-bit controls as they are; a terminal should not.
+std::string without_raw_controls(const QByteArray& json) {
+  std::string safe;
+  safe.reserve(static_cast<std::size_t>(json.size()));
+  for (qsizetype i = 0; i < json.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(json[i]);
+    const bool two_bytes =
+        byte == 0xC2 && i + 1 < json.size() && static_cast<unsigned char>(json[i + 1]) < 0xA0;
+    if (byte != 0x7F && !two_bytes) {
+      safe += json[i];
+      continue;
+    }
+    const auto code = two_bytes ? static_cast<unsigned char>(json[++i]) : byte;
+    safe += "\\u00" + QByteArray::number(code, 16).toStdString();
+  }
+  return safe;
+}
+
+std::string to_text(const QJsonDocument& document, QJsonDocument::JsonFormat format) {
+  return without_raw_controls(document.toJson(format));
+}
+
+}  // namespace
+
+QJsonValue json(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QJsonValue json_or_null(const base::Field& field) {
+  return field ? json(std::string_view(*field)) : QJsonValue();
+}
+
+std::string json_text(std::string_view text) {
+  const std::string array = json_line(QJsonArray{json(text)});
+  return array.substr(1, array.size() - 2);
+}
+
+std::string json_line(const QJsonArray& array) {
+  return to_text(QJsonDocument(array), QJsonDocument::Compact);
+}
+
+std::string json_document(const QJsonArray& array) {
+  return to_text(QJsonDocument(array), QJsonDocument::Indented);
+}
+
+std::string json_document(const QJsonObject& object) {
+  return to_text(QJsonDocument(object), QJsonDocument::Indented);
+}
+
+}  // namespace qvrcom::cli

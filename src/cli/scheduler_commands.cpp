@@ -1,0 +1,116 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "cli/command_context.h"
+#include "cli/commands.h"
+#include "cli/json_text.h"
+#include "cli/text_table.h"
+#include "environment/names.h"
+
+namespace qvrcom::cli {
+namespace {
+
+constexpr std::chrono::milliseconds kLook{100};
+constexpr int kLooks = 100;  // 10 s for the scheduler to come up
+
+struct StateName {
+  platform::JobState state;
+  const char* name;
+};
+
+constexpr StateName kStateNames[] = {{platform::JobState::kWaiting, "waiting"},
+                                     {platform::JobState::kRunning, "running"},
+                                     {platform::JobState::kLeftAlone, "left alone"},
+                                     {platform::JobState::kFinished, "finished"},
+                                     {platform::JobState::kDamaged, "damaged"}};
+
+const char* name_of(platform::JobState state) {
+  return std::find_if(std::begin(kStateNames), std::end(kStateNames),
+                      [&](const StateName& each) { return each.state == state; })
+      ->name;
+}
+
+ExitCode no_scheduler(CommandContext& context) {
+  context.console.report("No scheduler is running.", "\"qvrcomctl scheduler start\" starts it.");
+  return ExitCode::kMissing;
+}
+
+ExitCode start(CommandContext& context) {
+  const std::string path = context.folders.GetAppPath() + environment::kJobPilotProgram;
+  std::string reason;
+  for (int look = 0; look < kLooks; ++look) {
+    if (const auto status = context.scheduler.status()) {
+      context.console.print("The scheduler is running (process " + std::to_string(status->process) + ").");
+      return ExitCode::kDone;
+    }
+    if (look == 0) reason = context.programs.start_hidden(path);
+    if (!reason.empty()) break;
+    context.ui.pump_events();
+    context.clock.sleep(kLook);
+  }
+  context.console.report("The scheduler did not start.",
+                         reason.empty() ? context.files.native(path) + " did not answer." : reason);
+  return ExitCode::kMissing;
+}
+
+std::string status_json(const platform::SchedulerStatus& status) {
+  QJsonArray jobs;
+  for (const platform::ScheduledJob& job : status.jobs)
+    jobs.append(QJsonObject{
+        {"job", json(job.name)}, {"description", json(job.description)}, {"state", name_of(job.state)}});
+  return json_document(
+      QJsonObject{{"version", json(status.version)},
+                  {"process", static_cast<qint64>(status.process)},
+                  {"running-job", status.running_job.empty() ? QJsonValue() : json(status.running_job)},
+                  {"step", status.running_job.empty() ? QJsonValue() : json(status.step)},
+                  {"bytes-done", static_cast<qint64>(status.bytes_done)},
+                  {"bytes-hinted", static_cast<qint64>(status.bytes_hinted)},
+                  {"jobs", jobs}});
+}
+
+void status_text(const platform::SchedulerStatus& status, Console& console) {
+  console.print("JobPilot " + status.version + ", process " + std::to_string(status.process));
+  if (!status.running_job.empty())
+    console.print(status.running_job + ": " + status.step + ", " + std::to_string(status.bytes_done) +
+                  " bytes");
+  TextTable table(console.out());
+  for (const platform::ScheduledJob& job : status.jobs)
+    table.add({job.name, name_of(job.state), job.description});
+}
+
+ExitCode show_status(CommandContext& context, bool as_json) {
+  const auto status = context.scheduler.status();
+  if (!status) return no_scheduler(context);
+  if (as_json) {
+    context.console.out() << status_json(*status);
+  } else {
+    status_text(*status, context.console);
+  }
+  return ExitCode::kDone;
+}
+
+ExitCode stop(CommandContext& context) {
+  if (!context.scheduler.stop()) return no_scheduler(context);
+  context.console.print("The scheduler has been stopped.");
+  return ExitCode::kDone;
+}
+
+}  // namespace
+
+void add_scheduler_commands(CLI::App& app, Invocation& invocation) {
+  CLI::App* scheduler = app.add_subcommand("scheduler", "The scheduler program JobPilot");
+  scheduler->require_subcommand(1);
+  scheduler->add_subcommand("start", "Start it when it is not running")->callback([&invocation] {
+    invocation.command = start;
+  });
+  auto as_json = std::make_shared<bool>(false);
+  CLI::App* status = scheduler->add_subcommand("status", "Say what it does");
+  status->add_flag("--json", *as_json, "As a JSON object");
+  status->callback([as_json, &invocation] {
+    invocation.command = [as_json](CommandContext& context) { return show_status(context, *as_json); };
+  });
+  scheduler->add_subcommand("stop", "End its session, list the job as cancelled, end the program")
+      ->callback([&invocation] { invocation.command = stop; });
+}
+
+}  // namespace qvrcom::cli

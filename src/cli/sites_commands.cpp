@@ -1,0 +1,242 @@
+#include <CLI/CLI.hpp>
+#include <istream>
+#include <map>
+
+#include "base/fault.h"
+#include "base/text.h"
+#include "cli/command_context.h"
+#include "cli/commands.h"
+#include "cli/json_text.h"
+#include "cli/local_file.h"
+#include "cli/site_keys.h"
+#include "cli/text_table.h"
+#include "sitebook/site_csv.h"
+
+namespace qvrcom::cli {
+namespace {
+
+using sitebook::SiteColumn;
+using sitebook::SiteRecord;
+
+constexpr std::string_view kAccessCode = "access-code";
+
+// ---- list
+
+struct ListOptions {
+  bool as_json = false;
+  bool show_access_codes = false;
+
+  bool shows(const SiteColumn& column) const { return show_access_codes || column.key != kAccessCode; }
+};
+
+// Numbers are numbers where the table holds one.
+QJsonValue json_of(const SiteColumn& column, const base::Field& field) {
+  if (column.text != sitebook::SiteText::kNumber || !field) return json_or_null(field);
+  bool is_number = false;
+  const int number = QString::fromStdString(*field).toInt(&is_number);
+  return is_number ? QJsonValue(number) : json_or_null(field);
+}
+
+std::string list_as_json(const std::vector<SiteRecord>& sites, const ListOptions& options) {
+  QJsonArray array;
+  for (const SiteRecord& site : sites) {
+    QJsonObject object{{"site-id", site.site_id}};
+    for (const SiteColumn& column : sitebook::kSiteColumns)
+      if (options.shows(column))
+        object[QString::fromUtf8(column.key.data(), static_cast<qsizetype>(column.key.size()))] =
+            json_of(column, site.*column.member);
+    array.append(object);
+  }
+  return json_document(array);
+}
+
+void list_as_table(const std::vector<SiteRecord>& sites, const ListOptions& options, std::ostream& out) {
+  std::vector<std::string> cells{"SITE"};
+  for (const SiteColumn& column : sitebook::kSiteColumns)
+    if (options.shows(column)) cells.push_back(base::to_upper(column.key));
+  TextTable table(out);
+  table.add(cells);
+  for (const SiteRecord& site : sites) {
+    cells = {std::to_string(site.site_id)};
+    for (const SiteColumn& column : sitebook::kSiteColumns)
+      if (options.shows(column)) cells.push_back((site.*column.member).value_or(""));
+    table.add(cells);
+  }
+}
+
+ExitCode list(CommandContext& context, const ListOptions& options) {
+  const std::vector<SiteRecord> sites = context.sites.list();
+  if (options.as_json) {
+    context.console.out() << list_as_json(sites, options);
+  } else {
+    list_as_table(sites, options, context.console.out());
+  }
+  return ExitCode::kDone;
+}
+
+// ---- add, edit, remove
+
+struct ColumnOptions {
+  std::string key;                             // of the site to edit
+  std::map<std::string, std::string> columns;  // those that were given, by column key
+  std::string access_code_file;
+  std::vector<std::string> unset;
+
+  bool empty() const { return columns.empty() && access_code_file.empty() && unset.empty(); }
+};
+
+std::string first_line(std::string_view text) {
+  return std::string(base::lines_of(text).empty() ? std::string_view() : base::lines_of(text).front());
+}
+
+void take_over(CommandContext& context, const ColumnOptions& options, SiteRecord& site) {
+  for (const SiteColumn& column : sitebook::kSiteColumns) {
+    const std::string key(column.key);
+    if (const auto given = options.columns.find(key); given != options.columns.end())
+      site.*column.member = given->second;
+    if (std::count(options.unset.begin(), options.unset.end(), key) != 0) site.*column.member = std::nullopt;
+  }
+  if (!options.access_code_file.empty()) {
+    site.access_code = first_line(read_local_file(options.access_code_file));
+  } else if (site.access_code == "-") {
+    std::string line;
+    std::getline(context.in, line);
+    site.access_code = first_line(line);
+  }
+}
+
+ExitCode add(CommandContext& context, const ColumnOptions& options) {
+  SiteRecord site;
+  take_over(context, options, site);
+  context.console.print(std::to_string(context.sites.add(site)));
+  return ExitCode::kDone;
+}
+
+ExitCode edit(CommandContext& context, const ColumnOptions& options) {
+  SiteRecord site = find_sites(context.sites, {options.key}).front();
+  take_over(context, options, site);
+  context.sites.edit(site);
+  return ExitCode::kDone;
+}
+
+ExitCode remove(CommandContext& context, const std::vector<std::string>& keys) {
+  for (const SiteRecord& site : find_sites(context.sites, keys))
+    context.sites.remove(site.site_id);
+  return ExitCode::kDone;
+}
+
+// ---- import, export
+
+ExitCode import_file(CommandContext& context, const std::string& path) {
+  const sitebook::ImportResult result = sitebook::import_csv(context.sites, read_local_file(path));
+  if (result.problems.empty()) {
+    context.console.print("Sites added: " + std::to_string(result.added));
+    return ExitCode::kDone;
+  }
+  std::string reasons;
+  for (const sitebook::ImportProblem& problem : result.problems)
+    reasons += path + ":" + std::to_string(problem.line) + ": " + problem.reason + "\n";
+  context.console.report("No site was added.", reasons);
+  return ExitCode::kFailed;
+}
+
+ExitCode export_file(CommandContext& context, const std::string& path) {
+  const std::vector<SiteRecord> sites = context.sites.list();
+  write_private_file(path, sitebook::export_csv(sites));
+  context.console.print("Sites written: " + std::to_string(sites.size()));
+  return ExitCode::kDone;
+}
+
+// ---- options
+
+std::string help_of(const SiteColumn& column) {
+  std::string help(column.label);
+  if (column.key == "method") help += ": 1 modem, 2 direct, anything else LAN";
+  if (column.key == kAccessCode) help += "; - reads it from standard input";
+  return help;
+}
+
+std::shared_ptr<ColumnOptions> add_column_options(CLI::App& command) {
+  auto options = std::make_shared<ColumnOptions>();
+  CLI::Option* code = nullptr;
+  for (const SiteColumn& column : sitebook::kSiteColumns) {
+    const std::string key(column.key);
+    CLI::Option* option = command.add_option_function<std::string>(
+        "--" + key, [options, key](const std::string& text) { options->columns[key] = text; },
+        help_of(column));
+    if (key == kAccessCode) code = option;
+  }
+  command
+      .add_option("--access-code-file", options->access_code_file, "File whose first line is the access code")
+      ->excludes(code);
+  return options;
+}
+
+void add_list(CLI::App& sites, Invocation& invocation) {
+  auto options = std::make_shared<ListOptions>();
+  CLI::App* command = sites.add_subcommand("list", "Show the site book");
+  command->add_flag("--json", options->as_json, "As a JSON array");
+  command->add_flag("--show-access-codes", options->show_access_codes, "With the access codes");
+  command->callback([options, &invocation] {
+    invocation.command = [options](CommandContext& context) { return list(context, *options); };
+  });
+}
+
+void add_add(CLI::App& sites, Invocation& invocation) {
+  CLI::App* command = sites.add_subcommand("add", "Add a site; prints its key");
+  const auto options = add_column_options(*command);
+  command->callback([options, &invocation] {
+    invocation.command = [options](CommandContext& context) { return add(context, *options); };
+  });
+}
+
+void add_edit(CLI::App& sites, Invocation& invocation) {
+  CLI::App* command = sites.add_subcommand("edit", "Change columns of a site");
+  const auto options = add_column_options(*command);
+  std::vector<std::string> keys;
+  for (const SiteColumn& column : sitebook::kSiteColumns)
+    keys.emplace_back(column.key);
+  command->add_option("SITE", options->key, "Key, identifier or \"name - identifier\"")->required();
+  command->add_option("--unset", options->unset, "Column that shall hold nothing; may repeat")
+      ->allow_extra_args(false)
+      ->check(CLI::IsMember(keys));
+  command->callback([options, &invocation] {
+    if (options->empty()) throw CLI::ValidationError("sites edit", "no column is given");
+    invocation.command = [options](CommandContext& context) { return edit(context, *options); };
+  });
+}
+
+void add_remove(CLI::App& sites, Invocation& invocation) {
+  auto keys = std::make_shared<std::vector<std::string>>();
+  CLI::App* command = sites.add_subcommand("remove", "Remove sites");
+  command->add_option("SITE", *keys, "Key, identifier or \"name - identifier\"")->required();
+  command->callback([keys, &invocation] {
+    invocation.command = [keys](CommandContext& context) { return remove(context, *keys); };
+  });
+}
+
+void add_file_command(CLI::App& sites, Invocation& invocation, const char* name, const char* help,
+                      ExitCode (*run_on)(CommandContext&, const std::string&)) {
+  auto path = std::make_shared<std::string>();
+  CLI::App* command = sites.add_subcommand(name, help);
+  command->add_option("FILE", *path, "A CSV file")->required();
+  command->callback([path, run_on, &invocation] {
+    invocation.command = [path, run_on](CommandContext& context) { return run_on(context, *path); };
+  });
+}
+
+}  // namespace
+
+void add_sites_commands(CLI::App& app, Invocation& invocation) {
+  CLI::App* sites = app.add_subcommand("sites", "The site book");
+  sites->require_subcommand(1);
+  add_list(*sites, invocation);
+  add_add(*sites, invocation);
+  add_edit(*sites, invocation);
+  add_remove(*sites, invocation);
+  add_file_command(*sites, invocation, "import", "Add the sites of a CSV file, all or none", import_file);
+  add_file_command(*sites, invocation, "export", "Write the site book, access codes included, to a CSV file",
+                   export_file);
+}
+
+}  // namespace qvrcom::cli
