@@ -150,12 +150,15 @@ base::Field field_of(const QVariant& value) {
 
 base::Rows QtDatabase::snapshot(QSqlQuery& query, const std::string& sql) const {
   const QSqlRecord record = query.record();
+  const auto count = static_cast<std::size_t>(record.count());
   std::vector<std::string> columns;
+  columns.reserve(count);
   for (int i = 0; i < record.count(); ++i)
     columns.push_back(record.fieldName(i).toStdString());
   base::Rows rows(columns);
   while (query.next()) {
     std::vector<base::Field> fields;
+    fields.reserve(count);
     for (int i = 0; i < record.count(); ++i)
       fields.push_back(field_of(query.value(i)));
     rows.add(std::move(fields));

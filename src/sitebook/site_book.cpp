@@ -22,6 +22,7 @@ SiteRecord record_of(const base::Row& row) {
 // One value per column, named like it, and the key.
 std::vector<platform::NamedValue> values_of(const SiteRecord& site) {
   std::vector<platform::NamedValue> values;
+  values.reserve(kSiteColumns.size() + 1);
   for (const SiteColumn& column : kSiteColumns)
     values.push_back({std::string(column.column), site.*column.member});
   return values;
@@ -43,7 +44,8 @@ std::string assignments() {
   std::string text;
   for (const SiteColumn& column : kSiteColumns) {
     const std::string name(column.column);
-    text += (text.empty() ? "" : ", ") + name + " = :" + name;
+    if (!text.empty()) text += ", ";
+    text.append(name).append(" = :").append(name);
   }
   return text;
 }
