@@ -50,7 +50,7 @@ ExitCode run(const Invocation& invocation, CommandContext& context) {
   try {
     if (invocation.needs_set_up) {
       if (const auto missing = environment::missing_set_up(context.machine, context.files)) {
-        context.console.report(*missing, "Run \"qvrcomctl setup\" first.");
+        context.console.report(*missing);
         return ExitCode::kMissing;
       }
     }

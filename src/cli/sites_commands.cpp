@@ -82,6 +82,10 @@ struct ColumnOptions {
   std::string access_code_file;
   std::vector<std::string> unset;
 
+  bool reads_access_code() const {
+    const auto given = columns.find(std::string(kAccessCode));
+    return given != columns.end() && given->second == "-";
+  }
   bool empty() const { return columns.empty() && access_code_file.empty() && unset.empty(); }
 };
 
@@ -98,7 +102,7 @@ void take_over(CommandContext& context, const ColumnOptions& options, SiteRecord
   }
   if (!options.access_code_file.empty()) {
     site.access_code = first_line(read_local_file(options.access_code_file));
-  } else if (site.access_code == "-") {
+  } else if (options.reads_access_code()) {
     std::string line;
     std::getline(context.in, line);
     site.access_code = first_line(line);

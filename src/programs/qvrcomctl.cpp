@@ -1,0 +1,77 @@
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <iostream>
+
+#include "adapters/byte_source_posix.h"
+#include "base/fault.h"
+#include "cli/command_context.h"
+#include "cli/invocation.h"
+#include "programs/suite.h"
+#include "scheduler/session_log.h"
+#include "session/session_run.h"
+
+namespace {
+
+using namespace qvrcom;
+
+// What the scheduler wrote into the job's log stands beside its error.
+void add_reason(platform::Message& message, const programs::Suite& suite) {
+  if (message.title != "ERROR" || !message.detail.empty()) return;
+  message.detail = scheduler::last_reason(suite.files, suite.folders.GetLogsFolder(), suite.session.job.Name);
+}
+
+cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
+  adapters::SystemClock clock;
+  cli::ConsoleUserInterface ui(console, invocation.answer);
+  cli::ConsoleSessions sessions(console, ui, clock);
+  session::SessionGate::WhenBusy wait;
+  if (invocation.wait) wait = [&](const std::string& owner) { return sessions.wait_for(owner); };
+
+  programs::Suite suite(ui, wait);
+  ui.on_message = [&](platform::Message& message) { add_reason(message, suite); };
+  session::SessionRun screen(suite.session_parts(), sessions);
+  cli::StatisticsSessions statistics(console, ui, sessions, suite.request_parts(screen));
+  environment::SetUp set_up = suite.set_up();
+  const adapters::ByteSourcesPosix byte_sources;
+  cli::CommandContext context{console,
+                              std::cin,
+                              ui,
+                              clock,
+                              suite.files,
+                              suite.programs,
+                              suite.scheduler,
+                              suite.machine,
+                              suite.folders,
+                              set_up,
+                              suite.proposed_folders(),
+                              suite.sites,
+                              suite.jobs,
+                              byte_sources,
+                              statistics};
+  return cli::run(invocation, context);
+}
+
+// Standard error is for the suite's messages; Qt's remarks about the environment are none.
+void drop_remarks(QtMsgType type, const QMessageLogContext&, const QString& text) {
+  if (type == QtCriticalMsg || type == QtFatalMsg) std::cerr << text.toStdString() << std::endl;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const cli::Invocation invocation =
+      cli::read_command_line({argv + 1, argv + argc}, QVRCOM_VERSION, std::cout, std::cerr);
+  if (!invocation.command) return static_cast<int>(invocation.exit_code);
+  qInstallMessageHandler(drop_remarks);
+  const QCoreApplication application(argc, argv);
+  cli::Console console(std::cout, std::cerr, isatty(STDERR_FILENO) != 0);
+  try {
+    return static_cast<int>(run(invocation, console));
+  } catch (const base::Fault& fault) {
+    console.report(fault.description(), fault.detail());
+  } catch (const std::exception& error) {
+    console.report(error.what());
+  }
+  return static_cast<int>(cli::ExitCode::kFailed);
+}
