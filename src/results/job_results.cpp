@@ -182,8 +182,9 @@ std::string JobResults::current_job() const {
 }
 
 void JobResults::delete_folder(const std::string& folder) {
+  const std::string inside = folder + "\\";
   for (const std::string& name : files_.list(folder))
-    files_.remove(folder + "\\" + name);
+    files_.remove(inside + name);
   files_.remove_folder(folder);
 }
 
