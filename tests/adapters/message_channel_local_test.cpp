@@ -1,0 +1,173 @@
+#include "adapters/message_channel_local.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QLocalSocket>
+#include <QTemporaryDir>
+#include <csignal>
+
+#include "adapters/local_socket.h"
+#include "adapters/qt_application.h"
+#include "base/fault.h"
+
+namespace qvrcom::adapters {
+namespace {
+
+using platform::MessageId;
+using platform::WindowHandle;
+using testing::ElementsAre;
+
+struct Arrived {
+  WindowHandle window;
+  std::string message;
+  std::uint64_t word;
+  std::int64_t value;
+  bool operator==(const Arrived&) const = default;
+};
+
+class MessageChannelLocalTest : public testing::Test {
+ protected:
+  MessageChannelLocalTest() { need_application(); }
+
+  // Opens a window that notes what arrives; messages bear the names "A" and "B".
+  std::unique_ptr<platform::Window> open(MessageChannelLocal& channel, const std::string& title) {
+    const MessageId a = channel.register_message("A");
+    return channel.open_window(
+        title, [this, a](WindowHandle window, MessageId id, std::uint64_t word, std::int64_t value) {
+          arrived_.push_back({window, id == a ? "A" : "other", word, value});
+          return std::int64_t{0};
+        });
+  }
+  bool opens(MessageChannelLocal& channel, const std::string& title) {
+    try {
+      open(channel, title);
+      return true;
+    } catch (const base::Fault&) {
+      return false;
+    }
+  }
+  void send_raw(const std::string& title, const QByteArray& bytes) const {
+    QLocalSocket peer;
+    peer.connectToServer(local_socket_path(run_, runtime_, title));
+    ASSERT_TRUE(peer.waitForConnected(1000));
+    peer.write(bytes);
+    peer.waitForBytesWritten(1000);
+  }
+
+  QTemporaryDir folder_;
+  const std::string run_ = folder_.filePath("run").toStdString();
+  const std::string runtime_ = folder_.filePath("runtime").toStdString();
+  MessageChannelLocal here_{run_, runtime_};
+  MessageChannelLocal there_{run_, runtime_};
+  std::vector<Arrived> arrived_;
+};
+
+TEST_F(MessageChannelLocalTest, BringsMessagesInTheirOrder) {
+  EXPECT_EQ(there_.find_window("RESPONSE DIALOG"), 0U);
+  const auto window = open(here_, "RESPONSE DIALOG");
+  const WindowHandle found = there_.find_window("RESPONSE DIALOG");
+  ASSERT_NE(found, 0U);
+  const MessageId b = there_.register_message("B");  // numbers differ from program to program, names do not
+  const MessageId a = there_.register_message("A");
+  EXPECT_EQ(there_.register_message("A"), a);
+  there_.post(found, a, 0, 1);
+  there_.post(found, a, 7, -2);
+  there_.post(found, b, 0, 9);
+  there_.post(0, a, 0, 3);
+  EXPECT_TRUE(arrived_.empty()) << "before events are pumped";
+  ASSERT_TRUE(pump_until([this] { return arrived_.size() == 3; }));
+  EXPECT_THAT(arrived_,
+              ElementsAre(Arrived{window->handle(), "A", 0, 1}, Arrived{window->handle(), "A", 7, -2},
+                          Arrived{window->handle(), "other", 0, 9}));
+}
+
+TEST_F(MessageChannelLocalTest, ATitleHasOneOwnerAndComesBackFree) {
+  auto window = open(here_, "JOBPILOT");
+  EXPECT_FALSE(opens(there_, "JOBPILOT"));
+  EXPECT_TRUE(opens(there_, "REPILOT"));
+  ASSERT_NE(there_.find_window("JOBPILOT"), 0U) << "the refused one must not have taken it over";
+  window.reset();
+  EXPECT_EQ(there_.find_window("JOBPILOT"), 0U);
+  EXPECT_TRUE(opens(there_, "JOBPILOT"));
+  struct stat status {};
+  stat(run_.c_str(), &status);
+  EXPECT_EQ(status.st_mode & 0777U, 0700U);
+}
+
+TEST_F(MessageChannelLocalTest, RecoversAfterAKilledOwner) {
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t owner = fork();
+  if (owner == 0) {
+    const auto window = open(there_, "JOBPILOT");
+    [[maybe_unused]] const ssize_t told = write(ready[1], "x", 1);
+    pause();
+    _exit(0);
+  }
+  char byte = 0;
+  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  EXPECT_FALSE(opens(here_, "JOBPILOT"));
+  kill(owner, SIGKILL);
+  waitpid(owner, nullptr, 0);
+  EXPECT_EQ(here_.find_window("JOBPILOT"), 0U);
+  EXPECT_TRUE(opens(here_, "JOBPILOT"));
+}
+
+TEST_F(MessageChannelLocalTest, DropsWhatIsNoMessage) {
+  const auto window = open(here_, "JOBPILOT");
+  const std::vector<QByteArray> bad{"\n",
+                                    "A\n",
+                                    "A 0\n",
+                                    "A 0 1 2\n",
+                                    "A x 1\n",
+                                    "A 0 1 \n",
+                                    " A 0 1\n",
+                                    "A 0 2147483648\n",
+                                    "A -1 1\n",
+                                    "\xFF 0 1\n",
+                                    QByteArray(1000, 'x') + " 0 1\n"};
+  for (const QByteArray& line : bad)
+    send_raw("JOBPILOT", line);
+  send_raw("JOBPILOT", "A 0 1");  // no line end, then gone
+  send_raw("JOBPILOT", "A 1 -1\nA 2 5\n");
+  ASSERT_TRUE(pump_until([this] { return arrived_.size() == 2; }));
+  ASSERT_TRUE(pump_until([&] { return here_.dropped() >= bad.size(); }));
+  EXPECT_EQ(here_.dropped(), bad.size());
+  EXPECT_EQ(arrived_[1].value, 5);
+}
+
+TEST_F(MessageChannelLocalTest, AProcedureMayCloseItsWindowOrBeReplaced) {
+  std::unique_ptr<platform::Window> window;
+  int calls = 0;
+  window = here_.open_window("RESPONSE DIALOG", [&](auto...) {
+    ++calls;
+    window.reset();
+    return std::int64_t{0};
+  });
+  send_raw("RESPONSE DIALOG", "A 0 1\nA 0 2\n");
+  ASSERT_TRUE(pump_until([&] { return calls == 1; }));
+  EXPECT_FALSE(pump_until([&] { return calls > 1; }, 50));
+
+  window = open(here_, "RESPONSE DIALOG");
+  const auto saved = window->replace_procedure({});
+  send_raw("RESPONSE DIALOG", "A 0 1\n");
+  EXPECT_FALSE(pump_until([&] { return !arrived_.empty(); }, 50));
+  window->replace_procedure(saved);
+  send_raw("RESPONSE DIALOG", "A 0 1\n");
+  EXPECT_TRUE(pump_until([&] { return !arrived_.empty(); }));
+}
+
+TEST_F(MessageChannelLocalTest, AFolderThatIsTooDeepMovesTheSocket) {
+  const std::string deep = run_ + "/" + std::string(120, 'd');
+  MessageChannelLocal one(deep, runtime_);
+  MessageChannelLocal two(deep, runtime_);
+  const auto window = open(one, "JOBPILOT");
+  EXPECT_NE(two.find_window("JOBPILOT"), 0U);
+  EXPECT_EQ(MessageChannelLocal(deep + "x", runtime_).find_window("JOBPILOT"), 0U) << "another root";
+}
+
+}  // namespace
+}  // namespace qvrcom::adapters

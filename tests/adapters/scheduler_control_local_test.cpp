@@ -1,0 +1,98 @@
+#include "adapters/scheduler_control_local.h"
+
+#include <gtest/gtest.h>
+
+#include <QLocalSocket>
+#include <QTemporaryDir>
+#include <future>
+
+#include "adapters/local_socket.h"
+#include "adapters/qt_application.h"
+#include "base/fault.h"
+
+namespace qvrcom::adapters {
+namespace {
+
+using platform::JobState;
+using platform::StopOutcome;
+
+struct Scheduler : platform::SchedulerControl {
+  std::optional<platform::SchedulerStatus> status() override { return answer; }
+  bool stop() override { return ++stops > 0; }
+  platform::StopOutcome stop_job(const std::string& job) override {
+    return job == "JobA" ? StopOutcome::kTakenOut : StopOutcome::kUnknownJob;
+  }
+  platform::SchedulerStatus answer;
+  int stops = 0;
+};
+
+class SchedulerControlLocalTest : public testing::Test {
+ protected:
+  SchedulerControlLocalTest() { need_application(); }
+
+  // The client waits for its answer, so it asks on a thread of its own while events run here.
+  template <class Question>
+  auto ask(Question question) {
+    auto answer = std::async(std::launch::async, [&] {
+      SchedulerControlLocal client(run_, run_);
+      return question(client);
+    });
+    EXPECT_TRUE(
+        pump_until([&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    return answer.get();
+  }
+
+  QTemporaryDir folder_;
+  const std::string run_ = folder_.filePath("run").toStdString();
+};
+
+TEST_F(SchedulerControlLocalTest, CarriesQuestionsAndAnswers) {
+  Scheduler scheduler;
+  scheduler.answer = {"0.1.0",
+                      4711,
+                      "JobA",
+                      "Fetching \"x\"\n",
+                      1ULL << 33U,
+                      20000,
+                      {{"JobA", "Büro; 3", JobState::kRunning},
+                       {"JobB", "", JobState::kWaiting},
+                       {"JobC", "", JobState::kLeftAlone},
+                       {"JobD", "", JobState::kFinished},
+                       {"", "", JobState::kDamaged}}};
+  // More than a socket takes at once.
+  for (int i = 0; i < 20000; ++i)
+    scheduler.answer.jobs.push_back({"Job" + std::to_string(i), "Retrieve", JobState::kWaiting});
+  const SchedulerControlServer server(run_, run_, scheduler);
+  EXPECT_EQ(ask([](auto& client) { return client.status(); }), scheduler.answer);
+  EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobA"); }), StopOutcome::kTakenOut);
+  EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobX"); }), StopOutcome::kUnknownJob);
+  EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobX\nstop"); }), StopOutcome::kUnknownJob);
+  EXPECT_EQ(scheduler.stops, 0);
+  EXPECT_TRUE(ask([](auto& client) { return client.stop(); }));
+  EXPECT_EQ(scheduler.stops, 1);
+  EXPECT_THROW(SchedulerControlServer(run_, run_, scheduler), base::Fault);
+}
+
+TEST_F(SchedulerControlLocalTest, SaysWhenNobodyIsThere) {
+  SchedulerControlLocal client(run_, run_);
+  EXPECT_EQ(client.status(), std::nullopt);
+  EXPECT_FALSE(client.stop());
+  EXPECT_EQ(client.stop_job("JobA"), StopOutcome::kNotReachable);
+}
+
+TEST_F(SchedulerControlLocalTest, HangsUpOnWhatIsNoRequest) {
+  Scheduler scheduler;
+  const SchedulerControlServer server(run_, run_, scheduler);
+  for (const QByteArray& bytes :
+       {QByteArray("dance\n"), QByteArray(5000, 's'), QByteArray(5000, 's') + "\nstop\n"}) {
+    QLocalSocket peer;
+    peer.connectToServer(local_socket_path(run_, run_, "JOBPILOT control"));
+    ASSERT_TRUE(peer.waitForConnected(1000));
+    peer.write(bytes);
+    EXPECT_TRUE(pump_until([&] { return peer.state() == QLocalSocket::UnconnectedState; }, 2000));
+  }
+  EXPECT_EQ(scheduler.stops, 0);
+}
+
+}  // namespace
+}  // namespace qvrcom::adapters
