@@ -1,0 +1,196 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/text.h"
+#include "doubles/manual_clock.h"
+#include "doubles/memory_channel.h"
+#include "doubles/memory_database.h"
+#include "doubles/memory_files.h"
+#include "doubles/memory_machine.h"
+#include "doubles/recording_user_interface.h"
+#include "link/scheduler_link.h"
+#include "session/frm_response.h"
+#include "session/session_run.h"
+
+namespace qvrcom::session {
+
+// Components that answer nothing, and remember what they were told.
+struct MemoryComponents : platform::Components {
+  struct Told : platform::Component {
+    explicit Told(std::vector<std::string>& all) : log(all) {}
+    std::optional<std::string> call(std::string_view operation,
+                                    std::span<const std::string> arguments) override {
+      log.push_back(std::string(operation) + " " + (arguments.empty() ? "" : arguments[0]));
+      return "OK";
+    }
+    std::vector<std::string>& log;
+  };
+  std::unique_ptr<platform::Component> create(std::string_view) override {
+    return std::make_unique<Told>(log);
+  }
+  std::vector<std::string> log;
+};
+
+struct NoXml : platform::XmlRows {
+  base::Rows load(std::string_view) const override { return {}; }
+};
+
+struct MemoryPrograms : platform::Programs {
+  std::string start_hidden(const std::string& path) override {
+    started.push_back(path);
+    if (on_start) on_start();
+    return {};
+  }
+  std::vector<std::string> started;
+  std::function<void()> on_start;
+};
+
+// JobPilot as the library meets it: on request 1 it lists every line of the index in `result_file`, writes
+// what the scripts fetch, and answers once `answers_after` more events have been pumped.
+struct MemoryScheduler {
+  MemoryScheduler(doubles::MemoryChannel& channel_, doubles::MemoryFiles& files_)
+      : channel(channel_), files(files_) {}
+
+  void open() {
+    window = channel.open_window(
+        "JOBPILOT", [this](auto, auto, auto, std::int64_t request) { return request == 1 ? run() : 0; });
+  }
+
+  std::int64_t run() {
+    index = files.content["S:\\index.sch"];
+    for (const std::string_view line : base::lines_of(index)) {
+      if (line.empty() || result_file.empty()) continue;
+      files.content["S:\\" + result_file].append(line).append("\r\n");
+      const std::string script = files.content[std::string(base::split(line, ";")[2])];
+      scripts.push_back(script);
+      const auto local = script.find("LOCALFILE=");
+      if (local != std::string::npos && result_file == "completed.sch") {
+        const std::size_t begin = local + 10;
+        files.content[script.substr(begin, script.find(';', begin) - begin)] = "Line,Calls\r\n1,2\r\n";
+      }
+    }
+    if (vanishes) window.reset();
+    channel.post(channel.find_window("RESPONSE DIALOG"), channel.register_message("CBL_SCHEDULER_QVRCOM"), 0,
+                 0);
+    return 0;
+  }
+
+  doubles::MemoryChannel& channel;
+  doubles::MemoryFiles& files;
+  std::unique_ptr<platform::Window> window;
+  std::string result_file = "completed.sch";  // "" leaves the jobs alone
+  bool vanishes = false;
+  std::string index;  // as it was when the request came
+  std::vector<std::string> scripts;
+};
+
+// A terminal: keeps what it is shown, presses the button when the activation is over, and Cancel when the
+// scheduler is not there.
+struct RecordingView : SessionWindow {
+  void set_info(const std::string& text) override { infos.push_back(text); }
+  void set_info_visible(bool value) override { info_visible = value; }
+  void set_hint(const std::string& text) override { hint = text; }
+  void set_hint_visible(bool value) override { hint_visible = value; }
+  void set_cancel(const std::string& text) override { caption = text; }
+  void set_cancel_enabled(bool value) override { enabled = value; }
+  void set_cancel_visible(bool value) override { visible = value; }
+  void set_timer(bool value) override { timer = value; }
+  void close() override { ++closed; }
+  void scheduler_not_found() override { give_up("not found"); }
+  void scheduler_gone(const std::string& sentence) override { give_up(sentence); }
+  void give_up(const std::string& why) {
+    complaints.push_back(why);
+    dialog->cmdCancel_Click();
+  }
+  void show_modal(frmResponse& shown) override {
+    dialog = &shown;
+    dialog->Form_Activate();
+  }
+
+  frmResponse* dialog = nullptr;
+  std::vector<std::string> infos, complaints;
+  std::string hint, caption;
+  bool info_visible = false, hint_visible = false, enabled = true, visible = true, timer = false;
+  int closed = 0;
+};
+
+// The library on memory parts, with one site of new firmware filled in and the scheduler running. The
+// scheduler folder is "S:\".
+struct MemorySuite {
+  MemorySuite() {
+    machine.special_folders = {{35, "C:\\Data"}, {46, "C:\\Docs"}};
+    for (const char* folder :
+         {"C:\\Data\\Corbelin\\QVRCOM+\\Scheduler", "C:\\Docs\\Corbelin\\QVRCOM+\\Stats",
+          "C:\\Docs\\Corbelin\\QVRCOM+\\Msgs", "C:\\Docs\\Corbelin\\QVRCOM+\\SAMELogs", "S:"})
+      files.make_folders(folder);
+    engine.answer("File_Handling", {"DefaultPathname", "DefaultFilename", "AutoIncrements"},
+                  {{std::nullopt, std::nullopt, ""}});
+    session.run.SchedulerFolder = "S:\\";
+    session.run.CurrentOperation = operation::kRetrieveStatistics;
+    session.run.PartitionID = "3";
+    session.site.LoginName = "admin";
+    session.site.DeviceGeneration = "NEW";
+    session.site.SelectedSites = {""};
+    add_site("USA_Office", "101", "7", "6.62");
+    scheduler.open();
+    ui.on_pump = [this] {
+      if (on_event) on_event();
+      channel.deliver();
+    };
+  }
+
+  void add_site(const char* name, const char* user_id, const char* id, const char* firmware) {
+    base::SiteConnection site;
+    site.fields = {name, user_id, id, "10.0.0.5", "", "", " secret ", "0", "", "", "", firmware, ""};
+    session.site.SiteConnections.push_back(site);
+    session.site.SelectedSites.insert(session.site.SelectedSites.end() - 1,
+                                      std::string(name) + " - " + user_id);
+  }
+
+  SessionParts parts() {
+    return {{session, ui, clock, files, folders, dbase, components, xml}, link, channel};
+  }
+
+  // Every request in order, "J" to JobPilot, "R" to RePilot, "?" to no window.
+  std::string requests() const {
+    std::string all;
+    for (const auto& post : channel.posts) {
+      if (post.message == "CBL_SCHEDULER_QVRCOM") continue;
+      all += (all.empty() ? "" : " ") + (post.title.empty() ? "?" : post.title.substr(0, 1));
+      all += std::to_string(post.value);
+    }
+    return all;
+  }
+
+  // What is in the scheduler folder below its own files, and the index when it lists something.
+  std::vector<std::string> left_behind() const {
+    std::vector<std::string> all;
+    for (const std::string& folder : files.folders) {
+      if (folder.starts_with("S:\\")) all.push_back(folder.substr(3));
+    }
+    const auto index = files.content.find("S:\\index.sch");
+    if (index != files.content.end() && index->second.size() > 2) all.push_back("index.sch");
+    return all;
+  }
+
+  doubles::MemoryMachine machine;
+  doubles::MemoryFiles files;
+  doubles::ManualClock clock;
+  doubles::RecordingUserInterface ui;
+  doubles::MemoryDatabase engine;
+  doubles::MemoryChannel channel;
+  MemoryPrograms programs;
+  MemoryComponents components;
+  NoXml xml;
+  base::Session session;
+  environment::FilesAndFolders folders{machine, files};
+  environment::DBase dbase{engine, folders};
+  link::SchedulerLink link{{session, ui, clock, files, programs, channel, folders}};
+  MemoryScheduler scheduler{channel, files};
+  std::function<void()> on_event;
+};
+
+}  // namespace qvrcom::session
