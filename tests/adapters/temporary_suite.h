@@ -2,7 +2,6 @@
 
 #include <stdlib.h>
 
-#include <QCoreApplication>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -10,6 +9,7 @@
 #include "adapters/database_qt.h"
 #include "adapters/files_posix.h"
 #include "adapters/paths.h"
+#include "adapters/qt_application.h"
 #include "doubles/settable_machine.h"
 #include "environment/database_connection.h"
 #include "environment/set_up.h"
@@ -28,12 +28,7 @@ struct TemporaryFolder {
 
 // A machine that is set up below a folder of its own, with a real database file.
 struct TemporarySuite {
-  TemporarySuite() {
-    static int argument_count = 1;
-    static char name[] = "tests";
-    static char* arguments[] = {name, nullptr};
-    static QCoreApplication application(argument_count, arguments);
-  }
+  TemporarySuite() { need_application(); }
 
   std::vector<std::string> set_up() {
     const std::string root = suite_path(folder.path);
