@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
+#include <map>
+
 #include "base/fault.h"
 #include "session/memory_suite.h"
 
@@ -35,184 +38,129 @@ struct DialogRun : MemorySuite {
 };
 
 const std::string kRetrieve = operation::kRetrieveStatistics;
-const std::string kScheduled = "Required Action(s) Scheduled Successfully";
+const std::string kReset = operation::kResetStatistics;
+const std::string kBoth = operation::kRetrieveResetStatistics;
 const std::string kTalking = "Communicating with QVR+/RDN";
-const std::string kJob = "Nov1526121005001";
-const char* const kError = "Communication error, see JobPilot for details";
+const char* const kCsv = "C:\\Docs\\Corbelin\\QVRCOM+\\Stats\\Stats1.csv";
 const char* const kUnknown =
     "Site : USA_Office\r\nFW Version : 0\r\nWarning: The QVR+/RDN version is unknown. Please retrieve "
     "QVR+/RDN system information.\r\n\r\nAdministration -> System -> System Commands -> Retrieve QVR+/RDN "
     "System Information";
 
-struct Case {
-  const char* name;
-  std::function<void(DialogRun&)> arrange;
-  Texts infos;
-  Texts messages;
-  const char* requests;
-  Texts left;  // in the scheduler folder
-  const char* csv = "";
-};
-
-const std::string kReset = operation::kResetStatistics;
-const std::string kBoth = operation::kRetrieveResetStatistics;
-constexpr const char* kCsv = "C:\\Docs\\Corbelin\\QVRCOM+\\Stats\\Stats1.csv";
-
-const std::vector<Case> kCases = {
-    {"completed",
-     [](DialogRun&) {},
-     {kRetrieve, "Creating Script", kTalking, "Processing Data ...", "Completed " + kRetrieve},
-     {},
-     "J1 J5 J6 J2",
-     {},
-     kCsv},
-    {"reset",
-     [](DialogRun& r) { r.session.run.CurrentOperation = kReset; },
-     {kReset, "Creating Script", kTalking, "Completed " + kReset},
-     {},
-     "J1 J5 J6 J2",
-     {}},
-    {"both",
-     [](DialogRun& r) { r.session.run.CurrentOperation = kBoth; },
-     {kBoth, "Creating Script", kTalking, "Processing Data ...", "Completed " + kRetrieve},
-     {},
-     "J1 J5 J6 J2",
-     {},
-     kCsv},
-    {"error",
-     [](DialogRun& r) {
-       r.session.run.CurrentOperation = kBoth;
-       r.scheduler.result_file = "error.sch";
-     },
-     {kBoth, "Creating Script", kTalking, "Error " + kBoth},
-     {kError},
-     "J1 J5 J6 J2",
-     {}},
-    {"cancelled in JobPilot",
-     [](DialogRun& r) { r.scheduler.result_file = "cancelled.sch"; },
-     {kRetrieve, "Creating Script", kTalking, "Cancelled " + kRetrieve},
-     {"Communication cancelled from JobPilot"},
-     "J1 J5 J6 J2",
-     {}},
-    {"no answer, then Cancel",
-     [](DialogRun& r) {
-       r.scheduler.result_file = "";
-       r.cancel_when([&r] { return r.clock.slept > std::chrono::minutes(10); });
-     },
-     {kRetrieve, "Creating Script", kTalking},
-     {},
-     "J1 J5 J5 J2",
-     {kJob}},
-    {"Cancel before the posts",
-     [](DialogRun& r) { r.cancel_at(kTalking); },
-     {kRetrieve, "Creating Script", kTalking},
-     {},
-     "J5 J2",
-     {}},
-    {"Cancel before the folder", [](DialogRun& r) { r.cancel_at(kRetrieve); }, {kRetrieve}, {}, "J5", {}},
-    {"unknown firmware",
-     [](DialogRun& r) { r.session.site.SiteConnections[0].fields[11] = "0"; },
-     {kRetrieve},
-     {kUnknown},
-     "",
-     {}},
-    {"old kind",
-     [](DialogRun& r) { r.session.site.DeviceGeneration = "OLD"; },
-     {kRetrieve},
-     {"Not implement for Old QVR yet"},
-     "",
-     {}},
-    {"older statistics",
-     [](DialogRun& r) { r.session.site.SiteConnections[0].fields[11] = "5.ca"; },
-     {kRetrieve, "Creating Script"},
-     {"Error_Handler: ReceiveStatSinPart_NewQVR\r\nOlder statistics form"},
-     "",
-     {}},
-    {"save fails, download kept",
-     [](DialogRun& r) {
-       r.session.run.StatsResultFile = "";
-       r.files.before = [](std::string_view, const std::string& path) {
+const std::map<std::string, std::function<void(DialogRun&)>> kTwists = {
+    {"", [](DialogRun&) {}},
+    {"cancel late",
+     [](DialogRun& run) { run.cancel_when([&run] { return run.clock.slept > std::chrono::minutes(10); }); }},
+    {"cancel at the posts", [](DialogRun& run) { run.cancel_at(kTalking); }},
+    {"cancel at once", [](DialogRun& run) { run.cancel_at(kRetrieve); }},
+    {"old kind", [](DialogRun& run) { run.session.site.DeviceGeneration = "OLD"; }},
+    {"disk full",
+     [](DialogRun& run) {
+       run.files.before = [](std::string_view, const std::string& path) {
          if (path == kCsv) throw base::Fault(base::kDiskFull, path);
        };
-     },
-     {kRetrieve, "Creating Script", kTalking, "Processing Data ..."},
-     {"Error_Handler: ProcessReceiveStatSinPart_NewQVR_NewStats\r\nDisk full"},
-     "J1 J5 J6 J2",
-     {kJob}},
-    {"name that no index line can hold",
-     [](DialogRun& r) {
-       r.session.site.SiteConnections[0].fields[0] = "A;B";
-       r.session.site.SelectedSites[0] = "7";
-     },
-     {kRetrieve, "Creating Script", kTalking},
-     {"Error_Handler: ReceiveStatSinPart_NewQVR\r\nJob not listed"},
-     "",
-     {}},
-    {"missing trailing blank",
-     [](DialogRun& r) { r.session.run.CurrentOperation.pop_back(); },
-     {},
-     {},
-     "",
-     {}},
-    {"scheduler cannot be started",
-     [](DialogRun& r) { r.scheduler.window.reset(); },
-     {kRetrieve, "Creating Script", kTalking},
-     {"SCHEDULER not found!", "SCHEDULER not found!", "SCHEDULER not found!", "SCHEDULER not found!"},
-     "",
-     {}},
-    {"scheduler dies",
-     [](DialogRun& r) {
-       r.scheduler.result_file = "";
-       r.scheduler.vanishes = true;
-       r.programs.on_start = [&r] { r.scheduler.open(); };
-     },
-     {kRetrieve, "Creating Script", kTalking},
-     {},
-     "J1 J5 J5 J2",
-     {kJob}},
-    {"to be run later",
-     [](DialogRun& r) {
-       r.session.run.ImmediateRun = false;
-       r.session.job.StartDate = "46400.25";
-       r.session.job.StopDate = "46500";
-       r.session.job.Interval = "1";
-       r.session.job.Period = "Day(s)";
-     },
-     {kRetrieve, "Creating Script", kScheduled},
-     {},
-     "?1",
-     {kJob, "index.sch"}},
-    {"first of two refused",
-     [](DialogRun& r) {
-       r.session.site.SiteConnections[0].fields[11] = "0";
-       r.add_site("Depot", "102", "8", "6.62");
-     },
-     {kRetrieve, kRetrieve, "Creating Script", kTalking, "Processing Data ...", "Completed " + kRetrieve},
-     {kUnknown},
-     "J1 J5 J6 J2",
-     {},
-     kCsv},
+     }},
+    {"name with ;",
+     [](DialogRun& run) {
+       run.session.site.SiteConnections[0].fields[0] = "A;B";
+       run.session.site.SelectedSites[0] = "7";
+     }},
+    {"no JobPilot", [](DialogRun& run) { run.scheduler.window.reset(); }},
+    {"JobPilot dies",
+     [](DialogRun& run) {
+       run.scheduler.vanishes = true;
+       run.programs.on_start = [&run] { run.scheduler.open(); };
+     }},
+    {"later",
+     [](DialogRun& run) {
+       run.session.run.ImmediateRun = false;
+       run.session.job.StartDate = "46400.25";
+     }},
 };
 
+// Operation | firmware | JobPilot's list | twist | how many of the status lines name, script, communication
+// and processing are shown | requests | left in the scheduler folder | last status line | messages. "~" is a
+// blank at the end, "#" a line end, "..." the name of a statistics operation without its first word.
+constexpr const char* kCases =
+    R"(Retrieve ...~|6.62|completed|                   |4|J1 J5 J6 J2|                 |Completed Retrieve ...~|
+Reset ...~         |6.62|completed|                   |3|J1 J5 J6 J2|                 |Completed Reset ...~|
+Reset ...~         |5.ca|completed|                   |3|J1 J5 J6 J2|                 |Completed Reset ...~|
+Retrieve Reset ...~|6.62|completed|                   |4|J1 J5 J6 J2|                 |Completed Retrieve ...~|
+Retrieve Reset ...~|6.62|error    |                   |3|J1 J5 J6 J2|                 |Error Retrieve Reset ...~|Communication error, see JobPilot for details
+Retrieve ...~      |6.62|cancelled|                   |3|J1 J5 J6 J2|                 |Cancelled Retrieve ...~|Communication cancelled from JobPilot
+Retrieve ...~      |6.62|         |cancel late        |3|J1 J5 J5 J2|Nov1526121005001 ||
+Retrieve ...~      |6.62|         |cancel at the posts|3|J5 J2      |                 ||
+Retrieve ...~      |6.62|         |cancel at once     |1|J5         |                 ||
+Retrieve ...~      |6.62|         |old kind           |1|           |                 ||Not implement for Old QVR yet
+Retrieve ...~      |5.ca|         |                   |2|           |                 ||Error_Handler: ReceiveStatSinPart_NewQVR#Older statistics form
+Retrieve ...~      |6.62|completed|disk full          |4|J1 J5 J6 J2|Nov1526121005001 ||Error_Handler: ProcessReceiveStatSinPart_NewQVR_NewStats#Disk full
+Retrieve ...~      |6.62|         |name with ;        |3|           |                 ||Error_Handler: ReceiveStatSinPart_NewQVR#Job not listed
+Reset ...          |6.62|         |                   |0|           |                 ||
+Retrieve ...~      |6.62|         |no JobPilot        |3|           |                 ||SCHEDULER not found! SCHEDULER not found! SCHEDULER not found! SCHEDULER not found!
+Retrieve ...~      |6.62|         |JobPilot dies      |3|J1 J5 J5 J2|Nov1526121005001 ||
+Retrieve ...~      |6.62|         |later              |2|?1         |Nov1526121005001 index.sch|Required Action(s) Scheduled Successfully|)";
+
+std::string joined(const Texts& texts) {
+  std::string all;
+  for (const std::string& text : texts)
+    all += (all.empty() ? "" : " ") + text;
+  return all;
+}
+
+// One cell of the table as the text that it stands for.
+std::string cell(std::string_view text) {
+  std::string plain(base::trim(text));
+  for (const auto& [sign, meaning] :
+       {std::pair{"...", "Statistics for Partition"}, {"~", " "}, {"#", "\r\n"}}) {
+    const auto at = plain.find(sign);
+    if (at != std::string::npos) plain.replace(at, std::strlen(sign), meaning);
+  }
+  return plain;
+}
+
 TEST(frmResponse, RunsAnOperationToItsEnd) {
-  for (const Case& each : kCases) {
-    SCOPED_TRACE(each.name);
+  for (const std::string_view row : base::lines_of(kCases)) {
+    SCOPED_TRACE(row);
+    Texts cells;
+    for (const std::string_view text : base::split(row, "|"))
+      cells.push_back(cell(text));
+    ASSERT_EQ(cells.size(), 9U);
+    const auto steps = static_cast<std::size_t>(std::stoi(cells[4]));
     DialogRun run;
-    each.arrange(run);
+    run.session.run.CurrentOperation = cells[0];
+    run.session.site.SiteConnections[0].fields[base::SiteConnection::kFirmwareVersion] = cells[1];
+    run.scheduler.result_file = cells[2].empty() ? "" : cells[2] + ".sch";
+    kTwists.at(cells[3])(run);
     run.go();
-    EXPECT_EQ(run.view.infos, each.infos);
-    EXPECT_EQ(run.ui.texts(), each.messages);
-    EXPECT_EQ(run.requests(), each.requests);
-    EXPECT_EQ(run.left_behind(), each.left);
-    EXPECT_EQ(run.session.run.StatsResultFile, each.csv);
-    for (const char* list : {"CompletedToProcess.sch", "ErrorToProcess.sch", "CancelledToProcess.sch"}) {
-      if (std::string(each.name).starts_with("save fails")) continue;  // its job can still be taken over
-      EXPECT_LE(run.files.content["S:\\" + std::string(list)].size(), 2U) << list;
-    }
-    if (run.view.closed || each.infos.empty()) continue;
+    Texts infos{cells[0], "Creating Script", kTalking, "Processing Data ..."};
+    infos.resize(steps);
+    if (!cells[7].empty()) infos.push_back(cells[7]);
+    EXPECT_EQ(run.view.infos, infos);
+    EXPECT_EQ(run.requests(), cells[5]);
+    EXPECT_EQ(joined(run.left_behind()), cells[6]);
+    EXPECT_EQ(joined(run.ui.texts()), cells[8]);
+    EXPECT_EQ(run.session.run.StatsResultFile, steps == 4 && cells[3].empty() ? kCsv : "");
+    EXPECT_EQ(run.pending_lines(), cells[3] == "disk full" ? 1U : 0U);
+    if (run.view.closed || steps == 0) continue;
     EXPECT_FALSE(run.view.timer);
     EXPECT_TRUE(run.view.enabled && run.view.visible && run.view.info_visible);
     EXPECT_EQ(run.view.caption, "OK");
+  }
+}
+
+TEST(frmResponse, GoesOnBehindARefusedSite) {
+  for (const bool first : {true, false}) {
+    DialogRun run;
+    run.add_site("Depot", "102", "8", "6.62");
+    run.session.site.SiteConnections[first ? 0 : 1].fields[base::SiteConnection::kFirmwareVersion] = "0";
+    run.go();
+    EXPECT_EQ(run.scheduler.scripts.size(), 1U);
+    EXPECT_EQ(run.ui.messages.size(), 1U);
+    EXPECT_EQ(run.view.caption, "OK");
+    EXPECT_TRUE(run.view.visible);
+    EXPECT_EQ(run.view.hint_visible, !first);  // the text of the last site stays
+    EXPECT_EQ(run.view.hint,
+              first ? SessionFrame::kHint : "Site : Depot\r\nFW Version : 0\r\nAction Not Taken");
   }
 }
 
@@ -239,15 +187,6 @@ TEST(frmResponse, WritesScriptIndexLineAndCsvToTheByte) {
   EXPECT_EQ(run.files.content[kCsv], "SiteName,USA_Office\r\nUserSiteID,101\r\nLine,Calls\r\n1,2\r\n");
   EXPECT_THAT(run.components.log, ElementsAre("Update_SiteID 7"));
   EXPECT_EQ(run.session.run.SessionConfigID, "1000");
-}
-
-TEST(frmResponse, KeepsTheRefusalOfTheLastSite) {
-  DialogRun run;
-  run.add_site("Depot", "102", "8", "0");
-  run.go();
-  EXPECT_EQ(run.view.hint, "Site : Depot\r\nFW Version : 0\r\nAction Not Taken");
-  EXPECT_TRUE(run.view.hint_visible);
-  EXPECT_EQ(run.scheduler.scripts.size(), 1U);
 }
 
 TEST(frmResponse, NumbersTheSitesOfOneRun) {

@@ -176,6 +176,16 @@ struct MemorySuite {
     return all;
   }
 
+  // Lines of the three pending lists.
+  std::size_t pending_lines() const {
+    std::size_t count = 0;
+    for (const auto& [path, text] : files.content) {
+      for (const std::string_view line : base::lines_of(path.ends_with("ToProcess.sch") ? text : ""))
+        count += line.empty() ? 0 : 1;
+    }
+    return count;
+  }
+
   doubles::MemoryMachine machine;
   doubles::MemoryFiles files;
   doubles::ManualClock clock;
