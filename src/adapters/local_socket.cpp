@@ -20,6 +20,7 @@ namespace {
 
 // A socket address holds 107 bytes; while it comes to life the path has a temporary name, nine bytes longer.
 constexpr qsizetype kLongestPath = 96;
+constexpr int kConnectLimit = 200;  // milliseconds
 
 #ifdef Q_OS_UNIX
 bool make_private_folder(const QByteArray& native) {
@@ -43,12 +44,6 @@ void need_private_folder(const QString& folder) {
                         "else. Check its owner.");
 }
 
-bool somebody_listens(const QString& path) {
-  QLocalSocket probe;
-  probe.connectToServer(path);
-  return probe.waitForConnected(200);
-}
-
 // A lock that carries this very process's number although this process does not serve the socket was left by
 // an earlier process of that number, as happens where numbers start over in a container.
 bool left_by_a_namesake(const QLockFile& lock, const QString& path) {
@@ -56,7 +51,7 @@ bool left_by_a_namesake(const QLockFile& lock, const QString& path) {
   QString host;
   QString program;
   return lock.getLockInfo(&process, &host, &program) && process == QCoreApplication::applicationPid() &&
-         !somebody_listens(path);
+         !socket_is_served(path);
 }
 
 bool take(QLockFile& lock, const QString& path) {
@@ -77,6 +72,12 @@ QString local_socket_path(const std::string& run_folder, const std::string& runt
   const QByteArray hash =
       QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256).toHex().left(32);
   return QString::fromStdString(runtime_folder) + '/' + QString::fromLatin1(hash);
+}
+
+bool socket_is_served(const QString& path) {
+  QLocalSocket probe;
+  probe.connectToServer(path, QIODevice::WriteOnly);
+  return probe.waitForConnected(kConnectLimit);
 }
 
 OwnedServer::OwnedServer(const QString& path) : lock_(path + ".lock"), server_(new QLocalServer) {

@@ -12,6 +12,9 @@ namespace qvrcom::adapters {
 QString local_socket_path(const std::string& run_folder, const std::string& runtime_folder,
                           const std::string& name);
 
+// Whether a live program serves the path now. A socket that a killed program left behind is not served.
+bool socket_is_served(const QString& path);
+
 // A socket that this program alone serves. A lock file beside it proves the owner alive, so a socket that a
 // killed program left behind is taken over and a live one never.
 class OwnedServer {

@@ -159,9 +159,8 @@ MessageId MessageChannelLocal::register_message(const std::string& name) {
 }
 
 WindowHandle MessageChannelLocal::find_window(const std::string& title) {
-  QLocalSocket probe;
-  probe.connectToServer(local_socket_path(run_folder_, runtime_folder_, title), QIODevice::WriteOnly);
-  return probe.waitForConnected(kConnectLimit) ? names_->titles.number_of(title) : 0;
+  const bool open = socket_is_served(local_socket_path(run_folder_, runtime_folder_, title));
+  return open ? names_->titles.number_of(title) : 0;
 }
 
 void MessageChannelLocal::post(WindowHandle window, MessageId message, std::uint64_t word,

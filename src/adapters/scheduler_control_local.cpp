@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocalSocket>
+#include <QThread>
 #include <QTimer>
 #include <algorithm>
 #include <array>
@@ -24,6 +25,8 @@ namespace {
 constexpr const char* kSocketName = "JOBPILOT control";
 constexpr int kConnectLimit = 200;          // milliseconds
 constexpr int kAnswerLimit = 5000;          // milliseconds; a session ends in far less
+constexpr int kLeaveLimit = 3000;           // milliseconds until a stopped program is gone
+constexpr int kLookTime = 20;               // milliseconds
 constexpr qsizetype kLongestRequest = 128;  // bytes
 constexpr qsizetype kLongestAnswer = qsizetype{64} << 20U;
 
@@ -138,7 +141,11 @@ std::optional<SchedulerStatus> SchedulerControlLocal::status() {
 }
 
 bool SchedulerControlLocal::stop() {
-  return request("stop")["stopped"].toBool();
+  if (!request("stop")["stopped"].toBool()) return false;
+  const QString path = local_socket_path(run_folder_, runtime_folder_, kSocketName);
+  for (int waited = 0; waited < kLeaveLimit && socket_is_served(path); waited += kLookTime)
+    QThread::msleep(kLookTime);
+  return true;
 }
 
 StopOutcome SchedulerControlLocal::stop_job(const std::string& job_name) {

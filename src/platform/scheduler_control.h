@@ -48,8 +48,8 @@ class SchedulerControl {
   // Nothing when no scheduler runs.
   virtual std::optional<SchedulerStatus> status() = 0;
 
-  // Ends the running session, lists its job as cancelled and ends the program. False when no scheduler runs.
-  // The program is gone, or about to go, when this returns.
+  // Ends the running session, lists its job as cancelled and ends the program: it is gone when this returns,
+  // or hangs. False when no scheduler runs.
   virtual bool stop() = 0;
 
   virtual StopOutcome stop_job(const std::string& job_name) = 0;

@@ -4,6 +4,7 @@
 
 #include <QLocalSocket>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <future>
 
 #include "adapters/local_socket.h"
@@ -62,15 +63,17 @@ TEST_F(SchedulerControlLocalTest, CarriesQuestionsAndAnswers) {
   // More than a socket takes at once.
   for (int i = 0; i < 20000; ++i)
     scheduler.answer.jobs.push_back({"Job" + std::to_string(i), "Retrieve", JobState::kWaiting});
-  const SchedulerControlServer server(run_, run_, scheduler);
+  auto server = std::make_unique<SchedulerControlServer>(run_, run_, scheduler);
+  EXPECT_THROW(SchedulerControlServer(run_, run_, scheduler), base::Fault);
   EXPECT_EQ(ask([](auto& client) { return client.status(); }), scheduler.answer);
   EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobA"); }), StopOutcome::kTakenOut);
   EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobX"); }), StopOutcome::kUnknownJob);
   EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobX\nstop"); }), StopOutcome::kUnknownJob);
   EXPECT_EQ(scheduler.stops, 0);
+  QTimer::singleShot(300, [&] { server.reset(); });
   EXPECT_TRUE(ask([](auto& client) { return client.stop(); }));
   EXPECT_EQ(scheduler.stops, 1);
-  EXPECT_THROW(SchedulerControlServer(run_, run_, scheduler), base::Fault);
+  EXPECT_EQ(server, nullptr) << "gone when the client returns";
 }
 
 TEST_F(SchedulerControlLocalTest, SaysWhenNobodyIsThere) {
