@@ -109,8 +109,8 @@ bool SchedulerLink::JobListedIn(const std::string& file_name) const {
   if (job.empty()) return false;
   Silence silence;
   return platform::Trap(silence)("JobListedIn", [&] {
-    const std::string text = parts_.files.read(
-        environment::scheduler_folder(parts_.session.run, parts_.folders) + file_name);
+    const std::string text =
+        parts_.files.read(environment::scheduler_folder(parts_.session.run, parts_.folders) + file_name);
     const auto lines = base::lines_of(text);
     return std::any_of(lines.begin(), lines.end(),
                        [&](std::string_view line) { return base::equals_ignoring_case(line, job); });

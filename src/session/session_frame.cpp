@@ -9,7 +9,7 @@
 
 namespace qvrcom::session {
 
-// What a settled status brings: a box (none after "Completed"), the pending list that the job leaves, and
+// What a known status brings: a box (none after "Completed"), the pending list that the job leaves, and
 // the status line.
 struct SessionFrame::Ending {
   const char* status;
