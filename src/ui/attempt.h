@@ -1,0 +1,43 @@
+#pragma once
+
+#include <exception>
+#include <optional>
+#include <string>
+
+#include "base/fault.h"
+#include "platform/user_interface.h"
+
+namespace qvrcom::ui {
+
+// Runs `body`; what went wrong, or nothing.
+template <class Body>
+std::optional<base::Fault> fault_of(Body&& body) {
+  try {
+    body();
+    return std::nullopt;
+  } catch (const base::Fault& fault) {
+    return fault;
+  } catch (const std::exception& error) {
+    return base::Fault(error.what());
+  }
+}
+
+// The fault in one text, for labels.
+inline std::string sentence_of(const base::Fault& fault) {
+  return fault.detail().empty() ? fault.description() : fault.description() + ": " + fault.detail();
+}
+
+// How the pages of the desktop report: runs `body`; after a fault a box says `what` failed and why. Whether
+// it went well.
+template <class Body>
+bool attempt(platform::UserInterface& ui, const std::string& what, Body&& body) {
+  const auto fault = fault_of(std::forward<Body>(body));
+  if (!fault) return true;
+  ui.show({.text = what + "\n" + fault->description(),
+           .title = platform::kSuiteTitle,
+           .icon = platform::Icon::kWarning,
+           .detail = fault->detail()});
+  return false;
+}
+
+}  // namespace qvrcom::ui

@@ -1,0 +1,160 @@
+#include "ui/frm_response.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QEventLoop>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QTextEdit>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "session/frm_response.h"
+#include "ui/elements.h"
+
+namespace qvrcom::ui {
+namespace {
+
+constexpr int kBlinkMilliseconds = 500;
+constexpr int kHintLines = 3;  // a refusal has three
+
+// A text of several lines that keeps its room while it is hidden.
+QLabel* text_label(const char* object_name, int lines, QWidget* parent) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(QLatin1String(object_name));
+  use_suite_font(*label);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  label->setMinimumHeight(label->fontMetrics().lineSpacing() * lines);
+  keep_room(label);
+  return label;
+}
+
+// For those who hear the window instead of seeing it.
+void announce(QWidget* widget) {
+  QAccessibleEvent event(widget, QAccessible::Alert);
+  QAccessible::updateAccessibility(&event);
+}
+
+}  // namespace
+
+ResponseDialog::ResponseDialog(LogOffer log, QWidget* parent)
+    : QDialog(parent),
+      lblInfo_(text_label("lblInfo", 1, this)),
+      lblCancelCommInfo_(text_label("lblCancelCommInfo", kHintLines, this)),
+      lblNotice_(text_label("lblNotice", 1, this)),
+      cmdCancel_(captioned<QPushButton>("cmdCancel", QStringLiteral("&Cancel"), this)),
+      cmdOpenLog_(captioned<QPushButton>("cmdOpenLog", QStringLiteral("Open &Log"), this)),
+      RichTextBox1_(named(new QTextEdit(this), "RichTextBox1", QStringLiteral("RichTextBox1"))),
+      Timer1_(new QTimer(this)),
+      log_(std::move(log)) {
+  setObjectName(QStringLiteral("frmResponse"));
+  setWindowTitle(QLatin1String(session::frmResponse::kTitle));
+  setModal(true);
+  RichTextBox1_->hide();
+  lblNotice_->hide();
+  cmdOpenLog_->hide();
+  lay_out();
+  make_timer();
+  connect(cmdCancel_, &QPushButton::clicked, this, [this] { handlers_.cmdCancel_Click(); });
+  connect(cmdOpenLog_, &QPushButton::clicked, this, [this] { log_.open(this); });
+}
+
+void ResponseDialog::lay_out() {
+  QFont status = lblInfo_->font();
+  status.setBold(true);
+  lblInfo_->setFont(status);
+  keep_room(cmdCancel_);
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(cmdOpenLog_);
+  buttons->addStretch();
+  buttons->addWidget(cmdCancel_);
+  auto* all = new QVBoxLayout(this);
+  for (QLabel* label : {lblInfo_, lblCancelCommInfo_, lblNotice_})
+    all->addWidget(label);
+  all->addStretch();
+  all->addLayout(buttons);
+  setMinimumWidth(460);
+}
+
+void ResponseDialog::make_timer() {
+  Timer1_->setObjectName(QStringLiteral("Timer1"));
+  Timer1_->setInterval(kBlinkMilliseconds);
+  connect(Timer1_, &QTimer::timeout, this, [this] { handlers_.Timer1_Timer(); });
+}
+
+void ResponseDialog::set_info(const std::string& text) {
+  lblInfo_->setText(qt_text(text));
+}
+void ResponseDialog::set_info_visible(bool visible) {
+  lblInfo_->setVisible(visible);
+}
+void ResponseDialog::set_hint(const std::string& text) {
+  lblCancelCommInfo_->setText(qt_text(text));
+}
+void ResponseDialog::set_hint_visible(bool visible) {
+  lblCancelCommInfo_->setVisible(visible);
+}
+
+void ResponseDialog::set_cancel(const std::string& caption) {
+  cmdCancel_->setText(QLatin1Char('&') + qt_text(caption));
+  cmdCancel_->setAccessibleName(qt_text(caption));
+}
+
+void ResponseDialog::set_cancel_enabled(bool enabled) {
+  cmdCancel_->setEnabled(enabled);
+}
+void ResponseDialog::set_cancel_visible(bool visible) {
+  cmdCancel_->setVisible(visible);
+}
+
+// The timer starts with a wait and stops with it; what the notice said is over then.
+void ResponseDialog::set_timer(bool running) {
+  if (running)
+    Timer1_->start();
+  else
+    Timer1_->stop();
+  lblNotice_->hide();
+}
+
+void ResponseDialog::close() {
+  closed_ = true;
+  Timer1_->stop();
+  hide();
+}
+
+void ResponseDialog::scheduler_gone(const std::string& sentence) {
+  lblNotice_->setText(qt_text(sentence));
+  lblNotice_->show();
+  announce(lblNotice_);
+}
+
+void ResponseDialog::show_modal(session::frmResponse& dialog) {
+  run({[&] { dialog.Form_Activate(); }, [&] { dialog.cmdCancel_Click(); }, [&] { dialog.Timer1_Timer(); }});
+}
+
+void ResponseDialog::run(const ResponseHandlers& handlers) {
+  handlers_ = handlers;
+  closed_ = false;
+  QDialog::show();
+  cmdCancel_->setFocus();
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);  // the window stands before it works
+  handlers_.Form_Activate();
+  if (closed_) return;
+  cmdOpenLog_->setVisible(log_.worth_reading && log_.worth_reading());
+  // Round by round: a handler that has closed the window has returned before the loop looks again.
+  while (!closed_)
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void ResponseDialog::reject() {
+  if (cmdCancel_->isEnabled() && cmdCancel_->isVisibleTo(this)) handlers_.cmdCancel_Click();
+}
+
+std::unique_ptr<session::SessionWindow> ResponseDialogs::make() {
+  return std::make_unique<ResponseDialog>(log_, QApplication::activeWindow());
+}
+
+}  // namespace qvrcom::ui

@@ -1,0 +1,160 @@
+#include "ui/job_table_model.h"
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+#include <string_view>
+
+#include "environment/names.h"
+#include "ui/widget_text.h"
+
+namespace qvrcom::ui {
+namespace {
+
+using environment::kCancelledFile;
+using environment::kCancelledPendingFile;
+using environment::kCompletedFile;
+using environment::kCompletedPendingFile;
+using environment::kErrorFile;
+using environment::kErrorPendingFile;
+using environment::kIndexFile;
+using environment::kRescheduleFile;
+
+bool stands_in(const results::BoardJob& job, std::string_view list) {
+  return std::find(job.lists.begin(), job.lists.end(), list) != job.lists.end();
+}
+
+// Of these lists, those that hold the job.
+QString lists_among(const results::BoardJob& job, std::initializer_list<const char*> lists) {
+  QString found;
+  for (const char* list : lists) {
+    if (!stands_in(job, list)) continue;
+    if (!found.isEmpty()) found += QStringLiteral(", ");
+    found += QLatin1String(list);
+  }
+  return found;
+}
+
+QString moment(const std::optional<base::LocalTime>& time) {
+  return time ? qt_text(base::index_stamp(*time)) : QString();
+}
+
+QString site_of(const results::BoardJob& job) {
+  return qt_text(job.site_name) + QStringLiteral(" - ") + qt_text(job.site_id);
+}
+
+struct Column {
+  const char* heading;
+  QString (*text)(const JobTableModel& model, const results::BoardJob& job);
+};
+
+using Model = JobTableModel;
+using Job = results::BoardJob;
+
+constexpr Column kColumns[] = {
+    {"Job", [](const Model&, const Job& job) { return qt_text(job.job); }},
+    {"State", [](const Model& model, const Job& job) { return model.state_of(job); }},
+    {"Operation", [](const Model&, const Job& job) { return qt_text(job.description); }},
+    {"Site", [](const Model&, const Job& job) { return site_of(job); }},
+    {"Start", [](const Model&, const Job& job) { return moment(job.start); }},
+    {"Index",
+     [](const Model&, const Job& job) {
+       return lists_among(job, {kIndexFile, kRescheduleFile});
+     }},
+    {"Results",
+     [](const Model&, const Job& job) {
+       return lists_among(job, {kCompletedFile, kErrorFile, kCancelledFile});
+     }},
+    {"Pending",
+     [](const Model&, const Job& job) {
+       return lists_among(job, {kCompletedPendingFile, kErrorPendingFile, kCancelledPendingFile});
+     }},
+};
+
+// How a job ended, by the lists that say so.
+struct Ending {
+  const char* result;
+  const char* pending;
+  const char* state;
+};
+
+constexpr Ending kEndings[] = {
+    {kErrorFile, kErrorPendingFile, "Error"},
+    {kCancelledFile, kCancelledPendingFile, "Cancelled"},
+    {kCompletedFile, kCompletedPendingFile, "Completed"},
+};
+
+QString live_state(platform::JobState state) {
+  switch (state) {
+    case platform::JobState::kWaiting:
+      return QStringLiteral("Waiting");
+    case platform::JobState::kRunning:
+      return QStringLiteral("Running");
+    case platform::JobState::kLeftAlone:
+      return QStringLiteral("Left alone");
+    case platform::JobState::kFinished:
+      return QStringLiteral("Finished");
+    case platform::JobState::kDamaged:
+      break;
+  }
+  return QStringLiteral("Damaged");
+}
+
+const results::BoardJob& at(const std::vector<results::BoardJob>& jobs, int row) {
+  return jobs[static_cast<std::size_t>(row)];
+}
+
+}  // namespace
+
+QString JobTableModel::state_of(const results::BoardJob& job) const {
+  for (const Ending& ending : kEndings) {
+    if (stands_in(job, ending.result) || stands_in(job, ending.pending)) return QLatin1String(ending.state);
+  }
+  const auto live = states_.find(job.job);
+  if (live != states_.end()) return live_state(live->second);
+  return stands_in(job, kIndexFile) ? QStringLiteral("Waiting") : QStringLiteral("To be rescheduled");
+}
+
+bool JobTableModel::stoppable(const results::BoardJob& job) const {
+  const auto live = states_.find(job.job);
+  return live != states_.end() &&
+         (live->second == platform::JobState::kRunning || live->second == platform::JobState::kWaiting);
+}
+
+void JobTableModel::show(results::Board board) {
+  beginResetModel();
+  jobs_ = std::move(board.jobs);
+  endResetModel();
+}
+
+void JobTableModel::show_status(const std::optional<platform::SchedulerStatus>& status) {
+  std::unordered_map<std::string, platform::JobState> states;
+  if (status) {
+    for (const platform::ScheduledJob& job : status->jobs)
+      states.emplace(job.name, job.state);
+  }
+  if (states == states_) return;
+  states_ = std::move(states);
+  if (!jobs_.empty()) emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+}
+
+int JobTableModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(jobs_.size());
+}
+
+int JobTableModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(std::size(kColumns));
+}
+
+QVariant JobTableModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || role != Qt::DisplayRole) return {};
+  return kColumns[index.column()].text(*this, at(jobs_, index.row()));
+}
+
+QVariant JobTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role != Qt::DisplayRole) return {};
+  if (orientation == Qt::Horizontal) return QLatin1String(kColumns[section].heading);
+  return section + 1;
+}
+
+}  // namespace qvrcom::ui

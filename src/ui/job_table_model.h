@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/scheduler_control.h"
+#include "results/job_board.h"
+
+namespace qvrcom::ui {
+
+// The jobs of the scheduler folder: a row a job, the lists that it stands in side by side.
+class JobTableModel : public QAbstractTableModel {
+ public:
+  using QAbstractTableModel::QAbstractTableModel;
+
+  void show(results::Board board);
+
+  // What the running scheduler says about the jobs of its index; nothing when none runs.
+  void show_status(const std::optional<platform::SchedulerStatus>& status);
+
+  const std::vector<results::BoardJob>& jobs() const { return jobs_; }
+  QString state_of(const results::BoardJob& job) const;
+
+  // Whether the job can still be stopped: it runs, or it waits for its turn.
+  bool stoppable(const results::BoardJob& job) const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  std::vector<results::BoardJob> jobs_;
+  std::unordered_map<std::string, platform::JobState> states_;  // by job name
+};
+
+}  // namespace qvrcom::ui

@@ -1,0 +1,250 @@
+#include "ui/jobs_page.h"
+
+#include <QElapsedTimer>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QTableView>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "environment/names.h"
+#include "ui/attempt.h"
+#include "ui/elements.h"
+#include "ui/tables.h"
+
+namespace qvrcom::ui {
+namespace {
+
+// A look that takes long is followed by a longer rest, so that the page never uses more than a twentieth of
+// the machine, however long the lists are.
+constexpr int kRest = 1000;
+constexpr int kRestPerLook = 20;
+
+constexpr const char* kLists[] = {
+    environment::kIndexFile,        environment::kRescheduleFile,       environment::kCompletedFile,
+    environment::kErrorFile,        environment::kCancelledFile,        environment::kCompletedPendingFile,
+    environment::kErrorPendingFile, environment::kCancelledPendingFile,
+};
+
+QString scheduler_text(const std::optional<platform::SchedulerStatus>& status) {
+  if (!status) return QStringLiteral("The scheduler is not running.");
+  QString text = QStringLiteral("Scheduler %1 is running (process %2)")
+                     .arg(qt_text(status->version))
+                     .arg(status->process);
+  if (status->running_job.empty()) return text + QStringLiteral(", no session.");
+  text += QStringLiteral(": job %1, %2").arg(qt_text(status->running_job), qt_text(status->step));
+  if (status->bytes_done == 0) return text;
+  return text + QStringLiteral(", %1 bytes").arg(status->bytes_done);
+}
+
+QString board_text(const results::Board& board) {
+  QString text =
+      board.jobs.size() == 1 ? QStringLiteral("1 job") : QStringLiteral("%1 jobs").arg(board.jobs.size());
+  if (board.problems.empty()) return text;
+  const results::BoardProblem& first = board.problems.front();
+  return text + QStringLiteral("; lines that are no job: %1, the first is line %2 of %3 (%4)")
+                    .arg(board.problems.size())
+                    .arg(first.line)
+                    .arg(qt_text(first.file), qt_text(first.reason));
+}
+
+const char* outcome_text(platform::StopOutcome outcome) {
+  switch (outcome) {
+    case platform::StopOutcome::kUnknownJob:
+      return "The scheduler knows no such job any more.";
+    case platform::StopOutcome::kNotReachable:
+      return "No scheduler is running.";
+    default:
+      return nullptr;
+  }
+}
+
+QLabel* state_label(const char* object_name, const char* accessible_name, QWidget* parent) {
+  auto* label = named(new QLabel(parent), object_name, QLatin1String(accessible_name));
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  return label;
+}
+
+}  // namespace
+
+JobsPage::JobsPage(const JobsPageParts& parts, QWidget* parent)
+    : QWidget(parent),
+      parts_(parts),
+      model_(new JobTableModel(this)),
+      sorted_(new QSortFilterProxyModel(this)),
+      table_(named(new QTableView(this), "tblJobs", QStringLiteral("Jobs"))),
+      lblScheduler_(state_label("lblScheduler", "State of the scheduler", this)),
+      lblJobsState_(state_label("lblJobsState", "State of the job lists", this)),
+      timer_(new QTimer(this)) {
+  setObjectName(QStringLiteral("jobsPage"));
+  sorted_->setSourceModel(model_);
+  sorted_->setDynamicSortFilter(true);
+  lay_out();
+  timer_->setSingleShot(true);
+  connect(timer_, &QTimer::timeout, this, &JobsPage::look_and_plan);
+  connect(table_, &QTableView::activated, this, &JobsPage::open_log);
+  connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &JobsPage::show_buttons);
+  connect(sorted_, &QAbstractItemModel::modelReset, this, &JobsPage::show_buttons);
+  connect(model_, &QAbstractItemModel::dataChanged, this, &JobsPage::show_buttons);
+  show_buttons();
+}
+
+void JobsPage::lay_out() {
+  prepare_row_table(*table_, *sorted_);
+  auto* all = new QVBoxLayout(this);
+  all->addWidget(lblScheduler_);
+  all->addWidget(label_for(table_, "lblJobs", QStringLiteral("Jo&bs of the scheduler:"), this));
+  all->addWidget(table_, 1);
+  all->addWidget(lblJobsState_);
+  all->addWidget(make_buttons());
+}
+
+QWidget* JobsPage::make_buttons() {
+  struct Row {
+    QPushButton* JobsPage::*button;
+    const char* name;
+    const char* caption;
+    void (JobsPage::*action)();
+  };
+  static constexpr Row kRows[] = {
+      {&JobsPage::cmdStopJob_, "cmdStopJob", "&Stop Job...", &JobsPage::stop_job},
+      {&JobsPage::cmdOpenLog_, "cmdOpenJobLog", "Open &Log", &JobsPage::open_log},
+      {&JobsPage::cmdStart_, "cmdStartScheduler", "St&art Scheduler", &JobsPage::start_scheduler},
+      {&JobsPage::cmdStop_, "cmdStopScheduler", "Sto&p Scheduler...", &JobsPage::stop_scheduler},
+      {&JobsPage::cmdRefresh_, "cmdRefreshJobs", "&Refresh", &JobsPage::refresh},
+  };
+  auto* strip = new QWidget(this);
+  auto* line = new QHBoxLayout(strip);
+  line->setContentsMargins({});
+  for (const Row& row : kRows) {
+    auto* button = captioned<QPushButton>(row.name, QString::fromLatin1(row.caption), strip);
+    button->setAutoDefault(true);
+    connect(button, &QPushButton::clicked, this, row.action);
+    this->*row.button = button;
+    line->addWidget(button);
+  }
+  line->insertStretch(2);
+  return strip;
+}
+
+void JobsPage::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  look_and_plan();
+}
+
+void JobsPage::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  timer_->stop();
+}
+
+void JobsPage::look_and_plan() {
+  QElapsedTimer taken;
+  taken.start();
+  look();
+  timer_->start(std::max(kRest, kRestPerLook * static_cast<int>(taken.elapsed())));
+}
+
+void JobsPage::refresh() {
+  watch_.forget();
+  look_and_plan();
+}
+
+void JobsPage::look() {
+  const auto fault = fault_of([this] {
+    if (watch_.changed(watched_files())) read_board();
+    read_status();
+  });
+  if (!fault) return;
+  watch_.forget();
+  lblJobsState_->setText(QStringLiteral("The job lists cannot be read. ") + qt_text(sentence_of(*fault)));
+}
+
+QStringList JobsPage::watched_files() const {
+  QStringList paths;
+  for (const char* name : kLists)
+    paths += qt_text(parts_.files.native(parts_.scheduler_files.path(name)));
+  return paths;
+}
+
+void JobsPage::read_board() {
+  const results::BoardJob* before = selected();
+  const std::string job = before == nullptr ? std::string() : before->job;
+  results::Board board = parts_.board.read();
+  lblJobsState_->setText(board_text(board));
+  const bool first = model_->jobs().empty();
+  model_->show(std::move(board));
+  if (first) table_->resizeColumnsToContents();
+  select(job);
+}
+
+void JobsPage::read_status() {
+  status_ = parts_.scheduler.status();
+  lblScheduler_->setText(scheduler_text(status_));
+  model_->show_status(status_);
+  show_buttons();
+}
+
+void JobsPage::show_buttons() {
+  const results::BoardJob* job = selected();
+  cmdStopJob_->setEnabled(job != nullptr && model_->stoppable(*job));
+  cmdOpenLog_->setEnabled(job != nullptr);
+  cmdStart_->setEnabled(!status_);
+  cmdStop_->setEnabled(status_.has_value());
+}
+
+const results::BoardJob* JobsPage::selected() const {
+  const QModelIndexList rows = table_->selectionModel()->selectedRows();
+  if (rows.isEmpty()) return nullptr;
+  return &model_->jobs()[static_cast<std::size_t>(sorted_->mapToSource(rows.constFirst()).row())];
+}
+
+void JobsPage::select(const std::string& job_name) {
+  const auto& jobs = model_->jobs();
+  const auto found =
+      std::find_if(jobs.begin(), jobs.end(), [&](const auto& job) { return job.job == job_name; });
+  if (found == jobs.end()) return;
+  const int row = static_cast<int>(found - jobs.begin());
+  table_->selectRow(sorted_->mapFromSource(model_->index(row, 0)).row());
+}
+
+bool JobsPage::agreed(const std::string& question) {
+  return parts_.ui.show({.text = question,
+                         .title = platform::kSuiteTitle,
+                         .icon = platform::Icon::kWarning,
+                         .buttons = platform::Buttons::kOkCancel}) == platform::Button::kOk;
+}
+
+void JobsPage::stop_job() {
+  if (selected() == nullptr) return;
+  const std::string job = selected()->job;
+  if (!agreed("Stop job " + job + "? It is listed as cancelled.")) return;
+  attempt(parts_.ui, "Job " + job + " cannot be stopped.", [&] {
+    if (const char* problem = outcome_text(parts_.scheduler.stop_job(job))) throw base::Fault(problem);
+  });
+  refresh();
+}
+
+void JobsPage::start_scheduler() {
+  attempt(parts_.ui, "The scheduler cannot be started.", [&] {
+    const std::string path = parts_.folders.GetAppPath() + environment::kJobPilotProgram;
+    const std::string reason = parts_.programs.start_hidden(path);
+    if (!reason.empty()) throw base::Fault(reason, parts_.files.native(path));
+    lblScheduler_->setText(QStringLiteral("The scheduler is being started."));
+  });
+}
+
+void JobsPage::stop_scheduler() {
+  if (!agreed("Stop the scheduler? A session that runs is cancelled.")) return;
+  attempt(parts_.ui, "The scheduler cannot be stopped.", [&] { parts_.scheduler.stop(); });
+  refresh();
+}
+
+void JobsPage::open_log() {
+  if (selected() != nullptr) parts_.logs.show(selected()->job, this);
+}
+
+}  // namespace qvrcom::ui

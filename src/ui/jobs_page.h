@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QWidget>
+#include <optional>
+
+#include "environment/files_and_folders.h"
+#include "jobs/scheduler_files.h"
+#include "platform/files.h"
+#include "platform/programs.h"
+#include "platform/scheduler_control.h"
+#include "platform/user_interface.h"
+#include "results/job_board.h"
+#include "ui/job_table_model.h"
+#include "ui/list_watch.h"
+#include "ui/session_logs.h"
+
+class QLabel;
+class QPushButton;
+class QSortFilterProxyModel;
+class QTableView;
+class QTimer;
+
+namespace qvrcom::ui {
+
+struct JobsPageParts {
+  const results::JobBoard& board;
+  const jobs::SchedulerFiles& scheduler_files;
+  platform::SchedulerControl& scheduler;
+  platform::Programs& programs;
+  const platform::Files& files;
+  const environment::FilesAndFolders& folders;
+  platform::UserInterface& ui;
+  const SessionLogs& logs;
+};
+
+// What the scheduler has to do, does and has done. While it is in sight the page follows the lists of the
+// scheduler folder and asks the running scheduler.
+class JobsPage : public QWidget {
+ public:
+  explicit JobsPage(const JobsPageParts& parts, QWidget* parent = nullptr);
+
+  // Reads what has changed since the last look.
+  void look();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void lay_out();
+  QWidget* make_buttons();
+  void look_and_plan();
+  void refresh();
+  void read_board();
+  void read_status();
+  void show_buttons();
+  QStringList watched_files() const;
+  const results::BoardJob* selected() const;
+  void select(const std::string& job_name);
+  void stop_job();
+  void start_scheduler();
+  void stop_scheduler();
+  void open_log();
+  bool agreed(const std::string& question);
+
+  JobsPageParts parts_;
+  JobTableModel* model_;
+  QSortFilterProxyModel* sorted_;
+  QTableView* table_;
+  QLabel* lblScheduler_;
+  QLabel* lblJobsState_;
+  QPushButton* cmdStopJob_ = nullptr;
+  QPushButton* cmdOpenLog_ = nullptr;
+  QPushButton* cmdStart_ = nullptr;
+  QPushButton* cmdStop_ = nullptr;
+  QPushButton* cmdRefresh_ = nullptr;
+  QTimer* timer_;
+  ListWatch watch_;
+  std::optional<platform::SchedulerStatus> status_;
+};
+
+}  // namespace qvrcom::ui

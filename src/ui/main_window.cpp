@@ -1,0 +1,61 @@
+#include "ui/main_window.h"
+
+#include <QButtonGroup>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include "ui/elements.h"
+
+namespace qvrcom::ui {
+namespace {
+
+constexpr int kColumnWidth = 140;
+
+QFrame* vertical_line(QWidget* parent) {
+  auto* line = new QFrame(parent);
+  line->setFrameStyle(QFrame::VLine | QFrame::Sunken);
+  return line;
+}
+
+}  // namespace
+
+MainWindow::MainWindow(QWidget* parent)
+    : QWidget(parent),
+      buttons_(new QButtonGroup(this)),
+      column_(new QVBoxLayout),
+      pages_(new QStackedWidget(this)) {
+  setObjectName(QStringLiteral("mainWindow"));
+  setWindowTitle(QStringLiteral("QVRCOM+"));
+  column_->setSpacing(4);
+  column_->addStretch();
+  auto* all = new QHBoxLayout(this);
+  all->addLayout(column_);
+  all->addWidget(vertical_line(this));
+  all->addWidget(pages_, 1);
+  connect(buttons_, &QButtonGroup::idClicked, this, &MainWindow::show_page);
+  connect(new QShortcut(QKeySequence::Quit, this), &QShortcut::activated, this, &QWidget::close);
+  resize(920, 520);
+}
+
+void MainWindow::add_page(const QString& caption, QWidget* page) {
+  const int index = pages_->addWidget(page);
+  auto* button = captioned<QPushButton>("", caption, this);
+  button->setObjectName(QStringLiteral("page-") + shown_caption(caption));
+  button->setCheckable(true);
+  button->setAutoDefault(true);
+  button->setFixedWidth(kColumnWidth);
+  buttons_->addButton(button, index);
+  column_->insertWidget(index, button);
+  if (index == 0) button->setChecked(true);
+}
+
+void MainWindow::show_page(int index) {
+  buttons_->button(index)->setChecked(true);
+  pages_->setCurrentIndex(index);
+}
+
+}  // namespace qvrcom::ui

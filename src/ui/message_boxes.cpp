@@ -1,0 +1,76 @@
+#include "ui/message_boxes.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include "ui/widget_text.h"
+
+namespace qvrcom::ui {
+namespace {
+
+using platform::Button;
+using platform::Buttons;
+using platform::Icon;
+
+QMessageBox::Icon icon_of(Icon icon) {
+  switch (icon) {
+    case Icon::kInformation:
+      return QMessageBox::Information;
+    case Icon::kWarning:
+      return QMessageBox::Warning;
+    case Icon::kError:
+      return QMessageBox::Critical;
+    case Icon::kNone:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons buttons_of(Buttons buttons) {
+  switch (buttons) {
+    case Buttons::kOkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case Buttons::kYesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case Buttons::kOk:
+      break;
+  }
+  return QMessageBox::Ok;
+}
+
+Button button_of(int standard_button) {
+  switch (standard_button) {
+    case QMessageBox::Ok:
+      return Button::kOk;
+    case QMessageBox::Yes:
+      return Button::kYes;
+    case QMessageBox::No:
+      return Button::kNo;
+    default:
+      return Button::kCancel;
+  }
+}
+
+// A hidden dialog whose routine still runs is no place to hang a box on.
+QWidget* window_below() {
+  QWidget* modal = QApplication::activeModalWidget();
+  return modal != nullptr && modal->isVisible() ? modal : QApplication::activeWindow();
+}
+
+}  // namespace
+
+Button MessageBoxes::show(const platform::Message& message) {
+  const QString title =
+      message.title.empty() ? QGuiApplication::applicationDisplayName() : qt_text(message.title);
+  QMessageBox box(icon_of(message.icon), title, {}, buttons_of(message.buttons), window_below());
+  box.setTextFormat(Qt::PlainText);
+  box.setText(qt_text(message.text));
+  if (!message.detail.empty()) box.setDetailedText(qt_text(message.detail));
+  return button_of(box.exec());
+}
+
+void MessageBoxes::pump_events() {
+  QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
+
+}  // namespace qvrcom::ui

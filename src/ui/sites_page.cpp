@@ -1,0 +1,184 @@
+#include "ui/sites_page.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include "sitebook/site_csv.h"
+#include "ui/attempt.h"
+#include "ui/elements.h"
+#include "ui/site_dialog.h"
+#include "ui/tables.h"
+#include "ui/text_window.h"
+
+namespace qvrcom::ui {
+namespace {
+
+constexpr const char* kFilter = "Site Lists (*.csv)|*.csv";
+
+QString report_of(const sitebook::ImportResult& result) {
+  QString report = QStringLiteral("Nothing was imported. These lines are refused:\n\n");
+  for (const sitebook::ImportProblem& problem : result.problems)
+    report += QStringLiteral("Line %1: %2\n").arg(problem.line).arg(qt_text(problem.reason));
+  return report;
+}
+
+QString count_of(std::size_t sites) {
+  return sites == 1 ? QStringLiteral("1 site") : QStringLiteral("%1 sites").arg(sites);
+}
+
+}  // namespace
+
+SitesPage::SitesPage(const SitesPageParts& parts, QWidget* parent)
+    : QWidget(parent),
+      parts_(parts),
+      model_(new SiteTableModel(this)),
+      sorted_(new QSortFilterProxyModel(this)),
+      table_(named(new QTableView(this), "tblSites", QStringLiteral("Sites"))),
+      lblState_(named(new QLabel(this), "lblSitesState", QStringLiteral("State of the site book"))) {
+  setObjectName(QStringLiteral("sitesPage"));
+  sorted_->setSourceModel(model_);
+  sorted_->setSortCaseSensitivity(Qt::CaseInsensitive);
+  lay_out();
+  connect_table();
+  reload();
+}
+
+void SitesPage::lay_out() {
+  prepare_row_table(*table_, *sorted_);
+  auto* all = new QVBoxLayout(this);
+  all->addWidget(label_for(table_, "lblSites", QStringLiteral("&Sites in the site book:"), this));
+  all->addWidget(table_, 1);
+  lblState_->setWordWrap(true);
+  lblState_->setTextFormat(Qt::PlainText);
+  all->addWidget(lblState_);
+  all->addWidget(make_buttons());
+}
+
+QWidget* SitesPage::make_buttons() {
+  struct Row {
+    QPushButton* SitesPage::*button;
+    const char* name;
+    const char* caption;
+    void (SitesPage::*action)();
+  };
+  static constexpr Row kRows[] = {
+      {&SitesPage::cmdAdd_, "cmdAddSite", "&Add...", &SitesPage::add_site},
+      {&SitesPage::cmdEdit_, "cmdEditSite", "&Edit...", &SitesPage::edit_site},
+      {&SitesPage::cmdDelete_, "cmdDeleteSite", "&Delete...", &SitesPage::delete_site},
+      {&SitesPage::cmdImport_, "cmdImportSites", "I&mport...", &SitesPage::import_sites},
+      {&SitesPage::cmdExport_, "cmdExportSites", "E&xport...", &SitesPage::export_sites},
+      {&SitesPage::cmdReload_, "cmdReloadSites", "&Refresh", &SitesPage::reload},
+  };
+  auto* strip = new QWidget(this);
+  auto* line = new QHBoxLayout(strip);
+  line->setContentsMargins({});
+  for (const Row& row : kRows) {
+    auto* button = captioned<QPushButton>(row.name, QString::fromLatin1(row.caption), strip);
+    button->setAutoDefault(true);
+    connect(button, &QPushButton::clicked, this, row.action);
+    this->*row.button = button;
+    line->addWidget(button);
+  }
+  line->insertStretch(3);
+  return strip;
+}
+
+void SitesPage::connect_table() {
+  connect(table_, &QTableView::activated, this, &SitesPage::edit_site);
+  connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SitesPage::show_state);
+  connect(sorted_, &QAbstractItemModel::modelReset, this, &SitesPage::show_state);
+}
+
+void SitesPage::reload() {
+  const auto fault = fault_of([this] { model_->show(parts_.sites.list()); });
+  readable_ = !fault;
+  if (fault) model_->show({});
+  table_->resizeColumnsToContents();
+  show_state();
+  lblState_->setText(fault ? QStringLiteral("The site book cannot be used. ") + qt_text(sentence_of(*fault))
+                           : count_of(model_->sites().size()));
+}
+
+void SitesPage::show_state() {
+  const bool one = selected() != nullptr;
+  for (QPushButton* button : {cmdEdit_, cmdDelete_})
+    button->setEnabled(readable_ && one);
+  for (QPushButton* button : {cmdAdd_, cmdImport_})
+    button->setEnabled(readable_);
+  cmdExport_->setEnabled(readable_ && !model_->sites().empty());
+}
+
+const sitebook::SiteRecord* SitesPage::selected() const {
+  const QModelIndexList rows = table_->selectionModel()->selectedRows();
+  if (rows.isEmpty()) return nullptr;
+  return &model_->sites()[static_cast<std::size_t>(sorted_->mapToSource(rows.constFirst()).row())];
+}
+
+void SitesPage::changed() {
+  reload();
+  emit sites_changed();
+}
+
+void SitesPage::add_site() {
+  SiteDialog dialog(
+      QStringLiteral("Add Site"), {}, [this](const auto& site) { return parts_.sites.problems(site); }, this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  if (attempt(parts_.ui, "The site cannot be added.", [&] { parts_.sites.add(dialog.site()); })) changed();
+}
+
+void SitesPage::edit_site() {
+  if (selected() == nullptr || !readable_) return;
+  const sitebook::SiteRecord stored = *selected();
+  SiteDialog dialog(
+      QStringLiteral("Edit Site"), stored, [this](const auto& site) { return parts_.sites.problems(site); },
+      this);
+  if (dialog.exec() != QDialog::Accepted || dialog.site() == stored) return;
+  if (attempt(parts_.ui, "The site cannot be changed.", [&] { parts_.sites.edit(dialog.site()); })) changed();
+}
+
+void SitesPage::delete_site() {
+  if (selected() == nullptr) return;
+  const sitebook::SiteRecord site = *selected();
+  const platform::Button answer =
+      parts_.ui.show({.text = "Delete the site \"" + sitebook::title_of(site) + "\" from the site book?",
+                      .title = platform::kSuiteTitle,
+                      .icon = platform::Icon::kWarning,
+                      .buttons = platform::Buttons::kOkCancel});
+  if (answer != platform::Button::kOk) return;
+  if (attempt(parts_.ui, "The site cannot be deleted.", [&] { parts_.sites.remove(site.site_id); }))
+    changed();
+}
+
+void SitesPage::import_sites() {
+  const auto path =
+      parts_.chooser.open_file({.filter = kFilter, .flags = control::FileChoice::kFileMustExist});
+  if (!path) return;
+  sitebook::ImportResult result;
+  const bool done = attempt(parts_.ui, "The sites cannot be imported.",
+                            [&] { result = sitebook::import_csv(parts_.sites, parts_.files.read(*path)); });
+  if (!done) return;
+  if (!result.problems.empty()) {
+    TextWindow(QStringLiteral("Import Sites"), report_of(result), this).exec();
+    return;
+  }
+  changed();
+  parts_.ui.show({.text = utf8(count_of(result.added) + QStringLiteral(" imported.")),
+                  .title = platform::kSuiteTitle,
+                  .icon = platform::Icon::kInformation});
+}
+
+void SitesPage::export_sites() {
+  const auto path = parts_.chooser.save_file(kFilter, "sites.csv");
+  if (!path) return;
+  attempt(parts_.ui, "The sites cannot be exported.", [&] {
+    parts_.files.replace(*path, sitebook::export_csv(parts_.sites.list()));
+    lblState_->setText(count_of(model_->sites().size()) + QStringLiteral(" exported to ") + qt_text(*path));
+  });
+}
+
+}  // namespace qvrcom::ui

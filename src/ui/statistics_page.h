@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QWidget>
+
+#include "ui/uc_statistics_main.h"
+
+namespace qvrcom::ui {
+
+// The statistics control on its page. When the control asks to be removed it makes room for a button that
+// brings it back.
+class StatisticsPage : public QWidget {
+ public:
+  explicit StatisticsPage(const StatisticsMainParts& parts, QWidget* parent = nullptr);
+
+  void reload_sites() { control_->reload_sites(); }
+
+ private:
+  QWidget* make_start_panel();
+  void show_control(bool shown);
+
+  ucStatisticsMain* control_;
+  QWidget* start_panel_;
+  QPushButton* cmdOpen_ = nullptr;
+};
+
+}  // namespace qvrcom::ui

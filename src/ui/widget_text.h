@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+class QWidget;
+
+namespace qvrcom::ui {
+
+// Between the core's UTF-8 texts and Qt's.
+QString qt_text(std::string_view text);
+std::string utf8(const QString& text);
+
+// A caption as it is seen: without the "&" in front of its mnemonic.
+QString shown_caption(QString caption);
+
+// Gives captions a mnemonic each, the first letter of the caption that is still free.
+class Mnemonics {
+ public:
+  // `taken`: letters that the window uses already, upper case.
+  explicit Mnemonics(QString taken = {}) : taken_(std::move(taken)) {}
+
+  // The caption with its "&"; unchanged when all its letters are taken.
+  QString give(const QString& caption);
+
+ private:
+  QString taken_;
+};
+
+// The suite's font for frames and lists, where the machine has it; the system's own otherwise.
+void use_suite_font(QWidget& widget);
+
+}  // namespace qvrcom::ui
