@@ -22,13 +22,6 @@ void each_row(csv::CsvFile& file, std::uint32_t first, const std::ostream& out, 
   }
 }
 
-QJsonArray to_array(const std::vector<std::string>& texts) {
-  QJsonArray array;
-  for (const std::string& text : texts)
-    array.append(json(text));
-  return array;
-}
-
 }  // namespace
 
 void write_csv_text(csv::CsvFile& file, std::ostream& out) {
@@ -42,13 +35,16 @@ void write_csv_text(csv::CsvFile& file, std::ostream& out) {
 
 void write_csv_json(csv::CsvFile& file, const std::string& path, std::ostream& out) {
   const csv::Caption caption = file.find_caption();
-  QJsonArray lines;
-  for (const auto& [name, value] : caption.lines)
-    lines.append(QJsonArray{json(name), json(value)});
-  out << "{\"caption\":" << json_line(lines) << ",\n\"file\":" << json_text(path) << ",\n\"rows\":[";
-  const char* separator = "\n";
+  out << "{\"caption\":[";
+  const char* separator = "";
+  for (const auto& [name, value] : caption.lines) {
+    out << separator << json_line({name, value});
+    separator = ",";
+  }
+  out << "],\n\"file\":" << json_text(path) << ",\n\"rows\":[";
+  separator = "\n";
   each_row(file, caption.rows, out, [&](const std::vector<std::string>& texts) {
-    out << separator << json_line(to_array(texts));
+    out << separator << json_line(texts);
     separator = ",\n";
   });
   out << "\n]}\n";

@@ -49,14 +49,14 @@ Invocation read_command_line(std::vector<std::string> arguments, const std::stri
 ExitCode run(const Invocation& invocation, CommandContext& context) {
   try {
     if (invocation.needs_set_up) {
-      if (const auto missing = environment::missing_set_up(context.machine, context.files)) {
+      if (const auto missing = environment::missing_folders(context.machine, context.files)) {
         context.console.report(*missing);
         return ExitCode::kMissing;
       }
     }
     const ExitCode code = invocation.command(context);
     if (context.console.flush()) return code;
-    throw base::Fault(base::kDiskFull, "The output could not be written as a whole.");
+    throw base::Fault("Cannot write", "Standard output did not take all of the data.");
   } catch (const base::Fault& fault) {
     context.console.report(fault.description(), fault.detail());
   } catch (const std::exception& error) {

@@ -1,6 +1,7 @@
 #include "cli/json_text.h"
 
 #include <QJsonDocument>
+#include <algorithm>
 
 namespace qvrcom::cli {
 namespace {
@@ -23,6 +24,12 @@ std::string without_raw_controls(const QByteArray& json) {
   return safe;
 }
 
+// Printable ASCII that JSON leaves as it is.
+bool is_plain(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char byte) { return byte >= ' ' && byte < 0x7F && byte != '"' && byte != '\\'; });
+}
+
 std::string to_text(const QJsonDocument& document, QJsonDocument::JsonFormat format) {
   return without_raw_controls(document.toJson(format));
 }
@@ -38,12 +45,18 @@ QJsonValue json_or_null(const base::Field& field) {
 }
 
 std::string json_text(std::string_view text) {
-  const std::string array = json_line(QJsonArray{json(text)});
+  if (is_plain(text)) return '"' + std::string(text) + '"';
+  const std::string array = to_text(QJsonDocument(QJsonArray{json(text)}), QJsonDocument::Compact);
   return array.substr(1, array.size() - 2);
 }
 
-std::string json_line(const QJsonArray& array) {
-  return to_text(QJsonDocument(array), QJsonDocument::Compact);
+std::string json_line(const std::vector<std::string>& texts) {
+  std::string line = "[";
+  for (const std::string& text : texts) {
+    if (line.size() > 1) line += ',';
+    line += json_text(text);
+  }
+  return line + ']';
 }
 
 std::string json_document(const QJsonArray& array) {

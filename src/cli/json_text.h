@@ -5,6 +5,7 @@
 #include <QJsonValue>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/rows.h"
 
@@ -14,12 +15,13 @@ namespace qvrcom::cli {
 QJsonValue json(std::string_view text);
 QJsonValue json_or_null(const base::Field& field);
 
-// A text with its quotation marks.
+// A text with its quotation marks, and texts as an array on one line: for what is too long to be built as a
+// whole first.
 std::string json_text(std::string_view text);
+std::string json_line(const std::vector<std::string>& texts);
 
-// On one line, or indented with a line end; an object's keys in alphabetical order. No control character of
-// any kind stands in it raw.
-std::string json_line(const QJsonArray& array);
+// Indented, with a line end; an object's keys in alphabetical order. Here as there, no control character of
+// any kind stands raw.
 std::string json_document(const QJsonArray& array);
 std::string json_document(const QJsonObject& object);
 

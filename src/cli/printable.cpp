@@ -1,5 +1,7 @@
 #include "cli/printable.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 
 namespace qvrcom::cli {
@@ -17,6 +19,10 @@ std::size_t character_length(std::string_view text) {
   for (; length > 0; --length)
     if (base::is_utf8(text.substr(0, length))) break;
   return length;
+}
+
+bool is_plain(char byte) {
+  return byte >= ' ' && byte < 0x7F;
 }
 
 bool is_control(std::string_view character) {
@@ -37,6 +43,7 @@ void append_escaped(std::string& text, std::string_view bytes) {
 }  // namespace
 
 std::string printable(std::string_view text) {
+  if (std::all_of(text.begin(), text.end(), is_plain)) return std::string(text);
   std::string safe;
   safe.reserve(text.size());
   while (!text.empty()) {

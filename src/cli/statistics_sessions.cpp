@@ -18,7 +18,8 @@ ExitCode StatisticsSessions::run(const std::vector<control::StatisticsOrder>& or
   ExitCode code = ExitCode::kDone;
   for (const control::StatisticsOrder& order : orders) {
     const ExitCode one = run_one(order);
-    if (one != ExitCode::kDone && orders.size() > 1) console_.report(sentence_of(order, ": not done."));
+    if (one != ExitCode::kDone && orders.size() > 1 && !sessions_.cancelled())
+      console_.report(sentence_of(order, ": not done."));
     code = worse(code, one);
     if (sessions_.scheduler_missing()) return code;
     if (sessions_.cancelled() && &order != &orders.back()) return ExitCode::kFailed;

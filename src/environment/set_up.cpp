@@ -51,6 +51,8 @@ std::optional<std::string> found_root(const platform::Machine& machine, const pl
   return files.folder_exists(fallback) ? std::optional(fallback) : std::nullopt;
 }
 
+constexpr const char* kAdvice = " Run \"qvrcomctl setup\".";
+
 }  // namespace
 
 std::vector<std::string> SetUp::run(const MachineFolders& machine_folders) {
@@ -131,17 +133,23 @@ std::size_t add_missing_statistics_settings(platform::Database& database) {
   return static_cast<std::size_t>(missing);
 }
 
-std::optional<std::string> missing_set_up(const platform::Machine& machine, const platform::Files& files) {
-  const std::string advice = " Run \"qvrcomctl setup\".";
+std::optional<std::string> missing_folders(const platform::Machine& machine, const platform::Files& files) {
+  const std::string advice = kAdvice;
   const auto data = found_root(machine, files, kCommonAppDataIdentifier, kCommonAppDataValue);
   if (!data) return "The application-data folder of QVRCOM+ is not there." + advice;
   if (!found_root(machine, files, kCommonDocumentsIdentifier, kCommonDocumentsValue))
     return "The documents folder of QVRCOM+ is not there." + advice;
   if (const std::string scheduler = *data + kSchedulerFolder; !files.folder_exists(scheduler))
     return "The folder " + files.native(scheduler) + " is not there." + advice;
+  return std::nullopt;
+}
+
+std::optional<std::string> missing_set_up(const platform::Machine& machine, const platform::Files& files) {
+  if (const auto missing = missing_folders(machine, files)) return missing;
+  const auto data = found_root(machine, files, kCommonAppDataIdentifier, kCommonAppDataValue);
   const std::string database = *data + kDatabaseFolder + "\\" + kDatabaseFile;
   if (!files.file_exists(database))
-    return "The database " + files.native(database) + " is not there." + advice;
+    return "The database " + files.native(database) + " is not there." + kAdvice;
   return std::nullopt;
 }
 

@@ -48,6 +48,9 @@ class SetUp {
 // before any folder of the library.
 std::optional<std::string> missing_set_up(const platform::Machine& machine, const platform::Files& files);
 
+// The same without a look at the database, for programs that leave it to the opening to say what is wrong.
+std::optional<std::string> missing_folders(const platform::Machine& machine, const platform::Files& files);
+
 // Gives every site without a statistics settings row such a row. Returns how many were added.
 std::size_t add_missing_statistics_settings(platform::Database& database);
 
