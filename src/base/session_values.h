@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/date_serial.h"
+#include "base/node_types.h"
 
 // What the suite knows about the operation and the job at hand. Plain values, one group per owner; a class
 // is handed the group it works on. A program holds one `Session`, made by its wiring.
@@ -88,10 +89,40 @@ struct RunValues {
   std::string SchedulerFolder;  // ends in a backslash; "" until it is resolved
 };
 
+// A recording's length: seconds past the whole minute and whole minutes, both decimal texts.
+struct TimeRecord {
+  std::string seconds;
+  std::string minutes;
+  bool operator==(const TimeRecord&) const = default;
+};
+
+// What was read from the files that a device sent.
+struct ReceivedValues {
+  std::array<TimeRecord, 2> PartitionTimes;         // recorded time, and the room for it
+  std::vector<std::string> ReceivedPartitions{""};  // of the configuration images that were decoded
+  std::size_t PartitionCount = 0;                   // how many were decoded since the list was cleared
+  std::vector<std::string> MessageNumbers{""};      // of the message index read last; one spare element
+  std::string Shortfall;  // sentence about the device record read last, when its file was too short; or ""
+};
+
+// The nodes of one type, by name.
+struct NodeList {
+  std::vector<std::string> names;
+  bool has_any = false;  // whether the type had a node when it was asked for last
+};
+
+// The nodes of the partition that the lists were built for last.
+struct NodeValues {
+  std::array<NodeList, kNodeTypeWords.size()> by_type;
+  NodeList all;  // of every type that has any, in the order of the types
+};
+
 struct Session {
   SiteValues site;
   JobValues job;
   RunValues run;
+  ReceivedValues received;
+  NodeValues nodes;
 };
 
 }  // namespace qvrcom::base
