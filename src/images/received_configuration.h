@@ -46,8 +46,6 @@ class ReceivedConfiguration {
   void clear_received_partitions();
 
  private:
-  void show_unless_ok(const std::string& answer, const std::string& component, const std::string& file_name);
-
   ReceivedConfigurationParts parts_;
   platform::Trap trap_;
 };

@@ -11,6 +11,18 @@ BusinessRules::BusinessRules(const BusinessRulesParts& parts)
                   parts.dbase),
       FirmwareRules(platform::Trap(parts.ui)),
       StatisticsFiles(parts.folders, parts.files, parts.ui),
-      JobResults(parts.session.job, scheduler, *this, *this, parts.files, parts.ui, decoders) {}
+      StatisticsDecoding(parts.session.run, parts.components, parts.ui),
+      ImageDownloads(static_cast<ScriptWriter&>(*this)),
+      ReceivedConfiguration({parts.session.site, parts.session.run, parts.session.received, parts.components,
+                             parts.xml_rows, parts.ui}),
+      DeviceRecords(parts.session.received, parts.files, parts.ui),
+      NodeLists(parts.session.nodes, parts.dbase, parts.ui),
+      MessageIndex(parts.session.received, parts.files, parts.ui),
+      JobResults(parts.session.job, scheduler, *this, *this, parts.files, parts.ui, decoders) {
+  decoders = {
+      {results::is_message_index, [this](const std::string& file) { Process_MsgIndex(file); }},
+      {results::is_configuration_image, [this](const std::string& file) { Write_Database(file); }},
+  };
+}
 
 }  // namespace qvrcom::rules

@@ -6,6 +6,11 @@
 #include "base/session_values.h"
 #include "environment/command_set.h"
 #include "environment/files_and_folders.h"
+#include "images/device_records.h"
+#include "images/image_downloads.h"
+#include "images/node_lists.h"
+#include "images/received_configuration.h"
+#include "images/statistics_decoding.h"
 #include "images/statistics_files.h"
 #include "jobs/file_helpers.h"
 #include "jobs/job_index.h"
@@ -17,6 +22,7 @@
 #include "platform/user_interface.h"
 #include "platform/xml_rows.h"
 #include "results/job_results.h"
+#include "results/message_index.h"
 #include "siterules/firmware_rules.h"
 #include "siterules/site_lookups.h"
 
@@ -48,6 +54,12 @@ class BusinessRules : private Ground,
                       public siterules::SiteLookups,
                       public siterules::FirmwareRules,
                       public images::StatisticsFiles,
+                      public images::StatisticsDecoding,
+                      public images::ImageDownloads,
+                      public images::ReceivedConfiguration,
+                      public images::DeviceRecords,
+                      public images::NodeLists,
+                      public results::MessageIndex,
                       public results::JobResults {
  public:
   explicit BusinessRules(const BusinessRulesParts& parts);

@@ -1,0 +1,87 @@
+#include "images/received_configuration.h"
+
+#include <array>
+#include <string_view>
+
+#include "base/fault.h"
+#include "images/component_answer.h"
+
+namespace qvrcom::images {
+namespace {
+
+constexpr const char* kConfigurationLookup = "QVRdb.Config";
+constexpr std::string_view kSystemImage = "getdBaseSys.dat";
+constexpr std::string_view kPartitionImage = "getdBaseP";
+constexpr std::size_t kExtensionLength = 4;  // ".dat"
+
+bool is_system_image(const std::string& file_name) {
+  return file_name.find(kSystemImage) != std::string::npos;
+}
+
+// "" for a name that is not a partition image's.
+std::string partition_of_image(const std::string& file_name) {
+  const auto begin = file_name.find(kPartitionImage);
+  if (begin == std::string::npos) return {};
+  std::string partition = file_name.substr(begin + kPartitionImage.size());
+  if (partition.size() < kExtensionLength) {
+    throw base::Fault("Invalid procedure call or argument",
+                      "\"" + file_name + "\" does not end in a partition and \".dat\".");
+  }
+  partition.resize(partition.size() - kExtensionLength);
+  return partition;
+}
+
+}  // namespace
+
+void ReceivedConfiguration::Write_Database(const std::string& file_name) {
+  trap_("Write_Database", [&] {
+    base::ReceivedValues& received = parts_.received;
+    received.ReceivedPartitions.resize(1);
+    if (is_system_image(file_name)) return Process_System_binary(parts_.run.SessionConfigID, file_name);
+    const std::string partition = partition_of_image(file_name);
+    if (!ExistPartID(partition)) return;
+    Process_Partition_binary(parts_.run.SessionConfigID, partition, file_name);
+    received.ReceivedPartitions.resize(received.PartitionCount + 2);
+    received.ReceivedPartitions[received.PartitionCount++] = partition;
+  });
+}
+
+void ReceivedConfiguration::Process_System_binary(const std::string& selector, const std::string& file_name) {
+  trap_("Process_System_binary", [&] {
+    const auto component = parts_.components.create(kSystemDecoder);
+    parts_.ui.pump_events();
+    const std::string answer = answer_of(*component, "DecodeSystemImage", {selector, file_name});
+    if (answer != kDone) show_answer(parts_.ui, answer, kSystemDecoder, file_name);
+  });
+}
+
+void ReceivedConfiguration::Process_Partition_binary(const std::string& selector,
+                                                     const std::string& partition,
+                                                     const std::string& file_name) {
+  trap_("Process_Partition_binary", [&] {
+    const auto component = parts_.components.create(kPartitionDecoder);
+    const std::string answer =
+        answer_of(*component, "DecodePartitionImage", {selector, partition, parts_.site.SiteID, file_name});
+    if (answer != kDone) show_answer(parts_.ui, answer, kPartitionDecoder, file_name);
+  });
+}
+
+bool ReceivedConfiguration::ExistPartID(const std::string& partition) {
+  return trap_("ExistPartID", [&] {
+    const auto component = parts_.components.create(kConfigurationLookup);
+    const std::array<std::string, 2> keys{parts_.run.SessionConfigID, partition};
+    const auto answer = component->call("Get_Partition_Rows", keys);
+    if (!answer) {
+      throw base::Fault("Invalid use of Null",
+                        std::string(kConfigurationLookup) + " has no answer to Get_Partition_Rows.");
+    }
+    return !parts_.xml_rows.load(*answer).empty();
+  });
+}
+
+void ReceivedConfiguration::clear_received_partitions() {
+  parts_.received.ReceivedPartitions.assign(1, {});
+  parts_.received.PartitionCount = 0;
+}
+
+}  // namespace qvrcom::images
