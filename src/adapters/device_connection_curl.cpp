@@ -331,7 +331,7 @@ std::size_t DeviceConnectionCurl::on_received(char* bytes, std::size_t size, std
     connection.moved(length);
     if (connection.bytes_ > connection.limits_.largest_file)
       throw Fault("The file is larger than " + std::to_string(connection.limits_.largest_file) + " bytes",
-                  "The rest was not fetched");
+                  "The rest was not fetched.");
     if (connection.part_ != nullptr) connection.part_->write({bytes, length});
   });
   return kept ? length : 0;

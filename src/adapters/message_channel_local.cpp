@@ -4,12 +4,10 @@
 #include <QPointer>
 #include <QTimer>
 #include <algorithm>
-#include <charconv>
-#include <optional>
 #include <vector>
 
 #include "adapters/local_socket.h"
-#include "base/text.h"
+#include "platform/message_line.h"
 
 namespace qvrcom::adapters {
 
@@ -19,38 +17,10 @@ using platform::WindowProcedure;
 
 namespace {
 
-constexpr qsizetype kLongestLine = 128;   // bytes, the line end included
+constexpr qsizetype kLongestLine = platform::kMessageLineLimit;
 constexpr int kConnectLimit = 200;        // milliseconds
 constexpr int kTalkLimit = 2000;          // milliseconds that a peer may keep a connection
 constexpr std::size_t kMostNames = 1024;  // a stranger cannot make the table grow without end
-
-bool is_message_name(std::string_view name) {
-  return !name.empty() && name.size() <= 64 &&
-         std::all_of(name.begin(), name.end(), [](unsigned char c) { return c > 0x20 && c < 0x7F; });
-}
-
-template <class Number>
-std::optional<Number> whole_number(std::string_view text) {
-  Number number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
-struct Line {
-  std::string name;
-  std::uint32_t word = 0;
-  std::int32_t value = 0;
-};
-
-std::optional<Line> parse_line(std::string_view text) {
-  const auto fields = base::split(text, " ");
-  if (fields.size() != 3 || !is_message_name(fields[0])) return std::nullopt;
-  const auto word = whole_number<std::uint32_t>(fields[1]);
-  const auto value = whole_number<std::int32_t>(fields[2]);
-  if (!word || !value) return std::nullopt;
-  return Line{std::string(fields[0]), *word, *value};
-}
 
 // A number for each text, the same for the same text, from 1 up.
 class Numbering {
@@ -133,7 +103,7 @@ class MessageChannelLocal::LocalWindow : public platform::Window {
 
   static void deliver(std::string_view line, State& state) {
     line.remove_suffix(1);
-    const std::optional<Line> parsed = parse_line(line);
+    const auto parsed = platform::read_message_line(line);
     const std::size_t message = parsed ? state.names->messages.number_of(parsed->name) : 0;
     if (message == 0) {
       ++state.names->dropped;
@@ -171,8 +141,8 @@ void MessageChannelLocal::post(WindowHandle window, MessageId message, std::uint
   QLocalSocket peer;
   peer.connectToServer(local_socket_path(run_folder_, runtime_folder_, *title), QIODevice::WriteOnly);
   if (!peer.waitForConnected(kConnectLimit)) return;
-  const std::string line = *name + ' ' + std::to_string(static_cast<std::uint32_t>(word)) + ' ' +
-                           std::to_string(static_cast<std::int32_t>(value)) + '\n';
+  const std::string line = platform::message_line_text(
+      {*name, static_cast<std::uint32_t>(word), static_cast<std::int32_t>(value)});
   peer.write(line.data(), static_cast<qint64>(line.size()));
   peer.waitForBytesWritten(kConnectLimit);
 }

@@ -6,20 +6,18 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 
+#include "adapters/posix_fault.h"
 #include "base/fault.h"
 
 namespace qvrcom::adapters {
 namespace {
 
-[[noreturn]] void fail_with(const char* what, const std::string& path, int code) {
-  const char* description = "Path/File access error";
-  if (code == ENOSPC || code == EDQUOT) description = base::kDiskFull;
-  if (code == ENOENT) description = base::kFileNotFound;
-  if (code == EACCES || code == EPERM || code == EROFS || code == ELOOP)
-    description = base::kPermissionDenied;
-  throw base::Fault(description, std::string(what) + " \"" + path + "\": " + std::strerror(code));
+// O_NOFOLLOW answers a link with ELOOP, which nobody would understand.
+[[noreturn]] void fail_to_open(const char* what, const std::string& path) {
+  if (errno == ELOOP)
+    throw base::Fault(base::kPermissionDenied, '"' + path + "\" is a link, which is not followed.");
+  fail(what, path);
 }
 
 }  // namespace
@@ -27,7 +25,7 @@ namespace {
 PartFile::PartFile(std::string path) : path_(std::move(path)), part_(path_ + ".part") {
   ::unlink(part_.c_str());  // left behind by a program that was killed
   file_ = ::open(part_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-  if (file_ < 0) fail();
+  if (file_ < 0) fail_to_open("Writing", part_);
 }
 
 PartFile::~PartFile() {
@@ -36,36 +34,32 @@ PartFile::~PartFile() {
   ::unlink(part_.c_str());
 }
 
-void PartFile::fail() const {
-  fail_with("Writing", part_, errno);
-}
-
 void PartFile::write(std::string_view bytes) {
   length_ += bytes.size();
   while (!bytes.empty()) {
     const ssize_t written = ::write(file_, bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
-    if (written < 0) fail();
+    if (written < 0) fail("Writing", part_);
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
 }
 
 void PartFile::keep() {
-  if (::fdatasync(file_) != 0 || std::rename(part_.c_str(), path_.c_str()) != 0) fail();
+  if (::fdatasync(file_) != 0 || std::rename(part_.c_str(), path_.c_str()) != 0) fail("Writing", part_);
   ::close(file_);
   file_ = -1;
 }
 
 SourceFile::SourceFile(const std::string& path)
     : path_(path), file_(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)) {
-  if (file_ < 0) fail_with("Reading", path_, errno);
+  if (file_ < 0) fail_to_open("Reading", path_);
   struct stat status {};
   if (::fstat(file_, &status) == 0 && S_ISREG(status.st_mode)) {
     length_ = static_cast<std::uint64_t>(status.st_size);
     return;
   }
   ::close(file_);
-  throw base::Fault("Path/File access error", "\"" + path_ + "\" is not a plain file");
+  throw base::Fault("Path/File access error", "\"" + path_ + "\" is not a plain file.");
 }
 
 SourceFile::~SourceFile() {
@@ -76,7 +70,7 @@ std::size_t SourceFile::read(char* buffer, std::size_t room) {
   while (true) {
     const ssize_t got = ::read(file_, buffer, room);
     if (got >= 0) return static_cast<std::size_t>(got);
-    if (errno != EINTR) fail_with("Reading", path_, errno);
+    if (errno != EINTR) fail("Reading", path_);
   }
 }
 

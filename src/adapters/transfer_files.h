@@ -22,8 +22,6 @@ class PartFile {
   std::uint64_t length() const { return length_; }
 
  private:
-  [[noreturn]] void fail() const;
-
   std::string path_;
   std::string part_;
   int file_ = -1;

@@ -27,6 +27,7 @@ using namespace qvrcom;
 enum ExitCode { kDone = 0, kRefused = 1, kNoSetUp = 3 };
 
 constexpr const char* kTitle = "JOBPILOT";
+constexpr std::int64_t kResultsTaken = 2;
 constexpr int kAnswerTime = 250;  // milliseconds between two answers
 constexpr int kFlushTime = 100;   // for the last bytes of the control socket
 constexpr int kLingerTime = 600;  // for a dialog that is not yet listening to hear how its job ended
@@ -57,7 +58,8 @@ class JobPilot : public platform::SchedulerControl {
   void request(std::int64_t code) {
     engine_.request(code);
     follow();
-    if (stopping_ && !engine_.answering()) QTimer::singleShot(kFlushTime, &context_, &QCoreApplication::quit);
+    if (stopping_ && code == kResultsTaken)
+      QTimer::singleShot(kFlushTime, &context_, &QCoreApplication::quit);
   }
 
   std::optional<platform::SchedulerStatus> status() override {

@@ -51,7 +51,8 @@ void SchedulerEngine::request(std::int64_t code) {
 }
 
 void SchedulerEngine::jobs_submitted() {
-  if (stopped_) return;
+  if (stopped_)
+    return note("Jobs were submitted while the scheduler was being stopped; they are not started.");
   work_wanted_ = true;
   if (const auto fault = fault_of([this] { lists_.load(); })) {
     // Without them a finished job could not be told from a new one.

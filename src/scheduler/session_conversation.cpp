@@ -60,11 +60,14 @@ class Conversation {
     leave();
   }
 
-  // `fault` as a full sentence.
+  // `fault` as a full sentence; a detail that is one already stands behind.
   std::string reason(const base::Fault& fault) const {
-    const std::string text =
-        fault.detail().empty() ? fault.description() : fault.detail() + ": " + fault.description();
-    return readable(without(text.ends_with('.') ? text : text + '.', plan_.login.password));
+    const std::string& what = fault.description();
+    const std::string& tried = fault.detail();
+    std::string text = what;
+    if (!tried.empty()) text = tried.ends_with('.') ? what + ": " + tried : tried + ": " + what;
+    if (!text.ends_with('.')) text += '.';
+    return readable(without(std::move(text), plan_.login.password));
   }
 
  private:
