@@ -11,10 +11,10 @@ Due due(const jobs::IndexLine& line, base::LocalTime now) {
 
 std::string left_alone_sentence(const jobs::IndexLine& line, Due due) {
   if (due == Due::kRepeating)
-    return "It has an interval or a period and is left alone: nothing repeats here.";
+    return "The job " + line.job + " has an interval or a period and is left alone: nothing repeats here.";
   const auto start = base::from_date_serial(line.start);
-  return "It is left alone until its start" + (start ? ", " + log_stamp(*start) : std::string{}) +
-         ", has come and jobs are submitted again.";
+  return "The job " + line.job + " is left alone until its start" +
+         (start ? ", " + log_stamp(*start) : std::string{}) + ", has come and jobs are submitted again.";
 }
 
 }  // namespace qvrcom::scheduler

@@ -1,5 +1,6 @@
 #include "scheduler/scheduler_engine.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -16,6 +17,7 @@ using platform::StopOutcome;
 namespace {
 
 constexpr const char* kDialogTitle = "RESPONSE DIALOG";
+constexpr std::size_t kMostTold = 20;  // lines left alone, at one look at the index
 constexpr const char* kStoppedReason = "The job was stopped in the scheduler before its turn came.";
 
 std::string sentence_of(const base::Fault& fault) {
@@ -102,8 +104,18 @@ void SchedulerEngine::look_for_work() {
     work_wanted_ = true;  // the lines behind it, when it has ended
     break;
   }
+  note_left_alone();
   if (answering_) answer();
   answering_ |= was_answering;
+}
+
+// An index may hold a hundred thousand of them.
+void SchedulerEngine::note_left_alone() {
+  const std::vector<std::string> sentences = std::exchange(left_alone_, {});
+  const std::size_t told = std::min(sentences.size(), kMostTold);
+  for (std::size_t i = 0; i < told; ++i)
+    note(sentences[i]);
+  if (sentences.size() > told) note(std::to_string(sentences.size() - told) + " more jobs are left alone.");
 }
 
 void SchedulerEngine::consider(const std::string& line) {
@@ -118,7 +130,7 @@ void SchedulerEngine::consider(const std::string& line) {
   }
   const Due when = due(*reading.line, parts_.clock.now());
   if (when == Due::kNow) return start(*reading.line, line);
-  if (noted_.insert(line).second) log_.write(reading.line->job, left_alone_sentence(*reading.line, when));
+  if (noted_.insert(line).second) left_alone_.push_back(left_alone_sentence(*reading.line, when));
 }
 
 void SchedulerEngine::start(const jobs::IndexLine& line, const std::string& text) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 #include "jobs/index_line.h"
 #include "platform/clock.h"
@@ -77,6 +78,7 @@ class SchedulerEngine {
   std::string read_index() const;  // "" when it is missing
   void look_for_work();
   void consider(const std::string& line);
+  void note_left_alone();
   void start(const jobs::IndexLine& line, const std::string& text);
   void take_events();
   void finish(const SessionReport& report);
@@ -92,7 +94,8 @@ class SchedulerEngine {
   SessionLog log_;
   Running running_;
   std::unique_ptr<SessionThread> session_;
-  std::unordered_set<std::string> noted_;  // lines whose being left alone is in a log
+  std::unordered_set<std::string> noted_;  // lines whose being left alone is in the log
+  std::vector<std::string> left_alone_;    // sentences for it
   bool work_wanted_ = false;
   bool answering_ = false;
   bool stopped_ = false;

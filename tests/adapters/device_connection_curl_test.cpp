@@ -1,10 +1,12 @@
 #include "adapters/device_connection_curl.h"
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <QTemporaryDir>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -201,6 +203,22 @@ TEST_F(DeviceConnectionCurlTest, FollowsNoLinkAndWritesNoFileThatItCannot) {
   EXPECT_EQ(content("outside"), "secret");
   EXPECT_FALSE(std::filesystem::is_symlink(native("link")));
   EXPECT_EQ(fault_of([&] { connection->get("log", local("missing") + "\\x"); }).first, "File not found");
+}
+
+TEST_F(DeviceConnectionCurlTest, AFullDiskLeavesNothing) {
+  const SimulatedDevice device;
+  const auto connection = connect(device);
+  connection->account("part3");
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit little{100, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &little);
+  const auto [description, detail] = fault_of([&] { connection->get("allstats.csv", local("stats.csv")); });
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_EQ(description, "File too large");
+  EXPECT_THAT(detail, testing::StartsWith("Fetching allstats.csv. Writing "));
+  EXPECT_TRUE(std::filesystem::is_empty(folder_.path().toStdString()));
 }
 
 TEST_F(DeviceConnectionCurlTest, IsCancelledAtOnce) {

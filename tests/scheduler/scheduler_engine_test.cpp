@@ -256,9 +256,9 @@ TEST_F(SchedulerEngineTest, RunsDueLinesOnceInTheirOrder) {
   submit();
   EXPECT_EQ(list("completed"), line("JobA") + "\r\n" + line("Now", serial_of_now) + "\r\n");
   EXPECT_EQ(std::ranges::count(device_.told(), std::string("close")), 2);
-  EXPECT_THAT(log("Later"), HasSubstr("left alone until its start, 2026-11-16 00:00:00,"));
-  EXPECT_THAT(log("Repeats"), HasSubstr("left alone"));
-  EXPECT_EQ(base::lines_of(log("Repeats")).size(), 1U);  // said once, not at every look
+  EXPECT_THAT(log("JobPilot"), HasSubstr("Later is left alone until its start, 2026-11-16 00:00:00,"));
+  EXPECT_THAT(log("JobPilot"), HasSubstr("Repeats has an interval or a period and is left alone"));
+  EXPECT_EQ(base::lines_of(log("JobPilot")).size(), 2U);  // said once, not at every look
   const std::vector<platform::ScheduledJob> expected{
       {"JobA", "Retrieve", JobState::kFinished},     {"JobA", "Retrieve", JobState::kFinished},
       {"Later", "Retrieve", JobState::kLeftAlone},   {"Now", "Retrieve", JobState::kFinished},
