@@ -100,4 +100,12 @@ std::string index_stamp(LocalTime moment) {
   return buffer.data();
 }
 
+std::string clock_text(LocalTime moment) {
+  const Civil c = civil_of(moment);
+  std::array<char, 80> buffer{};
+  std::snprintf(buffer.data(), buffer.size(), "%04d-%02u-%02u %02d:%02d:%02d", c.year, c.month, c.day, c.hour,
+                c.minute, c.second);
+  return buffer.data();
+}
+
 }  // namespace qvrcom::base

@@ -31,4 +31,7 @@ std::string job_name_stamp(LocalTime moment);
 // "dd/mm/yyyy hh:mm:ss" with a 24-hour clock.
 std::string index_stamp(LocalTime moment);
 
+// "YYYY-MM-DD hh:mm:ss" with a 24-hour clock, as people and tables read it.
+std::string clock_text(LocalTime moment);
+
 }  // namespace qvrcom::base

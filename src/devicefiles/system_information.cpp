@@ -1,0 +1,67 @@
+#include "devicefiles/system_information.h"
+
+#include "devicefiles/byte_reader.h"
+#include "devicefiles/byte_writer.h"
+#include "devicefiles/crc32.h"
+#include "devicefiles/file_form.h"
+
+namespace qvrcom::devicefiles {
+namespace {
+
+constexpr FileForm kForm{"QI", "system information"};
+constexpr std::size_t kLength = 72;
+constexpr std::size_t kChecksumAt = 68;
+constexpr std::size_t kFirmwareWidth = 8, kSerialWidth = 16, kModelWidth = 12;
+constexpr std::size_t kUnusedWidth = 8;
+
+SystemInformation read_fields(ByteReader& reader) {
+  SystemInformation result;
+  reader.skip(kForm.magic.size() + 1);
+  reader.in_range("length", 1, kLength, kLength);
+  result.firmware = reader.text("firmware", kFirmwareWidth);
+  result.serial_number = reader.text("serial number", kSerialWidth);
+  result.model = reader.text("model", kModelWidth);
+  result.machine_type = reader.in_range("machine type", 1, 2, 3);
+  result.lines = reader.u8("lines");
+  result.partitions = reader.in_range("partitions", 1, 0, 64);
+  reader.skip(1);
+  result.memory = reader.u32("message memory");
+  result.memory_used = reader.in_range("message memory in use", 4, 0, result.memory);
+  result.uptime = reader.u32("time since the start");
+  result.moment = reader.moment("clock");
+  return result;
+}
+
+}  // namespace
+
+SystemInformation read_system_information(std::string_view bytes) {
+  check_form(bytes, kForm);
+  check_length(bytes, kForm, kLength);
+  ByteReader checked(bytes.substr(kChecksumAt), kForm.kind);
+  if (checked.u32("checksum") != crc32(bytes.substr(0, kChecksumAt))) checked.refuse("Its checksum is wrong");
+  ByteReader reader(bytes, kForm.kind);
+  return read_fields(reader);
+}
+
+std::string write_system_information(const SystemInformation& information) {
+  ByteWriter writer;
+  writer.bytes(kForm.magic);
+  writer.u8("version", kFileVersion);
+  writer.u8("length", kLength);
+  writer.text("firmware", information.firmware, kFirmwareWidth);
+  writer.text("serial number", information.serial_number, kSerialWidth);
+  writer.text("model", information.model, kModelWidth);
+  writer.u8("machine type", information.machine_type);
+  writer.u8("lines", information.lines);
+  writer.u8("partitions", information.partitions);
+  writer.u8("unused", 0);
+  writer.u32(information.memory);
+  writer.u32(information.memory_used);
+  writer.u32(information.uptime);
+  writer.moment(information.moment);
+  writer.bytes(std::string(kUnusedWidth, '\0'));
+  writer.u32(crc32(writer.str()));
+  return writer.str();
+}
+
+}  // namespace qvrcom::devicefiles
