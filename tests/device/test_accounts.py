@@ -1,9 +1,12 @@
 import re
 import struct
 import tempfile
+from datetime import datetime
 from pathlib import Path
 
 from device_process import PASSWORD, DeviceTest, get, outcome, put
+
+from device.formats import time_file
 
 
 class Login(DeviceTest):
@@ -79,10 +82,13 @@ class Files(DeviceTest):
 
     def test_the_time_file_is_the_clock(self):
         ftp = self.client(self.start("--clock-stands"))
-        self.assertEqual(get(ftp, "time"), struct.pack("<HBB", 0x0B10, 0xEA, 0x07) + bytes((5, 10, 12, 0)))
-        put(ftp, "time", bytes((1, 12, 0xEA, 7, 30, 45, 9, 0)))
+        monday_noon, december = time_file(datetime(2026, 11, 16, 12, 10, 5)), time_file(datetime(2026, 12, 1, 9, 45, 30))
+        self.assertEqual(get(ftp, "time"), monday_noon)
+        put(ftp, "time", december)
         self.assertEqual(ftp.sendcmd("MDTM time"), "213 20261201094530")
-        self.assertEqual(outcome(lambda: put(ftp, "time", bytes((1, 13, 0xEA, 7, 30, 45, 9, 0)))), "550")
+        for damaged in (december[:7], december[:7] + b"\0", b"XX" + december[2:], bytes(8)):
+            self.assertEqual(outcome(lambda: put(ftp, "time", damaged)), "550")
+        self.assertEqual(get(ftp, "time"), december)
 
     def test_a_deleted_log_starts_again(self):
         ftp = self.client(self.start("--clock-stands"))

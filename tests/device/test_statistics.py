@@ -1,9 +1,13 @@
 import csv
 import io
+from datetime import datetime
 
-from device_process import DeviceTest, get, put
+from device_process import DeviceTest, get, outcome, put
+from formats_reader import sections
 
-TUESDAY_NOON = bytes((17, 11, 0xEA, 7, 0, 0, 12, 0))
+from device.formats import time_file
+
+TUESDAY_NOON = time_file(datetime(2026, 11, 17, 12))
 
 
 def tables(data):
@@ -73,15 +77,40 @@ class Statistics(DeviceTest):
         self.assertGreater(int(nodes["MSG1"][1]), 0)
         self.assertLess(int(hours["12:00"][0]), int(before[3]["12:00"][0]))
 
+    def test_the_binary_counters_are_those_of_the_table(self):
+        ftp = self.client(self.start("--clock-stands"), "part3")
+        _, lines, nodes, _ = tables(get(ftp, "allstats.csv"))
+        calls, transfers, active = (sections(get(ftp, "linestat"))[tag] for tag in (2, 3, 4))
+        for record, (line, transferred) in zip(calls, transfers):
+            number, total, answered, busy, no_answer, seconds, longest = record
+            self.assertEqual((number, numbers(lines[str(number)])),
+                             (line, [total, answered, busy, no_answer, transferred, seconds, longest]))
+        in_use = sum(count * seconds for count, _, seconds in active)
+        self.assertTrue(0 < in_use <= sum(record[5] for record in calls))
+
+        accesses, made, counts, details = (sections(get(ftp, "nodestat"))[tag] for tag in (2, 3, 4, 5))
+        self.assertEqual([record[2] for record in accesses], [int(row[1]) for row in list(nodes.values())[1:]])
+        visits = {record[:2]: record[2] for record in accesses}
+        for kind, number, chosen, _, timed_out, aborted in made:
+            self.assertEqual(chosen + timed_out + aborted, visits[kind, number])
+            self.assertEqual(chosen, sum(record[-1] for record in counts if record[:2] == (kind, number)))
+            self.assertEqual(chosen, sum(sum(record[-2:]) for record in details if record[:2] == (kind, number)))
+
     def test_the_binary_counters_restart_too(self):
         ftp = self.client(self.start("--clock-stands"), "part3")
-        for name, record, first_counter in (("linestat", 28, 4), ("nodestat", 12, 8)):
+        for name, counters in (("linestat", 1), ("nodestat", 2)):
             def counted():
-                data = get(ftp, name)
-                return [any(data[i + first_counter:i + record]) for i in range(0, len(data), record)]
-            self.assertTrue(any(counted()))
+                return any(any(record[counters:]) for record in sections(get(ftp, name))[2])
+            self.assertTrue(counted())
             ftp.delete(name)
-            self.assertFalse(any(counted()))
+            self.assertFalse(counted())
+
+    def test_old_firmware_has_no_table(self):
+        for firmware, expected in (("5.01", "550"), ("5.CB", "550"), ("5.02", "ok"), ("6.61", "ok")):
+            ftp = self.client(self.start("--firmware", firmware), "part3")
+            self.assertEqual(outcome(lambda: get(ftp, "allstats.csv")), expected)
+            self.assertEqual("allstats.csv" in ftp.nlst(), expected == "ok")
+            self.assertEqual(outcome(lambda: [get(ftp, name) for name in ("linestat", "nodestat", "dbase")]), "ok")
 
     def test_a_download_is_as_long_as_it_was_measured(self):
         device = self.start()

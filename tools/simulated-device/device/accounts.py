@@ -1,16 +1,22 @@
 """The device's accounts: one of its own, in force after the login, and one per partition."""
 
+import random
 import re
 from functools import lru_cache
 from typing import Callable, NamedTuple, Optional
 
-from . import contents
+from . import contents, formats
 from .call_statistics import PartitionStatistics
 from .uploads import uploads_of
 
 HIGHEST_PARTITION = 64
 DEVICE = "device"
 FILE_NAME = re.compile(r"[A-Za-z0-9_-][A-Za-z0-9_.-]{0,63}")
+# Firmware that keeps its statistics in "linestat" and "nodestat" alone.
+WITHOUT_TABLE = ("5.00", "5.01", "5.bm", "5.bn", "5.bp", "05.C0", "5.ca", "5.CB")
+PARTITION_NAMES = ("Front desk", "Billing", "Service", "Weather line", "Events", "Road conditions")
+# Base slot, slot offset and line of the device's telephone lines; no RTQA option.
+LINES = tuple((slot, offset, line, 0) for slot in (1, 2, 3) for offset in (0, 1) for line in (1, 2, 3, 4))
 MESSAGE_NAME = re.compile(r"msg\.(\d{3})")
 
 
@@ -98,6 +104,7 @@ class Device:
         self._partitions = frozenset(partitions)
         self._data_dir = data_dir
         self.clock = clock
+        self._started = clock.now()
         # Kept from the start, so that statistics count from the same moment whichever partition is asked first.
         self._statistics = {n: PartitionStatistics(seed, n, firmware, clock) for n in self._partitions}
         self._partition = lru_cache(maxsize=None)(self._make_partition)
@@ -115,35 +122,46 @@ class Device:
     def _make_own_account(self):
         never = self.clock.now().min
         live = {
-            "time": LiveFile(lambda: contents.time_record(self.clock.now()), accept=self._set_clock),
+            "time": LiveFile(lambda: formats.time_file(self.clock.now()), accept=self._set_clock),
             "log": Log(self.clock, contents.log_text, never).live_file(),
             "same.log": Log(self.clock, contents.same_log_text, never).live_file(),
-            "sysinfo": LiveFile(lambda: contents.system_information(self._seed, self._firmware,
-                                                                    len(self._partitions))),
+            "sysinfo": LiveFile(self._system_information),
         }
-        stored = {"dbase": contents.database_image(self._seed, DEVICE)}
+        names = {n: f"{PARTITION_NAMES[n % len(PARTITION_NAMES)]} {n}" for n in self._partitions}
+        stored = {"dbase": formats.system_image(self._machine_type(), names, LINES)}
         return Account(DEVICE, live, stored, uploads_of(self._data_dir, DEVICE))
 
     def _make_partition(self, number):
         name = f"part{number}"
         statistics = self._statistics[number]
         live = {
-            "allstats.csv": LiveFile(statistics.csv_bytes),
-            "linestat": LiveFile(lambda: contents.line_statistics(statistics.line_counters()[0]),
-                                 restart=statistics.restart_lines),
-            "nodestat": LiveFile(lambda: contents.node_statistics(statistics.nodes, statistics.node_counters()),
-                                 restart=statistics.restart_nodes),
+            "linestat": LiveFile(statistics.line_bytes, restart=statistics.restart_lines),
+            "nodestat": LiveFile(statistics.node_bytes, restart=statistics.restart_nodes),
             "msgindex": LiveFile(lambda: contents.message_index(account.message_sizes())),
         }
-        stored = {"dbase": contents.database_image(self._seed, name)}
+        if self._firmware not in WITHOUT_TABLE:
+            live["allstats.csv"] = LiveFile(statistics.csv_bytes)
+        stored = {"dbase": formats.partition_image(number, statistics.nodes)}
         for node in statistics.nodes:
             if node.kind == "MSG":
                 stored[f"msg.{node.number:03}"] = contents.tone(self._seed, name, node.number)
         account = Account(name, live, stored, uploads_of(self._data_dir, name))
         return account
 
+    def _machine_type(self):
+        return 3 if self._firmware.startswith("1.") else 2
+
+    def _system_information(self):
+        now = self.clock.now()
+        used = sum(sum(self._partition(n).message_sizes().values()) for n in self._partitions)
+        age = random.Random(f"{self._seed}/uptime").randrange(90 * 24 * 3600)
+        return formats.system_information(
+            self._firmware, f"SIM-{self._seed % 10**8:08}", "Simulated", self._machine_type(), len(LINES),
+            len(self._partitions), contents.MESSAGE_MEMORY * len(self._partitions), used,
+            age + max(0, int((now - self._started).total_seconds())), now)
+
     def _set_clock(self, data):
         try:
-            self.clock.set(contents.moment_of_time_record(data))
+            self.clock.set(formats.moment_of_time_file(data))
         except ValueError as error:
             raise Refused(f"Not a time record: {error}") from error

@@ -1,4 +1,4 @@
-"""A partition's counters and the table that the device makes of them, "allstats.csv".
+"""A partition's counters and what the device makes of them: "allstats.csv", "linestat" and "nodestat".
 
 Line and node counters restart apart from each other, as "linestat" and "nodestat" are deleted
 apart from each other. The hourly table belongs to the lines.
@@ -11,8 +11,9 @@ from collections import Counter
 from dataclasses import astuple, dataclass
 from datetime import timedelta
 
-from . import calls
+from . import calls, formats
 from .clock import TEXT_FORM
+from .selections import count_selections
 
 LINE_HEADINGS = ("Line", "Calls", "Answered", "Busy", "No Answer", "Transfers", "Seconds In Use", "Longest Call")
 
@@ -51,6 +52,10 @@ class PartitionStatistics:
     def nodes(self):
         return self._history.nodes
 
+    @property
+    def lines(self):
+        return self._history.lines
+
     def restart_lines(self):
         self.lines_since = self._clock.now()
 
@@ -71,6 +76,32 @@ class PartitionStatistics:
         counts = Counter(index for call in self._calls_since(self.nodes_since) for index in call.nodes)
         return [counts[index] for index in range(len(self.nodes))]
 
+    def lines_active(self):
+        """Numbers of lines that were in use at the same time, each with how often and how many seconds."""
+        changes = Counter()
+        for spell in self._line_spells():
+            changes[spell[0]] += 1
+            changes[spell[1]] -= 1
+        spells, active, since = {}, 0, 0
+        for moment, change in sorted(changes.items()):
+            if change == 0:
+                continue
+            if active:
+                times, seconds = spells.get(active, (0, 0))
+                spells[active] = (times + 1, seconds + moment - since)
+            active, since = active + change, moment
+        return spells
+
+    def line_bytes(self):
+        return formats.line_statistics(self._partition, self.lines_since, self._clock.now(), self.line_counters()[0],
+                                       self.lines_active())
+
+    def node_bytes(self):
+        now = self._clock.now()
+        selections = count_selections(self.nodes, self._calls_since(self.nodes_since))
+        return formats.node_statistics(self._partition, self.nodes_since, now, self.nodes, self.node_counters(),
+                                       selections)
+
     def csv_bytes(self):
         """Two-column rows about the report, then the tables of lines, nodes and hours; CR LF, ASCII."""
         text = io.StringIO()
@@ -83,6 +114,18 @@ class PartitionStatistics:
 
     def _calls_since(self, moment):
         return self._history.between(calls.seconds_of(moment), calls.seconds_of(self._clock.now()))
+
+    def _line_spells(self):
+        """(start, end) of each stretch of time that a line was in use without a break."""
+        ends = {}
+        for call in self._calls_since(self.lines_since):
+            if not call.seconds:
+                continue
+            start, end = ends.get(call.line, (0, 0))
+            if call.start > end and end:
+                yield start, end
+            ends[call.line] = (call.start if call.start > end else start, max(end, call.start + call.seconds))
+        yield from ends.values()
 
     def _caption(self):
         yield "Report", "Call statistics"

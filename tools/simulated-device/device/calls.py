@@ -30,6 +30,7 @@ NODE_KINDS = (
     ("DTMF", ("Main menu", "Language"), .6),
     ("LIST", ("Departments",), .2),
     ("VOX", ("Record a message",), .1),
+    ("AUTO", ("Extension by number",), .25),
 )
 
 

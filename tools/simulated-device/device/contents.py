@@ -1,8 +1,7 @@
-"""The bytes of the device's small files. Which layouts are real is told in docs/simulated-device.md."""
+"""The bytes of messages, their index and the logs; "formats" has those of the other files."""
 
 import math
 import random
-import re
 import struct
 from datetime import datetime, timedelta
 
@@ -10,50 +9,9 @@ from .clock import TEXT_FORM
 
 SAMPLES_PER_SECOND = 8000
 MESSAGE_MEMORY = 600 * SAMPLES_PER_SECOND
-SYSTEM_INFORMATION_WORDS = 18
 LOG_DAYS, SAME_LOG_DAYS = 10, 35
 
 DAILY_LOG = (("04:00:00", "Self test passed"), ("04:00:12", "Message memory checked"), ("06:30:00", "Clock checked"))
-
-
-def time_record(moment):
-    """8 bytes: two little-endian words, year-month-day and hour-minute-second, a byte each but the year."""
-    return struct.pack("<II", moment.year << 16 | moment.month << 8 | moment.day,
-                       moment.hour << 16 | moment.minute << 8 | moment.second)
-
-
-def moment_of_time_record(data):
-    """Raises ValueError when these are not 8 bytes that name a moment."""
-    if len(data) != 8:
-        raise ValueError("a time record has 8 bytes")
-    day, clock = struct.unpack("<II", data)
-    if clock >> 24:
-        raise ValueError("hour out of range")
-    return datetime(day >> 16, day >> 8 & 255, day & 255, clock >> 16, clock >> 8 & 255, clock & 255)
-
-
-def system_information(seed, firmware, partitions):
-    """72 bytes: eighteen little-endian words."""
-    major, minor = (re.findall(r"\d+", firmware) + ["0", "0"])[:2]
-    known = (int(major), int(minor), partitions, MESSAGE_MEMORY, SAMPLES_PER_SECOND)
-    own = random.Random(f"{seed}/sysinfo")
-    rest = [own.getrandbits(16) for _ in range(SYSTEM_INFORMATION_WORDS - len(known))]
-    return struct.pack(f"<{SYSTEM_INFORMATION_WORDS}I", *known, *rest)
-
-
-def database_image(seed, account):
-    own = random.Random(f"{seed}/{account}/dbase")
-    return own.randbytes(256 * own.randint(4, 24))
-
-
-def line_statistics(rows):
-    return b"".join(struct.pack(">7I", line, row.calls, row.answered, row.busy, row.no_answer, row.transfers,
-                                row.seconds) for line, row in rows.items())
-
-
-def node_statistics(nodes, accesses):
-    return b"".join(struct.pack(">4sHHI", node.kind[:4].encode(), node.number, 0, count)
-                    for node, count in zip(nodes, accesses))
 
 
 def message_index(messages):
