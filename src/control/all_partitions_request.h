@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/session_values.h"
+#include "control/session_request.h"
+#include "platform/trap.h"
+
+namespace qvrcom::control {
+
+struct AllPartitionsAnswer {
+  RequestResult result = RequestResult::kNotDone;  // kDone when at least one partition left its CSV
+  std::vector<base::PartitionFile> files;          // ascending; partitions without statistics are missing
+};
+
+// Retrieves and resets the statistics of all partitions of one site in one job. It is meant for devices that
+// keep the older form of statistics; every other site is refused unless `force`.
+class AllPartitionsRequest {
+ public:
+  explicit AllPartitionsRequest(const SessionRequestParts& parts)
+      : parts_(parts), request_(parts), trap_(parts.rules.ui) {}
+
+  AllPartitionsAnswer run(const SiteRow& site, bool force = false);
+
+ private:
+  SessionRequestParts parts_;
+  SessionRequest request_;
+  platform::Trap trap_;
+};
+
+}  // namespace qvrcom::control

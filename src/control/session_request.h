@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "control/site_list.h"
+#include "environment/command_set.h"
+#include "link/scheduler_link.h"
+#include "link/session_screen.h"
+#include "rules/business_rules.h"
+#include "session/operations.h"
+#include "session/session_gate.h"
+
+namespace qvrcom::control {
+
+enum class RequestResult {
+  kNotDone,  // refused, failed or cancelled; a message has said which
+  kDone,     // the operation ran to its end; whatever it fetches is there
+  kBusy,     // another program has the session
+};
+
+struct SessionRequestParts {
+  rules::BusinessRulesParts rules;
+  environment::DataBase& database;
+  session::SessionGate& gate;
+  link::SessionScreen& screen;
+  link::SchedulerLink& link;
+};
+
+// What a request asks the session dialog for.
+struct SessionWish {
+  const SiteRow& site;
+  std::string operation;
+  std::string partition;
+};
+
+// What all requests have in common: which sites they refuse, and a session that runs alone, its values filled
+// from one site.
+class SessionRequest {
+ public:
+  explicit SessionRequest(const SessionRequestParts& parts) : parts_(parts) {}
+
+  // Both show why. A card type of exactly "OLD" is refused, and a site whose index line would be dropped.
+  bool refuses_card(const std::string& card_type) const;
+  bool refuses(const SiteRow& site) const;
+
+  // A box "No session is started for this site. " + `reason`.
+  void refuse(const std::string& reason, const std::string& detail) const;
+
+  // Fills the session values and runs `session` while this program has the session: kBusy when another
+  // program keeps it, otherwise what `session` answers. Whoever calls traps.
+  RequestResult run(const SessionWish& wish, const std::function<RequestResult()>& session) const;
+
+ private:
+  void take_over(const SessionWish& wish) const;
+  void prepare_files() const;
+  void name_session_site() const;
+  void fill_site_table(const SiteRow& row) const;
+
+  SessionRequestParts parts_;
+};
+
+}  // namespace qvrcom::control

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "base/date_serial.h"
+#include "base/session_values.h"
+#include "control/session_request.h"
+#include "devicefiles/system_information.h"
+#include "platform/trap.h"
+#include "rules/system_commands.h"
+
+namespace qvrcom::control {
+
+// One system command that somebody asks for.
+struct SystemOrder {
+  SiteRow site;
+  std::string operation = session::operation::kGetLog;  // one of the ten commands' operation names
+  std::string partition = {};                           // kRetrieveMessageIndex: "1" to "64"
+  base::LocalTime clock{};                              // kSetDateAndTime: what the device's clock shall show
+  std::string file = {};         // kSendFirmware, kSendCannedMessages: suite path of the file to send
+  bool force = false;            // sends an empty file too
+  std::string save_log_as = {};  // kGetLog, kGetAndResetLog: suite path to copy the log to; may be ""
+};
+
+// What came of it. Beside `result` and `status` only what the command fetches is filled.
+struct SystemAnswer {
+  RequestResult result = RequestResult::kNotDone;
+  std::string status;                               // "Completed", "Error", "Cancelled" or ""
+  std::string log;                                  // as the device sent it
+  base::LocalTime clock{};                          // the device's
+  devicefiles::SystemInformation information;       // of the device
+  std::array<base::TimeRecord, 2> partition_times;  // recorded time, and the room for it
+  std::string shortfall;                            // sentence: a file that was too short; or ""
+};
+
+// The bridge from a user's wish to the system commands. Before anything is sent a file is refused that is not
+// there, or is empty without `force`. A device file that is not of this suite's form is reported (kNotDone).
+// A fetched log is copied out before the job's folder, whose script holds a password, is removed; when it
+// cannot be copied the folder stays.
+class SystemRequest {
+ public:
+  explicit SystemRequest(const SessionRequestParts& parts);
+
+  SystemAnswer run(const SystemOrder& order);
+
+ private:
+  bool refuses_file(const SystemOrder& order) const;
+  RequestResult carry_out(const SystemOrder& order, SystemAnswer& answer);
+
+  SessionRequestParts parts_;
+  SessionRequest request_;
+  platform::Trap trap_;
+};
+
+}  // namespace qvrcom::control

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "images/device_records.h"
+#include "link/scheduler_link.h"
+#include "link/session_screen.h"
+#include "platform/trap.h"
+#include "rules/business_rules.h"
+
+namespace qvrcom::rules {
+
+// The device that a system command goes to: the arguments that all ten have in common, in their order.
+struct CommandSite {
+  std::string site_name;
+  std::string site_id;  // the user's own identifier
+  std::string qvr_id;   // the device's key in the site book
+  std::int16_t dial_up_flag = 0;
+  std::string dial_up_connection;
+  std::string number_to_dial;
+  std::string ftp_address;
+  std::string ftp_user;
+  std::string ftp_password;
+};
+
+// The ten commands to a device as a whole. Each writes its own job, submits it, shows the session dialog
+// until JobPilot has answered, and then does its own result step. `status` becomes "Completed", "Error",
+// "Cancelled", or "" when no answer came; after a fault, which is reported in a box, "Error". A job that the
+// scheduler was never told of leaves nothing behind; one that failed or was cancelled leaves its folder.
+class SystemCommands {
+ public:
+  SystemCommands(const BusinessRulesParts& parts, link::SchedulerLink& link, link::SessionScreen& screen);
+
+  // The log stays in the job's folder; who has read it there calls Remove_Folder.
+  void GetLogFile(const CommandSite& site, std::string& log_path, std::string& status);
+  void GetAndResetLogFile(const CommandSite& site, std::string& log_path, std::string& status);
+  void ResetLogFile(const CommandSite& site, std::string& status);
+
+  void GetDateAndTime(const CommandSite& site, images::ClockRecord& clock, std::string& status);
+  void SetDateAndTime(const CommandSite& site, const images::ClockRecord& clock, std::string& status);
+
+  void Launch_TelnetSession(const CommandSite& site, std::string& status);
+
+  // Puts the partition's two times into the session's `PartitionTimes`.
+  void GetPartitonInfo(const CommandSite& site, const std::string& partition, std::string& status);
+  void GetFirmwareStructure(const CommandSite& site, images::FirmwareRecord& record, std::string& status);
+
+  // `file` is sent as it is when the job's folder is made.
+  void SendFirmware(const CommandSite& site, const std::string& file, std::string& status);
+  void SendCannedMessages(const CommandSite& site, const std::string& file, std::string& status);
+
+ private:
+  struct Command;
+  struct Order;
+  static const Command kCommands[10];
+
+  void run(const Order& order, std::string& status);
+  void write(const Order& order);
+  void submit();
+  void take_result(const Order& order);
+  void discard();
+  std::string body_of(const Order& order) const;
+  std::string local_path(const Order& order) const;
+
+  BusinessRulesParts parts_;
+  BusinessRules rules_;
+  link::SchedulerLink& link_;
+  link::SessionScreen& screen_;
+  platform::Trap trap_;
+  bool posted_ = false;  // the scheduler was told of the job at hand
+};
+
+}  // namespace qvrcom::rules
