@@ -1,0 +1,45 @@
+#include "images/image_generation.h"
+
+#include <gtest/gtest.h>
+
+#include "base/fault.h"
+
+namespace qvrcom::images {
+namespace {
+
+TEST(ImageGeneration, IsChosenByMachineTypeAndExactVersion) {
+  const struct {
+    const char *machine, *generation;
+    std::initializer_list<const char*> versions;
+  } rows[] = {
+      {"2",
+       "5_0",
+       {"5.00", "5.01", "5.02", "5.bm", "5.bn", "5.bp", "05.C0", "5.ca", "5.CB", "5.CC", "5.cf", "5.cg"}},
+      {"2", "5_1", {"5.10", "5.14", "5.19"}},
+      {"2", "5_2", {"5.20", "5.29"}},
+      {"2", "6_0", {"6.00", "6.09", "6.ac"}},
+      {"2", "6_1", {"6.10", "6.19", "6.20", "6.29"}},
+      {"2", "6_3", {"6.30", "6.35", "6.39"}},
+      {"2", "7_0", {"6.40", "6.45", "6.49"}},
+      {"2", "7_1", {"6.50", "6.60", "6.69"}},
+      {"2", "7_2", {"6.70", "1.05", "5.03",  "5.30",  "5.99",  "5.cb",  "5.CA", "05.c0", "5.C0", "6.AC",
+                    "6.1",  "6.1a", "6.150", "06.15", " 6.15", "6.15 ", "6,15", "",      "7.00", "5.bo"}},
+      {"3", "7_0", {"1.00", "1.09"}},
+      {"3", "7_1", {"1.10", "1.15", "1.29"}},
+      {"3", "7_2", {"1.30", "5.00", "6.ac", "1.2", "", "9.99"}},
+      {" 2 ", "6_3", {"6.35"}},
+      {"3.4", "7_1", {"1.15"}},
+      {"4", "", {"6.35", "", "1.05"}},
+      {"-2", "", {"6.35"}},
+  };
+  for (const auto& row : rows) {
+    for (const char* version : row.versions)
+      EXPECT_EQ(image_generation(row.machine, version), row.generation)
+          << row.machine << " \"" << version << '"';
+  }
+  EXPECT_THROW(image_generation("", "6.35"), base::Fault);
+  EXPECT_THROW(image_generation("40000", "6.35"), base::Fault);
+}
+
+}  // namespace
+}  // namespace qvrcom::images
