@@ -59,7 +59,8 @@ csv::RowOrder CsvTableModel::file_order() const {
 }
 
 std::uint32_t CsvTableModel::first_data_row(csv::CsvFile& file) const {
-  return (&file == file_.get() ? caption_ : file.find_caption()).rows + (header_row_ ? 1U : 0U);
+  const std::uint32_t caption = &file == file_.get() ? caption_.rows : file.find_caption().rows;
+  return caption + (header_row_ ? 1U : 0U);
 }
 
 int CsvTableModel::file_columns() const {
@@ -93,7 +94,8 @@ void CsvTableModel::set_order(csv::RowOrder order) {
   emit layoutAboutToBeChanged({}, VerticalSortHint);
   const QModelIndexList before = persistentIndexList();
   std::vector<std::uint32_t> rows;
-  for (const QModelIndex& each : before) rows.push_back(order_.file_row(static_cast<std::uint32_t>(each.row())));
+  for (const QModelIndex& each : before)
+    rows.push_back(order_.file_row(static_cast<std::uint32_t>(each.row())));
   order_ = std::move(order);
   const std::vector<int> lines = lines_of(rows);
   QModelIndexList after;
@@ -108,7 +110,8 @@ void CsvTableModel::set_order(csv::RowOrder order) {
 std::vector<int> CsvTableModel::lines_of(const std::vector<std::uint32_t>& file_rows) const {
   std::unordered_map<std::uint32_t, int> wanted;
   for (const std::uint32_t row : file_rows) {
-    const bool in_file_order = order_.sorted.empty() && row >= order_.first && row - order_.first < order_.count;
+    const bool in_file_order =
+        order_.sorted.empty() && row >= order_.first && row - order_.first < order_.count;
     wanted.emplace(row, in_file_order ? static_cast<int>(row - order_.first) : -1);
   }
   for (std::size_t line = 0; line < order_.sorted.size() && !wanted.empty(); ++line) {
@@ -116,7 +119,8 @@ std::vector<int> CsvTableModel::lines_of(const std::vector<std::uint32_t>& file_
     if (found != wanted.end()) found->second = static_cast<int>(line);
   }
   std::vector<int> lines;
-  for (const std::uint32_t row : file_rows) lines.push_back(wanted.at(row));
+  for (const std::uint32_t row : file_rows)
+    lines.push_back(wanted.at(row));
   return lines;
 }
 

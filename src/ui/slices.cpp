@@ -30,7 +30,8 @@ void Slices::run_slice() {
   clock.start();
   bool more = true;
   const auto fault = fault_of([&] {
-    while (more && clock.elapsed() < kSliceMilliseconds) more = work_.step();
+    while (more && clock.elapsed() < kSliceMilliseconds)
+      more = work_.step();
   });
   if (!fault && more) return work_.progress();
   timer_.stop();

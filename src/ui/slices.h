@@ -11,9 +11,9 @@ namespace qvrcom::ui {
 class Slices {
  public:
   struct Work {
-    std::function<bool()> step;       // a small piece; answers whether there is more to do
-    std::function<void()> progress;   // after each slice but the last
-    std::function<void()> done;       // after the last
+    std::function<bool()> step;      // a small piece; answers whether there is more to do
+    std::function<void()> progress;  // after each slice but the last
+    std::function<void()> done;      // after the last
     std::function<void(const base::Fault&)> failed;
   };
 

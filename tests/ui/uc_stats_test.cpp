@@ -1,0 +1,220 @@
+#include "ui/uc_stats.h"
+
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTest>
+
+#include "doubles/memory_bytes.h"
+#include "doubles/memory_files.h"
+#include "ui/frm_view_statistics.h"
+#include "ui/visual_components.h"
+#include "ui/widget_text.h"
+
+namespace qvrcom::ui {
+namespace {
+
+using doubles::MemoryBytes;
+
+struct OneFile : csv::ByteSources {
+  csv::FileStamp stamp(const std::string& path) const override {
+    if (path != "C:\\Stats1.csv") throw base::Fault("File not found", "Reading \"" + path + "\".");
+    return {text.size(), modified, 1};
+  }
+  std::unique_ptr<csv::ByteSource> open(const std::string&) const override {
+    ++opened;
+    return std::make_unique<MemoryBytes>(text);
+  }
+  void change(std::string changed) {
+    text = std::move(changed);
+    ++modified;
+  }
+
+  std::string text;
+  std::int64_t modified = 0;
+  mutable int opened = 0;
+};
+
+struct Grid {
+  explicit Grid(std::string text) {
+    sources.text = std::move(text);
+    grid.emplace(sources);
+    grid->resize(500, 300);
+    grid->show();
+    load("C:\\Stats1.csv");
+  }
+
+  void load(const char* path) {
+    grid->setProperty("CSVFileName", path);
+    grid->LoadAndDisplay();
+    settle();
+  }
+  void settle() {
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !grid->busy(); }, 20'000));
+  }
+  void sort_by(int column) {
+    emit table().horizontalHeader()->sectionClicked(column);
+    settle();
+  }
+  template <class Widget>
+  Widget& part(const char* name) {
+    return *grid->findChild<Widget*>(QLatin1String(name));
+  }
+  QTableView& table() { return part<QTableView>("tblStatistics"); }
+  std::string status() { return utf8(part<QLabel>("lblStatus").text()); }
+  std::string text(int line, int column) {
+    return utf8(table().model()->index(line, column).data().toString());
+  }
+  std::string current() { return utf8(table().currentIndex().data().toString()); }
+  std::string first_column() {
+    std::string all;
+    for (int line = 0; line < table().model()->rowCount(); ++line)
+      all += text(line, 0) + " ";
+    return all;
+  }
+
+  OneFile sources;
+  std::optional<ucStats> grid;
+};
+
+const std::string kSmall = "Site,Here\nName,Calls,Busy\nb,9,0\na,10,1\nc,2,2\n";
+
+std::string long_text(int rows) {
+  std::string text = "Node,Calls\n";
+  for (int i = 0; i < rows; ++i)
+    text += "MSG" + std::to_string(i) + "," + std::to_string(i * 7919 % rows) + "\n";
+  return text;
+}
+
+TEST(UcStats, ShowsAndSortsAFile) {
+  Grid grid(kSmall);
+  EXPECT_EQ(grid.status(), "3 rows, 3 columns");
+  const char* orders[] = {"c b a ", "a b c ", "b a c "};  // up, down, the file's own
+  for (const char* order : orders) {
+    grid.sort_by(1);
+    EXPECT_EQ(grid.first_column(), order);
+  }
+  grid.table().setCurrentIndex(grid.table().model()->index(0, 0));
+  QTest::keyClick(&*grid.grid, Qt::Key_S, Qt::AltModifier);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return grid.first_column() == "a b c "; }));
+  EXPECT_EQ(grid.current(), "b");
+  grid.part<QCheckBox>("chkHeaderRow").click();
+  EXPECT_EQ(grid.first_column(), "Name b a c ");
+}
+
+TEST(UcStats, SaysWhatCannotBeShown) {
+  Grid grid("a,b\n\"1,2");
+  EXPECT_EQ(grid.status(), "1 rows, 2 columns. The last row has a quotation mark that is never closed.");
+  grid.load("C:\\gone.csv");
+  EXPECT_EQ(grid.status(), "The file cannot be shown. File not found: Reading \"C:\\gone.csv\".");
+  EXPECT_EQ(grid.table().model()->rowCount(), 0);
+  grid.sources.change("");
+  grid.load("C:\\Stats1.csv");
+  EXPECT_EQ(grid.status(), "0 rows, 0 columns");
+}
+
+TEST(UcStats, ReadsAChangedFileAnewAndKeepsTheUsersPlace) {
+  constexpr int kRows = 200'000;
+  Grid grid(long_text(kRows));
+  EXPECT_EQ(grid.table().model()->rowCount(), kRows);
+  for (const bool sorted : {false, true}) {
+    if (sorted) grid.sort_by(1);
+    const QModelIndex cell = grid.table().model()->index(150'000, 1);
+    grid.table().scrollTo(cell);
+    grid.table().setCurrentIndex(cell);
+    const std::string current = grid.current();
+    const int scrolled = grid.table().verticalScrollBar()->value();
+    const int opened = grid.sources.opened;
+    grid.load("C:\\Stats1.csv");
+    EXPECT_EQ(grid.sources.opened, opened);  // unchanged: not touched
+    grid.sources.change(long_text(kRows) + "new,999999\n");
+    grid.load("C:\\Stats1.csv");
+    EXPECT_EQ(grid.sources.opened, opened + 1);
+    EXPECT_EQ(grid.table().model()->rowCount(), kRows + 1);
+    EXPECT_EQ(grid.current(), current);
+    EXPECT_EQ(grid.table().selectionModel()->selectedIndexes(), QModelIndexList{grid.table().currentIndex()});
+    EXPECT_EQ(grid.table().verticalScrollBar()->value(), scrolled);
+    EXPECT_EQ(grid.text(kRows, 0), "new");
+  }
+}
+
+TEST(UcStats, FindsNextAndPrevious) {
+  Grid grid("Name,Where\nlobby,x\nb,Lobby\nc,z\n");
+  QTest::keyClick(&grid.table(), Qt::Key_F, Qt::ControlModifier);
+  auto& text = grid.part<QLineEdit>("txtFind");
+  EXPECT_TRUE(text.isVisible());
+  QTest::keyClicks(&text, "LOBBY");
+  const std::pair<Qt::KeyboardModifiers, const char*> steps[] = {
+      {Qt::NoModifier, "Lobby"}, {Qt::NoModifier, "lobby"}, {Qt::ShiftModifier, "Lobby"}};
+  for (const auto& [modifiers, found] : steps) {
+    QTest::keyClick(&grid.table(), Qt::Key_F3, modifiers);
+    grid.settle();
+    EXPECT_EQ(grid.current(), found);
+  }
+  EXPECT_EQ(grid.status(), "Found in row 2, Where.");
+  text.setText("nowhere");
+  QTest::keyClick(&text, Qt::Key_Return);
+  grid.settle();
+  EXPECT_EQ(grid.status(), "\"nowhere\" was not found.");
+}
+
+TEST(UcStats, CopiesTheSelectionAsASpreadsheetTakesIt) {
+  Grid grid("h,i,j\n1,\"a\"\"b\",3\n4,5,6\n7,8,9\n");
+  const auto select = [&](int line, int column) {
+    grid.table().selectionModel()->select(grid.table().model()->index(line, column),
+                                          QItemSelectionModel::Select);
+  };
+  grid.table().clearSelection();
+  for (const auto& [line, column] : {std::pair{2, 0}, {0, 1}, {0, 0}, {2, 1}})
+    select(line, column);
+  select(1, 1);
+  QTest::keyClick(&grid.table(), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(utf8(QGuiApplication::clipboard()->text()), "1\t\"a\"\"b\"\n\t5\n7\t8\n");
+}
+
+TEST(UcStats, EscapeClosesTheFindLineFirst) {
+  Grid grid(kSmall);
+  int closed = 0;
+  QObject::connect(&*grid.grid, &ucStats::CloseRequested, [&] { ++closed; });
+  QTest::keyClick(&grid.table(), Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClick(&grid.part<QLineEdit>("txtFind"), Qt::Key_Escape);
+  EXPECT_FALSE(grid.part<QLineEdit>("txtFind").isVisible());
+  EXPECT_EQ(closed, 0);
+  QTest::keyClick(&grid.table(), Qt::Key_Escape);
+  EXPECT_EQ(closed, 1);
+}
+
+TEST(FrmViewStatistics, LoadsAtActivationAndEndsWhenTheGridAsks) {
+  OneFile sources;
+  sources.text = kSmall;
+  doubles::MemoryFiles files;
+  VisualComponents components;
+  EXPECT_THROW(frmViewStatistics(components, files), base::Fault);
+  components.add(ucStats::kComponentName, [](QWidget* parent) { return new QWidget(parent); });
+  EXPECT_THROW(frmViewStatistics(components, files), base::Fault);
+  components.add(ucStats::kComponentName, [&](QWidget* parent) { return new ucStats(sources, parent); });
+
+  files.content["C:\\Stats1.csv"] = "";
+  const std::pair<const char*, int> shown[] = {{"C:\\Stats1.csv", 3}, {"C:\\missing.csv", 0}};
+  for (const auto& [path, rows] : shown) {
+    frmViewStatistics dialog(components, files);
+    dialog.hand_over(path);
+    dialog.show();
+    EXPECT_EQ(dialog.windowTitle(), "Statistics");
+    auto* grid = dialog.findChild<ucStats*>("ucStats1");
+    EXPECT_EQ(grid->findChild<QTableView*>()->model()->rowCount(), rows);
+    EXPECT_EQ(grid->findChild<QLabel*>("lblStatus")->text().isEmpty(), rows == 0);
+    QTest::keyClick(grid->findChild<QTableView*>(), Qt::Key_Escape);
+    EXPECT_FALSE(dialog.isVisible());
+  }
+}
+
+}  // namespace
+}  // namespace qvrcom::ui
