@@ -34,7 +34,7 @@ void Console::report(const platform::Message& message) {
   set_status(status);
 }
 
-void Console::report(const std::string& text, const std::string& detail) {
+void Console::tell(const std::string& text, const std::string& detail) {
   platform::Message message;
   message.text = text;
   message.title = platform::kSuiteTitle;

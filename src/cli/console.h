@@ -28,7 +28,7 @@ class Console {
   void report(const platform::Message& message);
 
   // A message of the program itself, under the suite's title.
-  void report(const std::string& text, const std::string& detail = {});
+  void tell(const std::string& text, const std::string& detail = {});
 
   void set_status(const std::string& text);
   void erase_status();

@@ -29,7 +29,7 @@ class ConsoleSessions::Window : public session::SessionWindow {
     press_cancel();
   }
   void scheduler_gone(const std::string& sentence) override {
-    sessions_.console_.report(sentence);
+    sessions_.console_.tell(sentence);
     press_cancel();
   }
 

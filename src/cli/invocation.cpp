@@ -50,7 +50,7 @@ ExitCode run(const Invocation& invocation, CommandContext& context) {
   try {
     if (invocation.needs_set_up) {
       if (const auto missing = environment::missing_folders(context.machine, context.files)) {
-        context.console.report(*missing);
+        context.console.tell(*missing);
         return ExitCode::kMissing;
       }
     }
@@ -58,9 +58,9 @@ ExitCode run(const Invocation& invocation, CommandContext& context) {
     if (context.console.flush()) return code;
     throw base::Fault("Cannot write", "Standard output did not take all of the data.");
   } catch (const base::Fault& fault) {
-    context.console.report(fault.description(), fault.detail());
+    context.console.tell(fault.description(), fault.detail());
   } catch (const std::exception& error) {
-    context.console.report(error.what());
+    context.console.tell(error.what());
   }
   return ExitCode::kFailed;
 }

@@ -77,8 +77,8 @@ ExitCode list(CommandContext& context, bool as_json) {
   }
   board_table(board, context.console.out());
   for (const results::BoardProblem& problem : board.problems)
-    context.console.report(problem.file + ", line " + std::to_string(problem.line) + ": " + problem.reason,
-                           problem.text);
+    context.console.tell(problem.file + ", line " + std::to_string(problem.line) + ": " + problem.reason,
+                         problem.text);
   return ExitCode::kDone;
 }
 
@@ -102,7 +102,7 @@ ExitCode stop(CommandContext& context, const std::string& job) {
   if (text.code == ExitCode::kDone) {
     context.console.print(job + text.text);
   } else {
-    context.console.report(job + text.text);
+    context.console.tell(job + text.text);
   }
   return text.code;
 }

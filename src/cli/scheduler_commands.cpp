@@ -31,7 +31,7 @@ const char* name_of(platform::JobState state) {
 }
 
 ExitCode no_scheduler(CommandContext& context) {
-  context.console.report("No scheduler is running.", "\"qvrcomctl scheduler start\" starts it.");
+  context.console.tell("No scheduler is running.", "\"qvrcomctl scheduler start\" starts it.");
   return ExitCode::kMissing;
 }
 
@@ -48,8 +48,8 @@ ExitCode start(CommandContext& context) {
     context.ui.pump_events();
     context.clock.sleep(kLook);
   }
-  context.console.report("The scheduler did not start.",
-                         reason.empty() ? context.files.native(path) + " did not answer." : reason);
+  context.console.tell("The scheduler did not start.",
+                       reason.empty() ? context.files.native(path) + " did not answer." : reason);
   return ExitCode::kMissing;
 }
 

@@ -140,7 +140,7 @@ ExitCode import_file(CommandContext& context, const std::string& path) {
   std::string reasons;
   for (const sitebook::ImportProblem& problem : result.problems)
     reasons += path + ":" + std::to_string(problem.line) + ": " + problem.reason + "\n";
-  context.console.report("No site was added.", reasons);
+  context.console.tell("No site was added.", reasons);
   return ExitCode::kFailed;
 }
 

@@ -19,7 +19,7 @@ ExitCode StatisticsSessions::run(const std::vector<control::StatisticsOrder>& or
   for (const control::StatisticsOrder& order : orders) {
     const ExitCode one = run_one(order);
     if (one != ExitCode::kDone && orders.size() > 1 && !sessions_.cancelled())
-      console_.report(sentence_of(order, ": not done."));
+      console_.tell(sentence_of(order, ": not done."));
     code = worse(code, one);
     if (sessions_.scheduler_missing()) return code;
     if (sessions_.cancelled() && &order != &orders.back()) return ExitCode::kFailed;
@@ -42,7 +42,7 @@ ExitCode StatisticsSessions::run_one(const control::StatisticsOrder& order) {
 void StatisticsSessions::tell_cancelled() {
   const base::JobValues& job = parts_.rules.session.job;
   const bool goes_on = !job.Folder.empty() && parts_.rules.files.folder_exists(job.Folder);
-  console_.report(
+  console_.tell(
       "Cancelled.",
       goes_on ? "The scheduler still has the job; \"qvrcomctl jobs stop " + job.Name + "\" ends it." : "");
 }

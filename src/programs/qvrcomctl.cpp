@@ -69,9 +69,9 @@ int main(int argc, char** argv) {
   try {
     return static_cast<int>(run(invocation, console));
   } catch (const base::Fault& fault) {
-    console.report(fault.description(), fault.detail());
+    console.tell(fault.description(), fault.detail());
   } catch (const std::exception& error) {
-    console.report(error.what());
+    console.tell(error.what());
   }
   return static_cast<int>(cli::ExitCode::kFailed);
 }

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <stdlib.h>
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "adapters/byte_source_posix.h"
+#include "cli/command_context.h"
+#include "cli/invocation.h"
+#include "programs/suite.h"
+
+namespace qvrcom::cli {
+
+// A scheduler that is running or not, and knows one job.
+struct FakeScheduler : platform::SchedulerControl {
+  std::optional<platform::SchedulerStatus> status() override { return running; }
+  bool stop() override { return std::exchange(running, std::nullopt).has_value(); }
+  platform::StopOutcome stop_job(const std::string& job) override {
+    if (!running) return platform::StopOutcome::kNotReachable;
+    return job == "known" ? platform::StopOutcome::kStopped : platform::StopOutcome::kUnknownJob;
+  }
+  std::optional<platform::SchedulerStatus> running;
+};
+
+// A session dialog that ends at once: it leaves a file and "Completed", unless the partition is to fail.
+struct FakeScreen : link::SessionScreen {
+  void show_modal() override {
+    const base::RunValues& run = suite->session.run;
+    shown.push_back(suite->session.site.UserSiteID + "/" + run.PartitionID + " " + run.CurrentOperation);
+    const bool fails = run.PartitionID == failing_partition;
+    suite->session.run.SessionStatus = fails ? "Error" : "Completed";
+    if (fails) suite->ui.show({.text = "went wrong", .title = "ERROR"});
+    if (!fails) suite->session.run.StatsResultFile = "\\stats\\P" + run.PartitionID + ".csv";
+  }
+  programs::Suite* suite = nullptr;
+  std::string failing_partition;
+  std::vector<std::string> shown;
+};
+
+// Runs command lines in this process, below a root of their own, on real files and a real database.
+class CommandRun {
+ public:
+  CommandRun() {
+    static int count = 1;
+    static char name[] = "tests";
+    static char* arguments[] = {name, nullptr};
+    if (QCoreApplication::instance() == nullptr) new QCoreApplication(count, arguments);
+    for (const char* variable : kFolders)
+      setenv(variable, root.path().toUtf8().constData(), 1);
+  }
+  ~CommandRun() {
+    for (const char* variable : kFolders)
+      unsetenv(variable);
+  }
+
+  // Returns the exit code; what was written is in `out` and `err`.
+  int operator()(std::vector<std::string> arguments, const std::string& input = {}) {
+    std::ostringstream out_stream;
+    std::ostringstream err_stream;
+    const Invocation invocation = read_command_line(std::move(arguments), "1.2.3", out_stream, err_stream);
+    ExitCode code = invocation.exit_code;
+    if (invocation.command) code = run_command(invocation, input, out_stream, err_stream);
+    out = out_stream.str();
+    err = err_stream.str();
+    return static_cast<int>(code);
+  }
+
+  std::string path(const std::string& name) const { return root.filePath(name.c_str()).toStdString(); }
+
+  QTemporaryDir root;
+  FakeScheduler scheduler;
+  FakeScreen screen;
+  std::string out;
+  std::string err;
+
+ private:
+  static constexpr const char* kFolders[] = {"QVRCOM_ROOT", "XDG_RUNTIME_DIR"};
+
+  ExitCode run_command(const Invocation& invocation, const std::string& input, std::ostream& out_stream,
+                       std::ostream& err_stream) {
+    Console console(out_stream, err_stream, false);
+    ConsoleUserInterface ui(console, invocation.answer);
+    programs::Suite suite(ui);
+    screen.suite = &suite;
+    ConsoleSessions sessions(console, ui, suite.clock);
+    StatisticsSessions statistics(console, ui, sessions, suite.request_parts(screen));
+    environment::SetUp set_up = suite.set_up();
+    const adapters::ByteSourcesPosix byte_sources;
+    std::istringstream in(input);
+    CommandContext context{console,
+                           in,
+                           ui,
+                           suite.clock,
+                           suite.files,
+                           suite.programs,
+                           scheduler,
+                           suite.machine,
+                           suite.folders,
+                           set_up,
+                           suite.proposed_folders(),
+                           suite.sites,
+                           suite.jobs,
+                           byte_sources,
+                           statistics};
+    return run(invocation, context);
+  }
+};
+
+}  // namespace qvrcom::cli

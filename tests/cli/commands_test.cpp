@@ -1,0 +1,216 @@
+#include "cli/commands.h"
+
+#include <gmock/gmock.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <fstream>
+
+#include "cli/command_run.h"
+
+namespace qvrcom::cli {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+// On a machine that is set up and has the sites "Berne - 7" (key 1) and "Office - 1" (key 2).
+class CommandsTest : public testing::Test {
+ protected:
+  CommandsTest() {
+    EXPECT_EQ(run({"setup"}), 0);
+    EXPECT_EQ(run({"sites", "add", "--name", "Berne", "--id", "7", "--method", "2", "--lan", "192.0.2.7",
+                   "--access-code", "-", "--firmware", "6.61"},
+                  "secret\r\nnever read\n"),
+              0);
+    EXPECT_EQ(run.out, "1\n");
+    EXPECT_EQ(run({"sites", "add", "--name", "Office", "--id", "1", "--number", ""}), 0);
+  }
+
+  QJsonDocument json() const { return QJsonDocument::fromJson(QByteArray::fromStdString(run.out)); }
+  void write(const std::string& name, const std::string& text) { std::ofstream(run.path(name)) << text; }
+
+  CommandRun run;
+};
+
+TEST_F(CommandsTest, SetUpTwiceIsHarmlessAndFoldersAreNative) {
+  EXPECT_EQ(run({"setup", "--sample"}), 0);
+  EXPECT_THAT(run.out, HasSubstr("USA_Office - 101"));
+  EXPECT_EQ(run({"setup", "--sample"}), 0);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run({"folders", "--json"}), 0);
+  const QJsonObject folders = json().object();
+  EXPECT_THAT(folders.keys(), ElementsAre("application", "application-data", "database", "documents", "logs",
+                                          "messages", "same-logs", "scheduler", "statistics"));
+  EXPECT_TRUE(QFile::exists(folders["scheduler"].toString()));
+}
+
+TEST_F(CommandsTest, SitesListTellsNullEmptyAndNumberApartAndKeepsTheAccessCode) {
+  EXPECT_EQ(run({"sites", "list", "--json"}), 0);
+  const QJsonObject berne = json()[0].toObject();
+  EXPECT_EQ(berne["site-id"], QJsonValue(1));
+  EXPECT_EQ(berne["method"], QJsonValue(2));
+  EXPECT_EQ(berne["id"], QJsonValue("7"));
+  EXPECT_TRUE(berne["modem"].isNull());
+  EXPECT_FALSE(berne.contains("access-code"));
+  EXPECT_EQ(json()[1]["number"], QJsonValue(""));
+  EXPECT_EQ(run({"sites", "list"}), 0);
+  EXPECT_EQ(run.out,
+            "SITE  NAME    ID  CARD-TYPE  METHOD  LAN        MODEM  DIALUP  NUMBER  FIRMWARE\n"
+            "1     Berne   7              2       192.0.2.7                         6.61\n"
+            "2     Office  1\n");
+  EXPECT_EQ(run({"sites", "list", "--json", "--show-access-codes"}), 0);
+  EXPECT_EQ(json()[0]["access-code"], QJsonValue("secret"));
+}
+
+TEST_F(CommandsTest, SitesAreChangedByAnyKey) {
+  write("code", "from a file\nsecond line\n");
+  EXPECT_EQ(run({"sites", "edit", "Berne - 7", "--id", "8", "--unset", "firmware", "--lan", "",
+                 "--access-code-file", run.path("code")}),
+            0);
+  EXPECT_EQ(run({"sites", "list", "--json", "--show-access-codes"}), 0);
+  const QJsonObject berne = json()[0].toObject();
+  EXPECT_EQ(berne["name"], QJsonValue("Berne"));
+  EXPECT_EQ(berne["id"], QJsonValue("8"));
+  EXPECT_TRUE(berne["firmware"].isNull());
+  EXPECT_EQ(berne["lan"], QJsonValue(""));
+  EXPECT_EQ(berne["access-code"], QJsonValue("from a file"));
+  EXPECT_EQ(run({"sites", "remove", "8", "2"}), 0);
+  EXPECT_EQ(run({"sites", "list", "--json"}), 0);
+  EXPECT_EQ(json().array().size(), 0);
+}
+
+TEST_F(CommandsTest, RefusalsSayWhy) {
+  const struct {
+    std::vector<std::string> arguments;
+    const char* reason;
+  } cases[] = {
+      {{"sites", "add", "--name", "a;b"}, "Site name holds"},
+      {{"sites", "add", "--name", "x", "--id", "7"}, "belongs to another site"},
+      {{"sites", "add", "--name", "x\x1b"}, "control character"},
+      {{"sites", "edit", "99", "--name", "x"}, "No site has the key \"99\""},
+      {{"sites", "remove", "1"}, "\"1\" fits \"Berne - 7\" (key 1) and \"Office - 1\" (key 2)"},
+      {{"sites", "import", "/nowhere.csv"}, "/nowhere.csv"},
+      {{"sites", "export", "/nowhere/x.csv"}, "/nowhere/x.csv"},
+      {{"stats", "retrieve", "--site", "7", "--site", "x", "--partition", "1"}, "No site has the key \"x\""},
+  };
+  for (const auto& each : cases) {
+    EXPECT_EQ(run(each.arguments), 1);
+    EXPECT_THAT(run.err, HasSubstr(each.reason));
+    EXPECT_EQ(run.out, "");
+  }
+  EXPECT_TRUE(run.screen.shown.empty());
+}
+
+TEST_F(CommandsTest, ExportedSitesComeBackAllOrNone) {
+  const std::string file = run.path("sites.csv");
+  EXPECT_EQ(run({"sites", "export", file}), 0);
+  EXPECT_EQ(run.out, "Sites written: 2\n");
+  const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+  EXPECT_FALSE(QFile::permissions(file.c_str()) & others);
+  EXPECT_EQ(run({"sites", "import", file}), 1);
+  EXPECT_THAT(run.err, HasSubstr(file + ":2: "));
+  EXPECT_EQ(run({"sites", "remove", "7", "Office - 1"}), 0);
+  EXPECT_EQ(run({"sites", "import", file}), 0);
+  EXPECT_EQ(run({"sites", "list", "--json", "--show-access-codes"}), 0);
+  EXPECT_EQ(json()[0]["access-code"], QJsonValue("secret"));
+  EXPECT_EQ(json()[0]["method"], QJsonValue(2));
+  EXPECT_EQ(json()[1]["name"], QJsonValue("Office"));
+}
+
+TEST_F(CommandsTest, SessionsRunSitesOutsidePartitionsInsideAndAFailureStopsNone) {
+  run.screen.failing_partition = "2";
+  EXPECT_EQ(run({"stats", "retrieve", "--site", "7", "--site", "Berne - 7", "--site", "Office - 1", "--reset",
+                 "--partition", "1-3"}),
+            1);
+  const std::string operation = " Retrieve Reset Statistics for Partition ";
+  EXPECT_THAT(run.screen.shown, ElementsAre("7/1" + operation, "7/2" + operation, "7/3" + operation,
+                                            "1/1" + operation, "1/2" + operation, "1/3" + operation));
+  EXPECT_EQ(run.out, "/stats/P1.csv\n/stats/P3.csv\n/stats/P1.csv\n/stats/P3.csv\n");
+  EXPECT_EQ(run.err,
+            "ERROR: went wrong\nQVRCOM+: Berne - 7, partition 2: not done.\n"
+            "ERROR: went wrong\nQVRCOM+: Office - 1, partition 2: not done.\n");
+  run.screen.shown.clear();
+  EXPECT_EQ(run({"stats", "reset", "--site", "7", "--partition", "4"}), 0);
+  EXPECT_THAT(run.screen.shown, ElementsAre("7/4 Reset Statistics for Partition "));
+}
+
+TEST_F(CommandsTest, ABusySessionNamesItsOwner) {
+  adapters::SessionLockQt lock(run.path("run"));
+  const auto hold = lock.try_acquire();
+  ASSERT_NE(hold.hold, nullptr);
+  EXPECT_EQ(run({"stats", "reset", "--site", "7", "--partition", "4"}), 1);
+  EXPECT_THAT(run.err, HasSubstr("(process " + std::to_string(QCoreApplication::applicationPid()) + ")"));
+  EXPECT_TRUE(run.screen.shown.empty());
+}
+
+TEST_F(CommandsTest, StatisticsAreShownAsTextAndAsJson) {
+  write("x.csv", "SiteName,\x1b[1m\r\n\r\nLine,Calls,Busy\r\n1,\"2\r\n3\",\xFC\r\nlast\r\n");
+  EXPECT_EQ(run({"stats", "show", run.path("x.csv")}), 0);
+  EXPECT_EQ(run.out,
+            "SiteName: \\x1B[1m\n\n"
+            "Line  Calls       Busy\n"
+            "1     2\\x0D\\x0A3  \xC3\xBC\n"
+            "last\n");
+  EXPECT_EQ(run({"stats", "show", "--json", run.path("x.csv")}), 0);
+  EXPECT_EQ(run.out,
+            "{\"caption\":[[\"SiteName\",\"\\u001b[1m\"]],\n\"file\":\"" + run.path("x.csv") +
+                "\",\n\"rows\":[\n[\"Line\",\"Calls\",\"Busy\"],\n[\"1\",\"2\\r\\n3\",\"\xC3\xBC\"],\n"
+                "[\"last\"]\n]}\n");
+  EXPECT_TRUE(json().isObject());
+  write("empty.csv", "");
+  EXPECT_EQ(run({"stats", "show", "--json", run.path("empty.csv")}), 0);
+  EXPECT_EQ(json()["rows"].toArray().size(), 0);
+}
+
+TEST_F(CommandsTest, JobsOfAllListsStandSideBySide) {
+  const std::string scheduler = run.path("AppData/Corbelin/QVRCOM+/Scheduler/");
+  const std::string line =
+      "46341.5;15/11/2026 12:00:00^Retrieve Statistics for Partition 3^Berne^7^46341.5^^^1^;"
+      "\\s\\Nov1526120000001\\Nov1526120000001.scr;\r\n";
+  std::ofstream(scheduler + "index.sch") << line << "damaged \x1b\r\n";
+  std::ofstream(scheduler + "completed.sch") << line;
+  EXPECT_EQ(run({"jobs", "list"}), 0);
+  EXPECT_THAT(run.out, HasSubstr("Nov1526120000001  index, completed  15/11/2026 12:00:00  Berne - 7  "));
+  EXPECT_THAT(run.err, HasSubstr("index.sch, line 2: "));
+  EXPECT_THAT(run.err, Not(HasSubstr("\x1b")));
+  EXPECT_EQ(run({"jobs", "list", "--json"}), 0);
+  const QJsonObject job = json()["jobs"][0].toObject();
+  EXPECT_EQ(job["start"], QJsonValue("2026-11-15T12:00:00"));
+  EXPECT_EQ(job["lists"].toArray(), (QJsonArray{"index", "completed"}));
+  EXPECT_EQ(json()["problems"][0]["line"], QJsonValue(2));
+}
+
+TEST_F(CommandsTest, TheSchedulerIsAskedAndStopped) {
+  EXPECT_EQ(run({"scheduler", "status"}), 3);
+  EXPECT_EQ(run({"scheduler", "stop"}), 3);
+  EXPECT_EQ(run({"jobs", "stop", "known"}), 3);
+  run.scheduler.running = platform::SchedulerStatus();
+  run.scheduler.running->version = "9.9";
+  run.scheduler.running->process = 42;
+  run.scheduler.running->jobs = {{"J1", "Something", platform::JobState::kLeftAlone}};
+  EXPECT_EQ(run({"scheduler", "start"}), 0);
+  EXPECT_EQ(run({"scheduler", "status"}), 0);
+  EXPECT_EQ(run.out, "JobPilot 9.9, process 42\nJ1  left alone  Something\n");
+  EXPECT_EQ(run({"scheduler", "status", "--json"}), 0);
+  EXPECT_EQ(json()["process"], QJsonValue(42));
+  EXPECT_TRUE(json()["running-job"].isNull());
+  EXPECT_EQ(json()["jobs"][0]["state"], QJsonValue("left alone"));
+  EXPECT_EQ(run({"jobs", "stop", "known"}), 0);
+  EXPECT_EQ(run({"jobs", "stop", "other"}), 1);
+  EXPECT_EQ(run({"scheduler", "stop"}), 0);
+}
+
+TEST_F(CommandsTest, AMissingDatabaseIsAFaultAndNoneIsMade) {
+  const std::string file = run.path("AppData/Corbelin/QVRCOM+/Database/NewDB.mdb");
+  ASSERT_TRUE(QFile::remove(file.c_str()));
+  EXPECT_EQ(run({"sites", "list"}), 1);
+  EXPECT_THAT(run.err, HasSubstr(file));
+  EXPECT_FALSE(QFile::exists(file.c_str()));
+}
+
+}  // namespace
+}  // namespace qvrcom::cli

@@ -1,0 +1,127 @@
+#include "cli/console.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "cli/console_user_interface.h"
+#include "cli/partition_list.h"
+#include "cli/printable.h"
+
+namespace qvrcom::cli {
+namespace {
+
+TEST(Printable, LetsNoControlThrough) {
+  const struct {
+    const char* text;
+    const char* shown;
+  } cases[] = {
+      {"plain ~", "plain ~"},
+      {"Zürich €", "Zürich €"},
+      {"\x1b[31m", "\\x1B[31m"},
+      {"a\tb\nc\x7f", "a\\x09b\\x0Ac\\x7F"},
+      {"\xC2\x9B"
+       "31m",
+       "\\xC2\\x9B31m"},
+      {"\xC2\xA0", "\xC2\xA0"},
+      {"\xFF\xC3", "\\xFF\\xC3"},
+      {"\xC3(", "\\xC3("},
+      {"\xED\xA0\x80", "\\xED\\xA0\\x80"},
+  };
+  for (const auto& each : cases)
+    EXPECT_EQ(printable(each.text), each.shown);
+  EXPECT_EQ(printable(std::string_view("\0", 1)), "\\x00");
+  EXPECT_EQ(width_of("Zü€"), 3U);
+  EXPECT_EQ(clipped("Zürich", 2), "Zü");
+}
+
+TEST(PartitionList, ReadsNumbersAndRanges) {
+  const struct {
+    const char* text;
+    std::optional<std::vector<int>> partitions;
+  } cases[] = {
+      {"3", {{3}}},
+      {"1-4", {{1, 2, 3, 4}}},
+      {"1,4,7", {{1, 4, 7}}},
+      {"9,1-2, 64", {{9, 1, 2, 64}}},
+      {"2,1-3", {{2, 1, 3}}},
+      {"5-5", {{5}}},
+      {"", {}},
+      {"0", {}},
+      {"65", {}},
+      {"1-65", {}},
+      {"4-1", {}},
+      {"1,", {}},
+      {"-3", {}},
+      {"1-2-3", {}},
+      {"+1", {}},
+      {"1x", {}},
+      {"99999999999", {}},
+      {"a", {}},
+  };
+  for (const auto& each : cases)
+    EXPECT_EQ(parse_partitions(each.text), each.partitions) << each.text;
+}
+
+TEST(Console, PrintsBoxesWithTheirDetailIndented) {
+  std::ostringstream out;
+  std::ostringstream err;
+  Console console(out, err, false);
+  console.set_status("unseen on a pipe");
+  console.report({.text = "One\r\nTwo \x1b", .title = "QVRCOM+", .detail = "why\nwhat to do"});
+  console.report({.text = "no title"});
+  EXPECT_EQ(err.str(), "QVRCOM+: One\nTwo \\x1B\n  why\n  what to do\nqvrcomctl: no title\n");
+  EXPECT_EQ(out.str(), "");
+}
+
+TEST(Console, RewritesOneStatusLineOnATerminal) {
+  std::ostringstream out;
+  std::ostringstream err;
+  {
+    Console console(out, err, true);
+    console.set_status("Working\x1b");
+    console.set_status("Done");
+    console.set_status("Done");
+    console.report({.text = "box", .title = "T"});
+  }
+  EXPECT_EQ(err.str(),
+            "\rWorking\\x1B"
+            "\rDone       \rDone"
+            "\r    \rT: box\n"
+            "\rDone"
+            "\r    \r");
+}
+
+TEST(ConsoleUserInterface, AnswersSafelyAndPrintsABoxOnce) {
+  using platform::Button;
+  using platform::Buttons;
+  const struct {
+    Buttons buttons;
+    std::optional<Button> given;
+    Button answer;
+  } cases[] = {
+      {Buttons::kOk, {}, Button::kOk},
+      {Buttons::kOk, Button::kNo, Button::kOk},
+      {Buttons::kOkCancel, {}, Button::kCancel},
+      {Buttons::kOkCancel, Button::kOk, Button::kOk},
+      {Buttons::kOkCancel, Button::kYes, Button::kCancel},
+      {Buttons::kYesNoCancel, {}, Button::kCancel},
+      {Buttons::kYesNoCancel, Button::kNo, Button::kNo},
+  };
+  for (const auto& each : cases) {
+    std::ostringstream out;
+    std::ostringstream err;
+    Console console(out, err, false);
+    ConsoleUserInterface ui(console, each.given);
+    const platform::Message box{.text = "Sure?", .title = "T", .buttons = each.buttons};
+    EXPECT_EQ(ui.show(box), each.answer);
+    ui.show(box);
+    EXPECT_EQ(err.str(), "T: Sure?\n");
+    ui.begin_run();
+    ui.show(box);
+    EXPECT_EQ(err.str(), "T: Sure?\nT: Sure?\n");
+  }
+}
+
+}  // namespace
+}  // namespace qvrcom::cli

@@ -1,0 +1,94 @@
+#include "cli/invocation.h"
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+
+#include "base/text.h"
+#include "cli/command_run.h"
+
+namespace qvrcom::cli {
+namespace {
+
+using testing::HasSubstr;
+
+TEST(CommandLine, WrongUsageIsToldBeforeAnythingIsTouched) {
+  const struct {
+    std::vector<std::string> arguments;
+    int code;
+    const char* first_line;  // of standard error
+  } cases[] = {
+      {{}, 2, "A subcommand is required"},
+      {{"bogus"}, 2, "A subcommand is required"},
+      {{"sites"}, 2, "A subcommand is required"},
+      {{"folders", "extra"}, 2, "The following argument was not expected: extra"},
+      {{"folders", "--yaml"}, 2, "The following argument was not expected: --yaml"},
+      {{"--answer", "maybe", "folders"}, 2, "--answer: maybe not in {yes,no,ok,cancel}"},
+      {{"sites", "edit", "--name", "x"}, 2, "SITE is required"},
+      {{"sites", "edit", "7"}, 2, "sites edit: no column is given"},
+      {{"sites", "edit", "7", "--unset", "colour"},
+       2,
+       "--unset: colour not in {name,id,card-type,method,lan,modem,access-code,dialup,number,firmware}"},
+      {{"sites", "remove"}, 2, "SITE is required"},
+      {{"sites", "add", "--access-code", "x", "--access-code-file", "y"},
+       2,
+       "--access-code excludes --access-code-file"},
+      {{"stats", "retrieve", "--partition", "1"}, 2, "--site is required"},
+      {{"stats", "retrieve", "--site", "1"}, 2, "--partition is required"},
+      {{"stats", "retrieve", "--site", "1", "2", "--partition", "3"},
+       2,
+       "The following argument was not expected: 2"},
+      {{"stats", "reset", "--site", "1", "--partition", "1-65"},
+       2,
+       "--partition: \"1-65\" is no list of partitions: 3, 1-8 or 1,4,7, each from 1 to 64"},
+      {{"stats", "reset", "--site", "1", "--partition", "3", "--reset"},
+       2,
+       "The following argument was not expected: --reset"},
+      {{"jobs", "stop"}, 2, "JOB is required"},
+      {{"setup", "--sample-address", "x"}, 2, "--sample-address requires --sample"},
+      {{"--version"}, 0, ""},
+      {{"--help"}, 0, ""},
+      {{"stats", "retrieve", "--help"}, 0, ""},
+  };
+  CommandRun run;
+  for (const auto& each : cases) {
+    EXPECT_EQ(run(each.arguments), each.code) << each.first_line;
+    EXPECT_EQ(run.err.substr(0, run.err.find('\n')), each.first_line);
+    EXPECT_EQ(run.out.empty(), each.code != 0);
+  }
+  EXPECT_TRUE(QDir(run.root.path()).isEmpty());
+}
+
+TEST(CommandLine, EveryCommandHasHelp) {
+  CommandRun run;
+  for (const char* command :
+       {"setup", "folders", "sites list", "sites add", "sites edit", "sites remove", "sites import",
+        "sites export", "stats retrieve", "stats reset", "stats show", "jobs list", "jobs stop",
+        "scheduler start", "scheduler status", "scheduler stop"}) {
+    std::vector<std::string> arguments;
+    for (const auto word : base::split(command, " "))
+      arguments.emplace_back(word);
+    arguments.emplace_back("--help");
+    EXPECT_EQ(run(arguments), 0);
+    EXPECT_THAT(run.out, HasSubstr(std::string("Usage: qvrcomctl ") + command));
+  }
+}
+
+TEST(CommandLine, WithoutSetUpTheOneMessageSaysSo) {
+  CommandRun run;
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"folders"},
+                                                    {"sites", "list"},
+                                                    {"stats", "retrieve", "--site", "1", "--partition", "1"},
+                                                    {"jobs", "list"},
+                                                    {"scheduler", "start"}}) {
+    EXPECT_EQ(run(arguments), 3);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err,
+              "QVRCOM+: The application-data folder of QVRCOM+ is not there. Run \"qvrcomctl setup\".\n");
+  }
+  EXPECT_EQ(run({"stats", "show", "/nowhere.csv"}), 1);
+  EXPECT_THAT(run.err, HasSubstr("/nowhere.csv"));
+}
+
+}  // namespace
+}  // namespace qvrcom::cli
