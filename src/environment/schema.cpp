@@ -7,6 +7,7 @@
 #include "base/fault.h"
 #include "base/number.h"
 #include "environment/device_tables.h"
+#include "environment/statistics_tables.h"
 
 namespace qvrcom::environment {
 namespace {
@@ -80,8 +81,20 @@ void create_tables(platform::Database& database) {
   }
 }
 
+// Gives the statistics tables, until then keys alone, columns for what is decoded. Rows that are there keep
+// nulls in them and belong to no site.
+void widen_statistics(platform::Database& database) {
+  for (const StatisticsTable& table : statistics_tables()) {
+    for (const std::string_view column : statistics_columns(table)) {
+      if (column == "ConfigID" || column == "PartitionID") continue;
+      database.run("ALTER TABLE " + quoted(table.name) + " ADD COLUMN " + quoted(column) +
+                   (is_statistics_text(column) ? " TEXT" : " INTEGER"));
+    }
+  }
+}
+
 // Step i leads from version i to version i + 1.
-constexpr std::array<void (*)(platform::Database&), kSchemaVersion> kSteps{create_tables};
+constexpr std::array<void (*)(platform::Database&), kSchemaVersion> kSteps{create_tables, widen_statistics};
 
 // "QVRC": marks a file as the suite's own.
 constexpr std::int32_t kApplicationId = 0x51565243;
@@ -124,11 +137,13 @@ int migrate(platform::Database& database) {
 void require_schema(platform::Database& database) {
   const int version = schema_version(database);
   if (version > kSchemaVersion) refuse_newer(version);
-  if (version < kSchemaVersion) {
-    throw base::Fault("Database is not set up", "The database has schema version " + std::to_string(version) +
-                                                    ", this program needs " + std::to_string(kSchemaVersion) +
-                                                    ". Run \"qvrcomctl setup\".");
-  }
+  if (version == kSchemaVersion) return;
+  const std::string detail = "The database has schema version " + std::to_string(version) +
+                             ", this program needs " + std::to_string(kSchemaVersion) +
+                             ". Run \"qvrcomctl setup\"";
+  if (version == 0) throw base::Fault("Database is not set up", detail + ".");
+  throw base::Fault("Database is too old",
+                    detail + ": it brings the database up to date and keeps its rows.");
 }
 
 }  // namespace qvrcom::environment

@@ -5,7 +5,7 @@
 namespace qvrcom::environment {
 
 // The version that the programs of this tree read and write. docs/formats/database.md describes it.
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2;
 
 // 0 for an empty database. Fault when it holds another program's tables.
 int schema_version(platform::Database& database);

@@ -195,7 +195,7 @@ TEST_F(DatabaseTest, RefusesTablesOfOthersAndNewerSchemas) {
   write_database_file("");
   EXPECT_EQ(fault_of([&] { environment::DataBase(engine, folders).run("Get_AllSites"); }),
             "Database is not set up");
-  EXPECT_THAT(set_up(), testing::Contains(testing::HasSubstr("schema version 0 to 1")));
+  EXPECT_THAT(set_up(), testing::Contains(testing::HasSubstr("schema version 0 to 2")));
 }
 
 }  // namespace

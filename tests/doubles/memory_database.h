@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/fault.h"
+#include "environment/schema.h"
 #include "platform/database.h"
 
 namespace qvrcom::doubles {
@@ -41,7 +42,7 @@ class MemoryDatabase : public platform::DatabaseEngine {
   std::vector<Statement> statements;  // without the look at the schema
   std::string refusal;                // when set, opening fails with it
   std::string application = "1364611651";
-  std::string version = "1";
+  std::string version = std::to_string(environment::kSchemaVersion);
   int opened = 0;
 
  private:
