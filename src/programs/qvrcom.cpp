@@ -1,0 +1,122 @@
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QThread>
+#include <cstdio>
+
+#include "programs/statistics_windows.h"
+#include "ui/attempt.h"
+#include "ui/first_start.h"
+#include "ui/jobs_page.h"
+#include "ui/main_window.h"
+#include "ui/message_boxes.h"
+#include "ui/sites_page.h"
+#include "ui/statistics_page.h"
+#include "ui/uc_stats.h"
+#include "ui/widget_text.h"
+
+namespace {
+
+using namespace qvrcom;
+
+enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2, kNotSetUp = 3 };
+
+constexpr int kPictureLimit = 30'000;  // milliseconds for a file to be read
+
+int complain(const std::string& text, ExitCode code) {
+  std::fprintf(stderr, "%s\n", text.c_str());
+  return code;
+}
+
+// Draws the viewer with a file into a picture, as it would stand on the screen.
+int write_picture(const QString& csv_file, const QString& picture) {
+  const adapters::ByteSourcesPosix sources;
+  const adapters::FilesPosix files;
+  if (!files.file_exists(ui::utf8(csv_file)))
+    return complain("There is no file \"" + ui::utf8(csv_file) + "\".", kFailed);
+  ui::VisualComponents components;
+  ui::ucStats* grid = nullptr;
+  components.add(ui::ucStats::kComponentName, [&](QWidget* parent) {
+    grid = new ui::ucStats(sources, parent);
+    return grid;
+  });
+  ui::frmViewStatistics viewer(components, files);
+  viewer.hand_over(ui::utf8(csv_file));
+  viewer.show();
+  QElapsedTimer taken;
+  taken.start();
+  do {
+    QCoreApplication::processEvents();
+    QThread::msleep(5);
+  } while (grid->busy() && taken.elapsed() < kPictureLimit);
+  if (!viewer.grab().save(picture))
+    return complain("The picture \"" + ui::utf8(picture) + "\" cannot be written.", kFailed);
+  return kDone;
+}
+
+int run_desktop() {
+  ui::MessageBoxes boxes;
+  programs::Suite suite(boxes);
+  if (!ui::prepare_machine({boxes, suite.machine, suite.files}, suite.set_up(), suite.proposed_folders()))
+    return kNotSetUp;
+
+  programs::StatisticsWindows windows(suite);
+  ui::MainWindow window;
+  auto* statistics = new ui::StatisticsPage(windows.parts());
+  window.add_page(QStringLiteral("Stat&istics"), statistics);
+  auto* sites = new ui::SitesPage({suite.sites, boxes, suite.files, windows.chooser()});
+  window.add_page(QStringLiteral("Si&tes"), sites);
+  window.add_page(QStringLiteral("&Jobs"),
+                  new ui::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs,
+                                    suite.files, suite.folders, boxes, windows.logs()}));
+  QObject::connect(sites, &ui::SitesPage::sites_changed, statistics, &ui::StatisticsPage::reload_sites);
+  window.show();
+  return QApplication::exec();
+}
+
+// A picture, help and version need no screen.
+void choose_platform(const QStringList& arguments) {
+  for (const char* option : {"--picture", "--help", "-h", "--version", "-v"}) {
+    for (const QString& argument : arguments) {
+      const bool same = argument == QLatin1String(option) || argument.startsWith(QLatin1String("--picture="));
+      if (same) qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  choose_platform(QStringList(argv + 1, argv + argc));
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("qvrcom"));
+  QApplication::setApplicationVersion(QStringLiteral(QVRCOM_VERSION));
+
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral("The desktop of QVRCOM+."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  const QCommandLineOption picture(QStringLiteral("picture"),
+                                   QStringLiteral("Write a picture (PNG) of the statistics viewer and end."),
+                                   QStringLiteral("FILE"));
+  const QCommandLineOption view(QStringLiteral("view"),
+                                QStringLiteral("The statistics file that the picture shows."),
+                                QStringLiteral("CSV"));
+  parser.addOptions({picture, view});
+  parser.process(application);
+  if (parser.isSet(picture) != parser.isSet(view) || !parser.positionalArguments().isEmpty())
+    return complain("Usage: qvrcom [--picture FILE --view CSV]", kWrongUsage);
+
+  int code = kNotSetUp;
+  ui::MessageBoxes boxes;
+  const bool picture_only = parser.isSet(picture);
+  const auto run = [&] {
+    code = picture_only ? write_picture(parser.value(view), parser.value(picture)) : run_desktop();
+  };
+  if (picture_only) {
+    if (const auto fault = ui::fault_of(run)) return complain(ui::sentence_of(*fault), kFailed);
+  } else {
+    ui::attempt(boxes, "QVRCOM+ cannot be used on this PC.", run);
+  }
+  return code;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "adapters/byte_source_posix.h"
+#include "programs/suite.h"
+#include "session/session_run.h"
+#include "ui/file_chooser.h"
+#include "ui/frm_response.h"
+#include "ui/frm_view_statistics.h"
+#include "ui/session_logs.h"
+#include "ui/uc_statistics_main.h"
+#include "ui/visual_components.h"
+
+namespace qvrcom::programs {
+
+// What the statistics control needs beside the suite: session dialog, viewer and file chooser. A host makes
+// one and hands parts() to the control.
+class StatisticsWindows {
+ public:
+  explicit StatisticsWindows(Suite& suite);
+  StatisticsWindows(const StatisticsWindows&) = delete;
+  StatisticsWindows& operator=(const StatisticsWindows&) = delete;
+
+  ui::StatisticsMainParts parts() { return {suite_.request_parts(screen_), viewer_, chooser_}; }
+  const ui::SessionLogs& logs() const { return logs_; }
+  ui::FileChooserQt& chooser() { return chooser_; }
+  ui::VisualComponents& components() { return components_; }
+
+ private:
+  Suite& suite_;
+  adapters::ByteSourcesPosix sources_;
+  ui::SessionLogs logs_;
+  ui::ResponseDialogs dialogs_;
+  session::SessionRun screen_;
+  ui::VisualComponents components_;
+  ui::StatisticsViewerWindow viewer_;
+  ui::FileChooserQt chooser_;
+};
+
+}  // namespace qvrcom::programs
