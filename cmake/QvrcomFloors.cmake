@@ -39,15 +39,21 @@ function(qvrcom_program name)
   target_link_libraries(${name} PRIVATE ${PROGRAM_LINKS})
 endfunction()
 
-# qvrcom_tests(FOLDER LINKS library...): tests/FOLDER/*_test.cpp become one test program.
+# qvrcom_tests(FOLDER LINKS library...): tests/FOLDER/*_test.cpp become one test program. A folder whose
+# tests need more than a bare start has a main.cpp of its own.
 function(qvrcom_tests folder)
   cmake_parse_arguments(TESTS "" "" "LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*_test.cpp)
   if(NOT sources)
     return()
   endif()
+  set(main GTest::gtest_main)
+  if(EXISTS ${CMAKE_SOURCE_DIR}/tests/${folder}/main.cpp)
+    list(APPEND sources ${CMAKE_SOURCE_DIR}/tests/${folder}/main.cpp)
+    set(main GTest::gtest)
+  endif()
   add_executable(qvrcom_${folder}_tests ${sources})
-  target_link_libraries(qvrcom_${folder}_tests PRIVATE qvrcom_doubles ${TESTS_LINKS} GTest::gmock GTest::gtest_main)
+  target_link_libraries(qvrcom_${folder}_tests PRIVATE qvrcom_doubles ${TESTS_LINKS} GTest::gmock ${main})
   add_test(NAME ${folder} COMMAND qvrcom_${folder}_tests)
   set_tests_properties(${folder} PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()

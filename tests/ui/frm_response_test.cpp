@@ -1,0 +1,123 @@
+#include "ui/frm_response.h"
+
+#include <gmock/gmock.h>
+
+#include <QLabel>
+#include <QPushButton>
+#include <QTextEdit>
+
+#include "ui/memory_windows.h"
+#include "ui/modal_driver.h"
+
+namespace qvrcom::ui {
+namespace {
+
+struct ResponseDialogTest : ::testing::Test {
+  QPushButton& button() { return child<QPushButton>(dialog, "cmdCancel"); }
+  QLabel& label(const char* name) { return child<QLabel>(dialog, name); }
+  // Lets the driver and the timer run, as the wait for the scheduler does.
+  static void pump(int milliseconds) { QTest::qWait(milliseconds); }
+
+  bool error = false;
+  int cancels = 0;
+  int ticks = 0;
+  int logs = 0;
+  ResponseDialog dialog{{[this] { return error; }, [this](QWidget*) { ++logs; }}};
+  ResponseHandlers handlers{[] {},
+                            [this] {
+                              ++cancels;
+                              dialog.close();
+                            },
+                            [this] { ++ticks; }};
+};
+
+TEST_F(ResponseDialogTest, ComesBackAfterTheActivationHasUnwound) {
+  bool unwound = false;
+  handlers.Form_Activate = [&] {
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(QApplication::activeModalWidget(), &dialog);
+    QTest::keyClick(&button(), Qt::Key_Return);
+    EXPECT_FALSE(dialog.isVisible());
+    pump(20);
+    unwound = true;
+  };
+  dialog.run(handlers);
+  EXPECT_TRUE(unwound);
+  EXPECT_EQ(cancels, 1);
+}
+
+TEST_F(ResponseDialogTest, TakesCloseBoxAndEscapeForTheButton) {
+  using Way = void (*)(ResponseDialog&);
+  const Way ways[] = {[](ResponseDialog& window) { static_cast<QWidget&>(window).close(); },
+                      [](ResponseDialog& window) { QTest::keyClick(&window, Qt::Key_Escape); }};
+  for (const Way way : ways) {
+    cancels = 0;
+    handlers.Form_Activate = [&] {
+      dialog.set_cancel_enabled(false);
+      way(dialog);
+      dialog.set_cancel_enabled(true);
+      dialog.set_cancel_visible(false);
+      way(dialog);
+      EXPECT_EQ(cancels, 0);
+      EXPECT_TRUE(dialog.isVisible());
+      dialog.set_cancel_visible(true);
+      way(dialog);
+    };
+    dialog.run(handlers);
+    EXPECT_EQ(cancels, 1);
+  }
+}
+
+TEST_F(ResponseDialogTest, BlinksWithoutMovingAnything) {
+  handlers.Form_Activate = [&] {
+    dialog.set_info("Communicating with QVR+/RDN");
+    dialog.set_hint("To cancel, press the cancel button and stop the session in JobPilot");
+    dialog.set_timer(true);
+    pump(20);
+    const QPoint before = label("lblCancelCommInfo").pos();
+    dialog.set_info_visible(false);
+    pump(1100);
+    EXPECT_EQ(label("lblCancelCommInfo").pos(), before);
+    EXPECT_EQ(ticks, 2);
+    dialog.set_timer(false);
+    pump(600);
+    EXPECT_EQ(ticks, 2);
+    EXPECT_FALSE(child<QTextEdit>(dialog, "RichTextBox1").isVisible());
+    dialog.set_cancel("OK");
+    EXPECT_EQ(button().text(), "&OK");
+    button().click();
+  };
+  dialog.run(handlers);
+}
+
+TEST_F(ResponseDialogTest, TellsOfAMissingSchedulerAndLeavesCancelToTheUser) {
+  handlers.Form_Activate = [&] {
+    dialog.set_timer(true);
+    dialog.scheduler_gone("JobPilot has gone.");
+    EXPECT_EQ(label("lblNotice").text(), "JobPilot has gone.");
+    EXPECT_TRUE(label("lblNotice").isVisible());
+    EXPECT_EQ(cancels, 0);
+    dialog.set_timer(false);
+    EXPECT_FALSE(label("lblNotice").isVisible());
+    button().click();
+  };
+  dialog.run(handlers);
+}
+
+TEST_F(ResponseDialogTest, OffersTheLogAfterAnErrorOnly) {
+  for (const bool ended_badly : {false, true}) {
+    error = ended_badly;
+    const ModalDriver driver({[&](QWidget&) {
+      auto& open = child<QPushButton>(dialog, "cmdOpenLog");
+      QTest::qWait(20);
+      EXPECT_EQ(open.isVisible(), ended_badly);
+      open.click();
+      button().click();
+    }});
+    dialog.run(handlers);
+  }
+  EXPECT_EQ(logs, 2);
+}
+
+}  // namespace
+}  // namespace qvrcom::ui

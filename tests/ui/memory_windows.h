@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QCoreApplication>
+
+#include "session/memory_suite.h"
+#include "ui/frm_response.h"
+#include "ui/statistics_page.h"
+
+namespace qvrcom::ui {
+
+struct OpenLock : platform::SessionLock {
+  Attempt try_acquire() override { return {std::make_unique<platform::SessionLockHold>(), {}}; }
+};
+
+// The statistics control with real windows on a memory suite with the sites given; what viewer and chooser
+// are told is kept.
+struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
+  explicit MemoryWindows(const std::vector<const char*>& site_names) {
+    std::vector<std::vector<base::Field>> rows;
+    for (const char* name : site_names)
+      rows.push_back({std::to_string(7 + rows.size()), name, std::to_string(101 + rows.size()), std::nullopt,
+                      "0", "10.0.0.5", "10", "secret", "", "", "6.62"});
+    suite.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
+    suite.engine.answer(
+        "FROM Site",
+        {"SiteID", "User_Defined_Site_Name", "User_Defined_Site_ID", "ControlCardType", "ConnectMethodID",
+         "IPLAN", "IPMODEM", "AccessCode", "DialupConnection", "NumberToDial", "FirmwareVersion"},
+        rows);
+    suite.session.site = {};
+    suite.ui.on_pump = [this] {
+      suite.channel.deliver();
+      QCoreApplication::processEvents();
+    };
+  }
+
+  void hand_over(const std::string& csv_file) override { viewed.push_back(csv_file); }
+  void show_modal() override {}
+  std::optional<std::string> open_file(const control::FileChoice&) override { return chosen; }
+
+  StatisticsMainParts parts() { return {{suite.parts().rules, database, gate, screen}, *this, *this}; }
+
+  session::MemorySuite suite;
+  OpenLock lock;
+  std::vector<std::string> viewed;
+  std::optional<std::string> chosen;
+  int logs_opened = 0;
+  ResponseDialogs dialogs{
+      {[this] { return suite.session.run.SessionStatus == "Error"; }, [this](QWidget*) { ++logs_opened; }}};
+  session::SessionRun screen{suite.parts(), dialogs};
+  session::SessionGate gate{lock, suite.ui};
+  environment::DataBase database{suite.engine, suite.folders};
+};
+
+}  // namespace qvrcom::ui

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace qvrcom::ui {
+
+// Acts on modal windows as they come up, one step a window in the order given. A window that nobody expected,
+// or one that outlives its step, is closed, so that a test fails instead of hanging.
+class ModalDriver {
+ public:
+  using Step = std::function<void(QWidget& window)>;
+
+  explicit ModalDriver(std::vector<Step> steps) : steps_(std::move(steps)) {
+    QObject::connect(&timer_, &QTimer::timeout, [this] { look(); });
+    timer_.start(5);
+  }
+  ~ModalDriver() { EXPECT_EQ(next_, steps_.size()) << "windows that never came up"; }
+
+ private:
+  void look() {
+    QWidget* window = QApplication::activeModalWidget();
+    if (window == nullptr || !window->isVisible()) return;
+    if (window != last_ && next_ < steps_.size()) {
+      last_ = window;
+      age_.start();
+      // Queued, so that the driver goes on looking while a step has opened a window itself.
+      QTimer::singleShot(0, window, [step = steps_[next_++], window] { step(*window); });
+      return;
+    }
+    if (window == last_ && age_.elapsed() < 3000) return;
+    ADD_FAILURE() << "unexpected window: " << window->windowTitle().toStdString();
+    if (auto* dialog = qobject_cast<QDialog*>(window)) dialog->done(0);
+  }
+
+  std::vector<Step> steps_;
+  std::size_t next_ = 0;
+  QPointer<QWidget> last_;
+  QElapsedTimer age_;
+  QTimer timer_;
+};
+
+// The only child of this type and name.
+template <class Widget>
+Widget& child(const QWidget& window, const char* name) {
+  auto* found = window.findChild<Widget*>(QLatin1String(name));
+  if (found == nullptr) throw std::runtime_error(std::string("no element ") + name);
+  return *found;
+}
+
+// A key as the window system brings it: mnemonics and the focus decide who gets it.
+inline void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  QTest::keyClick(window.window()->windowHandle(), key, modifiers);
+}
+
+// Alt and a letter, as the captions underline it. A button is pressed for a tenth of a second before it acts.
+inline void mnemonic(QWidget& window, Qt::Key key) {
+  press(window, key, Qt::AltModifier);
+  QTest::qWait(150);
+}
+
+}  // namespace qvrcom::ui
