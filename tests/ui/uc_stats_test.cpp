@@ -48,6 +48,7 @@ struct Grid {
     grid.emplace(sources);
     grid->resize(500, 300);
     grid->show();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&*grid));
     load("C:\\Stats1.csv");
   }
 
