@@ -42,6 +42,11 @@ void Console::tell(const std::string& text, const std::string& detail) {
   report(message);
 }
 
+void Console::prompt(std::string_view text) {
+  erase_status();
+  err_ << text << std::flush;
+}
+
 void Console::set_status(const std::string& text) {
   if (!terminal_) return;
   const std::string shown(clipped(printable(text), kStatusWidth));

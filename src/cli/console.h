@@ -30,6 +30,9 @@ class Console {
   // A message of the program itself, under the suite's title.
   void tell(const std::string& text, const std::string& detail = {});
 
+  // A question that waits for what is typed behind it.
+  void prompt(std::string_view text);
+
   void set_status(const std::string& text);
   void erase_status();
 

@@ -1,6 +1,11 @@
 #include "cli/console_user_interface.h"
 
 #include <QCoreApplication>
+#include <algorithm>
+#include <istream>
+#include <vector>
+
+#include "base/text.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -8,20 +13,32 @@ namespace {
 using platform::Button;
 using platform::Buttons;
 
-bool has_button(Buttons buttons, Button button) {
+// The buttons of a box, by the letter that answers with them; the last changes nothing.
+struct Choice {
+  char letter;
+  Button button;
+};
+
+std::vector<Choice> choices_of(Buttons buttons) {
   switch (buttons) {
     case Buttons::kOk:
-      return button == Button::kOk;
+      return {{'o', Button::kOk}};
     case Buttons::kOkCancel:
-      return button == Button::kOk || button == Button::kCancel;
+      return {{'o', Button::kOk}, {'c', Button::kCancel}};
     case Buttons::kYesNoCancel:
-      return button != Button::kOk;
+      return {{'y', Button::kYes}, {'n', Button::kNo}, {'c', Button::kCancel}};
   }
-  return false;
+  return {};
+}
+
+bool has_button(Buttons buttons, Button button) {
+  const auto choices = choices_of(buttons);
+  return std::any_of(choices.begin(), choices.end(),
+                     [&](const Choice& choice) { return choice.button == button; });
 }
 
 Button safe_button(Buttons buttons) {
-  return buttons == Buttons::kOk ? Button::kOk : Button::kCancel;
+  return choices_of(buttons).back().button;
 }
 
 }  // namespace
@@ -29,10 +46,26 @@ Button safe_button(Buttons buttons) {
 Button ConsoleUserInterface::show(const platform::Message& message) {
   platform::Message printed = message;
   if (on_message) on_message(printed);
-  if (shown_.insert(printed.title + '\0' + printed.text + '\0' + printed.detail).second)
-    console_.report(printed);
-  if (answer_ && has_button(message.buttons, *answer_)) return *answer_;
-  return safe_button(message.buttons);
+  const bool given = answer_ && has_button(message.buttons, *answer_);
+  const bool asks = person_ != nullptr && !given && message.buttons != Buttons::kOk;
+  const bool first = shown_.insert(printed.title + '\0' + printed.text + '\0' + printed.detail).second;
+  if (first || asks) console_.report(printed);
+  if (asks) return ask(message.buttons);
+  return given ? *answer_ : safe_button(message.buttons);
+}
+
+// Until one of the letters is typed; the end of the input changes nothing.
+Button ConsoleUserInterface::ask(Buttons buttons) {
+  const auto choices = choices_of(buttons);
+  std::string line;
+  for (;;) {
+    console_.prompt(buttons == Buttons::kOkCancel ? "  OK or Cancel (o/c)? "
+                                                  : "  Yes, No or Cancel (y/n/c)? ");
+    if (!std::getline(*person_, line)) return safe_button(buttons);
+    const std::string typed = base::to_lower(base::trim(line));
+    for (const Choice& choice : choices)
+      if (typed.starts_with(choice.letter)) return choice.button;
+  }
 }
 
 void ConsoleUserInterface::pump_events() {

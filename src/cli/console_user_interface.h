@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <iosfwd>
 #include <optional>
 #include <set>
 #include <string>
@@ -10,12 +11,15 @@
 
 namespace qvrcom::cli {
 
-// Message boxes on standard error. Nobody presses their buttons: a box that asks gets the answer that the
-// command line gave when it has such a button, otherwise the one that changes nothing.
+// Message boxes on standard error. A box that asks gets the answer that the command line gave when it has
+// such a button, otherwise the answer of the person at the terminal, or, where nobody is, the one that
+// changes nothing.
 class ConsoleUserInterface : public platform::UserInterface {
  public:
-  ConsoleUserInterface(Console& console, std::optional<platform::Button> answer)
-      : console_(console), answer_(answer) {}
+  // `person` is where somebody types answers, null when nobody does.
+  ConsoleUserInterface(Console& console, std::optional<platform::Button> answer,
+                       std::istream* person = nullptr)
+      : console_(console), answer_(answer), person_(person) {}
 
   // A box that has been shown since `begin_run` is not printed again.
   platform::Button show(const platform::Message& message) override;
@@ -27,8 +31,11 @@ class ConsoleUserInterface : public platform::UserInterface {
   std::function<void(platform::Message&)> on_message;
 
  private:
+  platform::Button ask(platform::Buttons buttons);
+
   Console& console_;
   std::optional<platform::Button> answer_;
+  std::istream* person_;
   std::set<std::string> shown_;
 };
 

@@ -7,6 +7,7 @@
 #include "base/fault.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
+#include "cli/printable.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -24,6 +25,15 @@ void add_global_options(CLI::App& app, Invocation& invocation, const std::string
       ->check(CLI::IsMember({"yes", "no", "ok", "cancel"}));
 }
 
+// A word that is no command is named, rather than the command that is missing in its place.
+std::string usage_message(const CLI::App* app, const CLI::Error& error) {
+  std::string reason = error.what();
+  const auto unknown = app->remaining(true);
+  if (error.get_name() == "RequiredError" && !unknown.empty())
+    reason = "There is no command \"" + printable(unknown.front()) + "\"";
+  return reason + "\nRun with --help for more information.\n";
+}
+
 }  // namespace
 
 Invocation read_command_line(std::vector<std::string> arguments, const std::string& version,
@@ -32,6 +42,7 @@ Invocation read_command_line(std::vector<std::string> arguments, const std::stri
   CLI::App app("QVRCOM+ from a shell or a script.", "qvrcomctl");
   app.require_subcommand(1);
   app.fallthrough();
+  app.failure_message(usage_message);
   add_global_options(app, invocation, version);
   for (const auto add : {add_setup_commands, add_sites_commands, add_stats_commands, add_jobs_commands,
                          add_scheduler_commands})

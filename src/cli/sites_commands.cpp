@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
+#include "cli/hidden_input.h"
 #include "cli/json_text.h"
 #include "cli/local_file.h"
 #include "cli/site_keys.h"
@@ -103,6 +104,7 @@ void take_over(CommandContext& context, const ColumnOptions& options, SiteRecord
   if (!options.access_code_file.empty()) {
     site.access_code = first_line(read_local_file(options.access_code_file));
   } else if (options.reads_access_code()) {
+    const HiddenInput hidden;
     std::string line;
     std::getline(context.in, line);
     site.access_code = first_line(line);

@@ -23,7 +23,8 @@ void add_reason(platform::Message& message, const programs::Suite& suite) {
 
 cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
   adapters::SystemClock clock;
-  cli::ConsoleUserInterface ui(console, invocation.answer);
+  const bool somebody_there = isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0;
+  cli::ConsoleUserInterface ui(console, invocation.answer, somebody_there ? &std::cin : nullptr);
   cli::ConsoleSessions sessions(console, ui, clock);
   session::SessionGate::WhenBusy wait;
   if (invocation.wait) wait = [&](const std::string& owner) { return sessions.wait_for(owner); };

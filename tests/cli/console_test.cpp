@@ -123,5 +123,31 @@ TEST(ConsoleUserInterface, AnswersSafelyAndPrintsABoxOnce) {
   }
 }
 
+TEST(ConsoleUserInterface, AsksOnlyWhereSomebodyIs) {
+  using platform::Button;
+  using platform::Buttons;
+  const struct {
+    Buttons buttons;
+    std::optional<Button> given;
+    std::optional<std::string> typed;
+    Button answer;
+  } cases[] = {
+      {Buttons::kYesNoCancel, {}, {}, Button::kCancel},
+      {Buttons::kYesNoCancel, Button::kNo, "y\n", Button::kNo},
+      {Buttons::kYesNoCancel, Button::kOk, {}, Button::kCancel},
+      {Buttons::kYesNoCancel, {}, "what?\n Yes\n", Button::kYes},
+      {Buttons::kOkCancel, {}, "y\n", Button::kCancel},
+      {Buttons::kOkCancel, {}, "o\n", Button::kOk},
+      {Buttons::kOk, Button::kCancel, "c\n", Button::kOk},
+  };
+  for (const auto& each : cases) {
+    std::ostringstream out, err;
+    std::istringstream typed(each.typed.value_or(""));
+    Console console(out, err, false);
+    ConsoleUserInterface ui(console, each.given, each.typed ? &typed : nullptr);
+    EXPECT_EQ(ui.show({.text = "Go on?", .buttons = each.buttons}), each.answer) << err.str();
+  }
+}
+
 }  // namespace
 }  // namespace qvrcom::cli
