@@ -2,6 +2,8 @@
 
 #include "adapters/paths.h"
 #include "components/database_components.h"
+#include "components/image_components.h"
+#include "components/statistics_component.h"
 
 namespace qvrcom::programs {
 
@@ -19,6 +21,8 @@ Suite::Suite(platform::UserInterface& user, session::SessionGate::WhenBusy when_
       link({session, ui, clock, files, programs, channel, folders}),
       gate(session_lock, ui, std::move(when_busy)) {
   components::add_database_components(components, connection);
+  components::add_image_components(components, connection, files);
+  components::add_statistics_component(components, {connection, dbase, folders, files, ui});
 }
 
 environment::MachineFolders Suite::proposed_folders() const {

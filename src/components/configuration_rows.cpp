@@ -1,0 +1,126 @@
+#include "components/configuration_rows.h"
+
+#include <set>
+
+#include "components/node_rows.h"
+
+namespace qvrcom::components {
+namespace {
+
+using devicefiles::NodeName;
+
+struct Column {
+  const char* name;
+  base::Field value;
+};
+
+base::Field flag_field(bool value) {
+  return value ? "1" : "0";
+}
+
+// The settings row of the partition takes the columns; it is added when there is none.
+void set_settings(platform::Database& database, const PartitionKey& key, const std::vector<Column>& columns) {
+  const std::string where = " WHERE ConfigID = :p1 AND PartitionID = :p2";
+  if (run(database, "SELECT ConfigID FROM QVRSettings" + where, {key.configuration, key.partition}).empty())
+    RowInserter(database, "QVRSettings", {"ConfigID", "PartitionID"}).add({key.configuration, key.partition});
+  std::vector<base::Field> values{key.configuration, key.partition};
+  std::string list;
+  for (const Column& column : columns) {
+    values.push_back(column.value);
+    list += (list.empty() ? "" : ", ") + std::string(column.name) + " = :p" + std::to_string(values.size());
+  }
+  run(database, "UPDATE QVRSettings SET " + list + where, std::move(values));
+}
+
+std::vector<Column> system_columns(const devicefiles::SystemSettings& settings) {
+  return {{"Machine_Type_ID", number_field(settings.machine_type)},
+          {"MaxPartitionNo", number_field(settings.highest_partition)},
+          {"CardVariant", number_field(settings.card_variant)},
+          {"Impedance", number_field(settings.impedance)},
+          {"CountryCode", number_field(settings.country_code)},
+          {"ModemCountryCode", number_field(settings.modem_country_code)},
+          {"Embedded_Remote_Line", number_field(settings.remote_line)},
+          {"FrontPanelAccess", flag_field(settings.front_panel_access)},
+          {"ModemAccess", flag_field(settings.modem_access)}};
+}
+
+void add_node(std::vector<Column>& columns, const char* type_column, const char* number_column,
+              const NodeName& node) {
+  const bool some = node != NodeName{};
+  columns.push_back(
+      {type_column, some ? base::Field(std::string(devicefiles::node_type_word(node.type))) : std::nullopt});
+  columns.push_back({number_column, some ? number_field(node.number) : std::nullopt});
+}
+
+std::vector<Column> partition_columns(const devicefiles::PartitionSettings& settings) {
+  std::vector<Column> columns{{"LineAssignment", number_field(settings.line_assignment)},
+                              {"MsgType", number_field(settings.message_type)},
+                              {"PartitionEnabled", flag_field(settings.enabled)}};
+  add_node(columns, "StartNodeType", "StartNodeNumber", settings.start);
+  add_node(columns, "RemoteModeType", "RemoteModeNumber", settings.remote);
+  return columns;
+}
+
+void store_settings(platform::Database& database, const std::string& configuration,
+                    const devicefiles::SystemImage& image) {
+  std::set<std::string> there;
+  for (const devicefiles::PartitionName& partition : image.partitions) {
+    there.insert(std::to_string(partition.number));
+    set_settings(database, {configuration, std::to_string(partition.number)}, system_columns(image.settings));
+  }
+  for (const base::Row row :
+       run(database, "SELECT PartitionID FROM QVRSettings WHERE ConfigID = :p1", {configuration})) {
+    const std::string partition = row.text("PartitionID");
+    if (there.contains(partition)) continue;
+    run(database, "DELETE FROM QVRSettings WHERE ConfigID = :p1 AND PartitionID = :p2",
+        {configuration, partition});
+  }
+}
+
+void remove_configuration(platform::Database& database, const char* table, const char* column,
+                          const std::string& configuration) {
+  run(database, std::string("DELETE FROM ") + table + " WHERE " + column + " = :p1", {configuration});
+}
+
+void store_partitions(platform::Database& database, const std::string& configuration,
+                      const devicefiles::SystemImage& image) {
+  remove_configuration(database, "Partition_Settings", "Config_ID", configuration);
+  RowInserter rows(database, "Partition_Settings", {"Config_ID", "PartitionID", "Name"});
+  for (const devicefiles::PartitionName& partition : image.partitions)
+    rows.add({configuration, number_field(partition.number), partition.name});
+}
+
+void store_lines(platform::Database& database, const std::string& configuration,
+                 const devicefiles::SystemImage& image) {
+  remove_configuration(database, "Used_Lines", "Config_ID", configuration);
+  RowInserter rows(database, "Used_Lines",
+                   {"Config_ID", "Base_Slot_No", "Slot_Offset", "Line", "RTQA_Option"});
+  for (const devicefiles::UsedLine& line : image.lines) {
+    rows.add({configuration, number_field(line.base_slot), number_field(line.offset), number_field(line.line),
+              number_field(line.rtqa_option)});
+  }
+  remove_configuration(database, "RTQAConfig", "ConfigID", configuration);
+  RowInserter(database, "RTQAConfig", {"ConfigID", "SwitchType"})
+      .add({configuration, number_field(image.settings.switch_type)});
+}
+
+}  // namespace
+
+void store_system_image(platform::Database& database, const std::string& configuration,
+                        const devicefiles::SystemImage& image) {
+  database.transaction([&] {
+    store_settings(database, configuration, image);
+    store_partitions(database, configuration, image);
+    store_lines(database, configuration, image);
+  });
+}
+
+void store_partition_image(platform::Database& database, const PartitionKey& key,
+                           const devicefiles::PartitionImage& image) {
+  database.transaction([&] {
+    set_settings(database, key, partition_columns(image.settings));
+    store_nodes(database, key, image.nodes);
+  });
+}
+
+}  // namespace qvrcom::components

@@ -1,0 +1,39 @@
+#include "components/statistics_component.h"
+
+#include "components/answer.h"
+#include "components/statistics_csv.h"
+#include "components/statistics_rows.h"
+#include "components/table_component.h"
+#include "images/statistics_files.h"
+
+namespace qvrcom::components {
+namespace {
+
+std::string write_csv(const StatisticsParts& parts, const std::string& configuration,
+                      const std::string& partition) {
+  platform::Database& database = parts.connection.database();
+  const std::string text = statistics_csv(database, partition_key(configuration, partition));
+  images::StatisticsFiles names(parts.folders, parts.files, parts.ui);
+  const std::string path = names.Get_Stats_FileName(session_site(database).value_or(""), parts.dbase);
+  if (path.empty()) {
+    throw base::Fault(base::kPathNotFound,
+                      "There is no name for the statistics file: the site has no statistics settings. Run "
+                      "\"qvrcomctl setup\".");
+  }
+  parts.files.replace(path, text);
+  return "OK" + path;
+}
+
+}  // namespace
+
+void add_statistics_component(ComponentRegistry& registry, const StatisticsParts& parts) {
+  const std::vector<Operation> operations{
+      {"WriteStatsCsv", 2, [parts](std::span<const std::string> arguments) {
+         return answer("Statistics of partition " + arguments[1],
+                       [&] { return write_csv(parts, arguments[0], arguments[1]); });
+       }}};
+  registry.add("QVRStats.Stats",
+               [operations] { return std::make_unique<TableComponent>("QVRStats.Stats", operations); });
+}
+
+}  // namespace qvrcom::components
