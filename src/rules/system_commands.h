@@ -57,8 +57,9 @@ class SystemCommands {
   static const Command kCommands[10];
 
   void run(const Order& order, std::string& status);
+  bool make_folder(const Order& order);
   void write(const Order& order);
-  void submit();
+  void submit(const Order& order);
   void take_result(const Order& order);
   void discard();
   std::string body_of(const Order& order) const;

@@ -1,13 +1,12 @@
 #include "session/frm_response.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iterator>
 #include <limits>
 
-#include "base/date_serial.h"
 #include "base/fault.h"
 #include "base/text.h"
+#include "rules/job_steps.h"
 
 namespace qvrcom::session {
 namespace {
@@ -65,6 +64,9 @@ frmResponse::frmResponse(const SessionParts& parts, SessionView& view,
       ui_(parts.rules.ui),
       operations_(known_operations),
       statistics_(parts.rules, *this),
+      all_partitions_(parts.rules, *this),
+      same_log_(parts.rules, *this),
+      view_(parts.rules, *this),
       trap_(parts.rules.ui) {}
 
 bool frmResponse::Form_Load() {
@@ -89,6 +91,7 @@ void frmResponse::Form_Activate() {
   started_ = true;
   trap_("Form_Activate", [&] { run_operation(); });
   ended_ = true;
+  when_activated_();
 }
 
 void frmResponse::prepare() {
@@ -104,7 +107,69 @@ void frmResponse::run_operation() {
   const std::string name = session_.run.CurrentOperation;
   const auto known = std::find_if(operations_.begin(), operations_.end(),
                                   [&](const Operation& operation) { return operation.name == name; });
-  if (known != operations_.end()) run_sites(*known, name);
+  if (known == operations_.end()) return;
+  switch (known->entry) {
+    case EntryKind::kCommand:
+      return ProcessSystemCommand(name);
+    case EntryKind::kView:
+      return View_QVR(*known);
+    default:
+      return run_sites(*known, name);
+  }
+}
+
+// Who wrote the job removes its folder, and tells the scheduler that the session is over.
+void frmResponse::ProcessSystemCommand(const std::string& operation_name) {
+  face().set_info(operation_name);
+  trap_("ProcessSystemCommand", [&] { WaitForScheduler(); });
+  Outcome outcome = name_first("ProcessSystemCommand", operation_name);
+  outcome.keeps_folder = true;
+  outcome.process = [&] {
+    rules().Process_CompletedSch_File();
+    return true;
+  };
+  run_outcome(outcome);
+  end_on_screen();
+  const bool nobody_tells = !session_.run.SystemCommandActive && !session_.run.CancelRequested;
+  if (nobody_tells) parts_.link.NotifyScheduler(link::SchedulerRequest::kSessionOver);
+}
+
+void frmResponse::View_QVR(const Operation& operation) {
+  const std::vector<std::string> sites = session_.site.SelectedSites;
+  session_.run.LastSite = false;
+  for (std::size_t i = 0; i + 1 < sites.size() && !session_.run.CancelRequested; ++i) {
+    if (i > 0) prepare();
+    session_.run.LastSite = i + 2 == sites.size();
+    trap_("View_QVR", [&] { view_site(operation, sites[i]); });
+  }
+  if (session_.run.LastSite) end_on_screen();
+}
+
+void frmResponse::view_site(const Operation& operation, const std::string& site) {
+  show_step(std::string(operation.name));
+  if (session_.run.CancelRequested) return;
+  rules().Get_Site(site);
+  const std::string suffix = rules::kPlainSuffix;
+  rules::take_base_time(parts_.rules, {&suffix, 1});
+  rules::take_immediate_times(session_.job);
+  run_in_folder(suffix, [&] { run_routine(operation); });
+}
+
+// The loop's steps for its first site alone.
+void frmResponse::ReceiveResetStat_NewQVR() {
+  if (cancelling_) return;
+  ended_ = false;
+  trap_("ReceiveResetStat_NewQVR", [&] {
+    const std::vector<std::string>& sites = session_.site.SelectedSites;
+    if (sites.size() < 2) throw base::Fault(base::kSubscriptOutOfRange, "No site is selected.");
+    take_base_time(sites.size());
+    rules().Get_Site(sites[0]);
+    session_.run.LastSite = true;
+    rules().Update_SiteID_in_SessionQVR();
+    run_in_folder(NextSequenceText(), [&] { all_partitions_.ReceiveResetStat_NewQVR(); });
+  });
+  end_on_screen();
+  ended_ = true;
 }
 
 // The last element of SelectedSites is spare.
@@ -122,29 +187,13 @@ void frmResponse::run_sites(const Operation& operation, const std::string& opera
   if (session_.run.LastSite) end_on_screen();
 }
 
-// One base time for the whole run; the sequence tells its sites' jobs apart. When an earlier run of the same
-// second has left a folder of that name, this one starts in a later second.
+// One base time for the whole run; the sequence tells its sites' jobs apart.
 void frmResponse::take_base_time(std::size_t sites) {
-  base::JobValues& job = session_.job;
-  job.SessionStart = parts_.rules.clock.now();
-  while (name_is_taken(sites)) {
-    parts_.rules.clock.sleep(std::chrono::milliseconds(100));
-    job.SessionStart = parts_.rules.clock.now();
-  }
-  if (!session_.run.ImmediateRun) return;
-  job.StartDate = job.StopDate = base::serial_text(job.SessionStart);
-  job.Interval.clear();
-  job.Period.clear();
-}
-
-bool frmResponse::name_is_taken(std::size_t sites) const {
-  const std::string folder = environment::scheduler_folder(session_.run, parts_.rules.folders) +
-                             base::job_name_stamp(session_.job.SessionStart);
-  for (std::size_t i = 1; i < sites; ++i) {
-    if (parts_.rules.files.folder_exists(folder + sequence_text(sequence_ + static_cast<int>(i))))
-      return true;
-  }
-  return false;
+  std::vector<std::string> suffixes;
+  for (std::size_t i = 1; i < sites; ++i)
+    suffixes.push_back(sequence_text(sequence_ + static_cast<int>(i)));
+  rules::take_base_time(parts_.rules, suffixes);
+  if (session_.run.ImmediateRun) rules::take_immediate_times(session_.job);
 }
 
 void frmResponse::run_site(const Operation& operation, const std::string& operation_name) {
@@ -152,16 +201,24 @@ void frmResponse::run_site(const Operation& operation, const std::string& operat
   if (session_.run.CancelRequested || !passes(operation.entry)) return;
   rules().Update_SiteID_in_SessionQVR();
   if (!is_new_kind()) return;
+  run_in_folder(NextSequenceText(), [&] { run_routine(operation); });
+}
+
+// A routine that gave up before it wrote anything leaves nothing behind.
+void frmResponse::run_in_folder(const std::string& suffix, const std::function<void()>& routine) {
   session_.job.JobId.clear();
-  session_.job.Suffix = NextSequenceText();
+  session_.job.Suffix = suffix;
   rules().Create_Dir();
   platform::Files& files = parts_.rules.files;
   const std::string folder = session_.job.Folder;
   if (!files.folder_exists(folder)) return;
-  SiteOperations all{statistics_};
-  operation.per_site(all);
-  // A routine that gave up before it wrote anything leaves nothing behind.
+  routine();
   if (files.folder_exists(folder) && files.list(folder).empty()) files.remove_folder(folder);
+}
+
+void frmResponse::run_routine(const Operation& operation) {
+  SiteOperations all{statistics_, same_log_, view_};
+  operation.per_site(all);
 }
 
 bool frmResponse::passes(EntryKind entry) {

@@ -1,15 +1,20 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "link/scheduler_link.h"
 #include "platform/message_channel.h"
 #include "platform/trap.h"
 #include "rules/business_rules.h"
+#include "session/all_partitions.h"
+#include "session/device_view.h"
 #include "session/operations.h"
+#include "session/same_log_operations.h"
 #include "session/session_frame.h"
 #include "session/session_view.h"
 #include "session/statistics_operations.h"
@@ -44,16 +49,27 @@ class frmResponse : public SessionFrame {
   void cmdCancel_Click();
   void Timer1_Timer() { face().blink(); }
 
+  // Called by the host while the dialog is shown for "Retrieve Reset Statistics All Partitions", after the
+  // activation, which only prepares: runs the first selected site's job for all partitions.
+  void ReceiveResetStat_NewQVR();
+
+  // Done once, when the first activation has done its part.
+  void when_activated(std::function<void()> routine) { when_activated_ = std::move(routine); }
+
   // The next job suffix: "001" to "099", "100" and above as they are. Fault "Overflow" beyond 32767.
   std::string NextSequenceText();
 
  private:
   void prepare();
   void run_operation();
+  void ProcessSystemCommand(const std::string& operation_name);
+  void View_QVR(const Operation& operation);
+  void view_site(const Operation& operation, const std::string& site);
   void run_sites(const Operation& operation, const std::string& operation_name);
   void run_site(const Operation& operation, const std::string& operation_name);
   void take_base_time(std::size_t sites);
-  bool name_is_taken(std::size_t sites) const;
+  void run_in_folder(const std::string& suffix, const std::function<void()>& routine);
+  void run_routine(const Operation& operation);
   bool passes(EntryKind entry);
   bool is_new_kind();
   void refuse(const char* warning, platform::Icon icon);
@@ -64,7 +80,11 @@ class frmResponse : public SessionFrame {
   platform::UserInterface& ui_;
   std::span<const Operation> operations_;
   StatisticsOperations statistics_;
+  AllPartitions all_partitions_;
+  SameLogOperations same_log_;
+  DeviceView view_;
   platform::Trap trap_;
+  std::function<void()> when_activated_ = [] {};
   std::unique_ptr<platform::Window> window_;
   std::int16_t sequence_ = 0;
   bool refused_ = false;     // the site at hand; its text stays on screen

@@ -2,18 +2,33 @@
 
 #include <array>
 
+#include "session/device_view.h"
+#include "session/same_log_operations.h"
 #include "session/statistics_operations.h"
 
 namespace qvrcom::session {
 namespace {
 
-constexpr std::array<Operation, 3> kOperations{{
+constexpr std::array<Operation, 15> kOperations{{
     {operation::kRetrieveStatistics, EntryKind::kVersionCheck,
      [](SiteOperations& all) { all.statistics.ReceiveStatSinPart_NewQVR(); }},
     {operation::kResetStatistics, EntryKind::kPlain,
      [](SiteOperations& all) { all.statistics.ResetStatSinPart_NewQVR(); }},
     {operation::kRetrieveResetStatistics, EntryKind::kVersionCheck,
      [](SiteOperations& all) { all.statistics.ReceiveResetStatSinPart_NewQVR(); }},
+    {operation::kRetrieveSameLog, EntryKind::kVersionCheck,
+     [](SiteOperations& all) { all.same_log.RetrieveSAME_Log(); }},
+    {operation::kViewDevice, EntryKind::kView, [](SiteOperations& all) { all.view.retrieve_index(); }},
+    {operation::kGetLog, EntryKind::kCommand},
+    {operation::kGetAndResetLog, EntryKind::kCommand},
+    {operation::kResetLog, EntryKind::kCommand},
+    {operation::kGetDateAndTime, EntryKind::kCommand},
+    {operation::kSetDateAndTime, EntryKind::kCommand},
+    {operation::kTelnetSession, EntryKind::kCommand},
+    {operation::kRetrieveMessageIndex, EntryKind::kCommand},
+    {operation::kGetSystemInformation, EntryKind::kCommand},
+    {operation::kSendFirmware, EntryKind::kCommand},
+    {operation::kSendCannedMessages, EntryKind::kCommand},
 }};
 
 }  // namespace

@@ -7,20 +7,26 @@
 
 namespace qvrcom::session {
 
+class DeviceView;
+class SameLogOperations;
 class StatisticsOperations;
 
 namespace operation = environment::operation;
 
-// How a site is checked before its job is written.
+// How the dialog starts an operation, and how a site is checked before its job is written.
 enum class EntryKind {
   kPlain,         // not at all
   kVersionCheck,  // its firmware version has to be known
   kFullCheck,     // its firmware version has to be one that this software can work with
+  kView,          // not at all, and jobs without numbers: View_QVR
+  kCommand,       // no sites: the job was written and submitted by the caller, ProcessSystemCommand waits
 };
 
 // The classes that carry per-site routines.
 struct SiteOperations {
   StatisticsOperations& statistics;
+  SameLogOperations& same_log;
+  DeviceView& view;
 };
 
 // One operation of the session dialog: how each site is checked, and the routine that writes and runs one
@@ -28,7 +34,7 @@ struct SiteOperations {
 struct Operation {
   std::string_view name;
   EntryKind entry;
-  void (*per_site)(SiteOperations&);
+  void (*per_site)(SiteOperations&) = [](SiteOperations&) {};
 };
 
 std::span<const Operation> operations();

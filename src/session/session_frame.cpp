@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "base/fault.h"
 #include "environment/names.h"
+#include "rules/job_steps.h"
 #include "session/scheduler_watch.h"
 
 namespace qvrcom::session {
@@ -43,9 +43,9 @@ void SessionFrame::ClearSessionStatus() {
   collected_ = {};
 }
 
-void SessionFrame::submit(const std::function<void()>& outcome_routine) {
+void SessionFrame::submit(const JobRun& job) {
   if (session_.run.ImmediateRun) {
-    run_now(outcome_routine);
+    run_now(job);
   } else {
     run_later();
   }
@@ -56,36 +56,27 @@ void SessionFrame::run_later() {
   if (session_.run.LastSite) face_.set_info("Required Action(s) Scheduled Successfully");
 }
 
-void SessionFrame::run_now(const std::function<void()>& outcome_routine) {
+void SessionFrame::run_now(const JobRun& job) {
   ClearSessionStatus();
   posted_ = false;
   rules_.Copy_Items_From_Scheduler_to_BeProcessed();
-  show_step("Communicating with QVR+/RDN");
+  show_step(job.step);
   rules_.Validate_Index_File();
   if (!session_.run.CancelRequested) {
-    require_listed();
-    post_and_wait();
+    rules::require_listed(rules_, link_);
+    post_and_wait(job.quiet);
   }
-  outcome_routine();
+  job.outcome_routine();
 }
 
-// A job that the index lost would be waited for without end.
-void SessionFrame::require_listed() {
-  if (link_.JobListedIn(environment::kIndexFile)) return;
-  rules_.Remove_Folder();
-  throw base::Fault(
-      "Job not listed",
-      "index.sch does not hold the job, so the scheduler would never run it. The site's name, "
-      "identifier and connection must not contain \";\" or \"^\", and the disk must not be full.");
-}
-
-void SessionFrame::post_and_wait() {
+void SessionFrame::post_and_wait(bool quiet) {
   const auto before = link_.posted();
   link_.NotifyScheduler(link::SchedulerRequest::kJobsSubmitted);
-  link_.NotifyScheduler(link::SchedulerRequest::kShowSession);
+  if (!quiet) link_.NotifyScheduler(link::SchedulerRequest::kShowSession);
   posted_ = link_.posted() != before;
   WaitForScheduler();
-  if (!session_.run.CancelRequested) link_.NotifyScheduler(link::SchedulerRequest::kSessionOver);
+  const bool tells_end = !quiet && !session_.run.CancelRequested;
+  if (tells_end) link_.NotifyScheduler(link::SchedulerRequest::kSessionOver);
 }
 
 void SessionFrame::WaitForScheduler() {
@@ -102,7 +93,7 @@ void SessionFrame::run_outcome(const Outcome& outcome) {
     });
     if (ending != std::end(kEndings)) {
       finish(*ending, outcome);
-    } else if (!posted_) {
+    } else if (!posted_ && !outcome.keeps_folder) {
       rules_.Remove_Folder();
     }
     rules_.Remove_Index_Line(environment::kIndexFile, session_.job.JobId);
@@ -110,23 +101,33 @@ void SessionFrame::run_outcome(const Outcome& outcome) {
 }
 
 void SessionFrame::finish(const Ending& ending, const Outcome& outcome) {
+  bool done = true;
   if (ending.message == nullptr) {
-    outcome.process();
+    done = outcome.process();
   } else {
     ui_.show({.text = ending.message, .title = ending.title, .icon = ending.icon});
   }
+  if (done) forget(ending);
+  const std::string& status_line = outcome.*ending.status_line;
+  if (!status_line.empty()) face_.set_info(status_line);
+  if (done && !outcome.keeps_folder) rules_.Remove_Folder();
+}
+
+void SessionFrame::forget(const Ending& ending) {
   std::string& rest = collected_[static_cast<std::size_t>(&ending - kEndings)];
   rules_.RemoveJobFromList(ending.pending_list, session_.job.JobId, rest);
   rules_.ReWrite_File(ending.pending_list, rest);
-  face_.set_info(outcome.*ending.status_line);
-  rules_.Remove_Folder();
+}
+
+Outcome SessionFrame::name_first(const std::string& procedure, const std::string& operation_name) {
+  return {.procedure = procedure,
+          .completed = operation_name + " Completed",
+          .error = operation_name + " Error",
+          .cancelled = operation_name + " Cancelled"};
 }
 
 void SessionFrame::ProcessQVRComm(const std::string& operation_name) {
-  run_outcome({.procedure = "ProcessQVRComm",
-               .completed = operation_name + " Completed",
-               .error = operation_name + " Error",
-               .cancelled = operation_name + " Cancelled"});
+  run_outcome(name_first("ProcessQVRComm", operation_name));
 }
 
 }  // namespace qvrcom::session

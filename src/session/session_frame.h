@@ -15,10 +15,20 @@ namespace qvrcom::session {
 // How one operation ends: what differs in the frame that all outcome routines share.
 struct Outcome {
   std::string procedure;  // name of the outcome routine, for its trap
-  std::string completed;  // status lines, whole
+  std::string completed;  // status lines, whole; an empty one is not shown
   std::string error;
   std::string cancelled;
-  std::function<void()> process = [] {};  // only after "Completed"
+
+  // Only after "Completed": whether the job is done with. Otherwise its folder and its pending line stay.
+  std::function<bool()> process = [] { return true; };
+  bool keeps_folder = false;  // whatever happens: somebody else removes it
+};
+
+// How a job is run whose script and index line are written.
+struct JobRun {
+  std::function<void()> outcome_routine;
+  std::string step = "Communicating with QVR+/RDN";
+  bool quiet = false;  // the scheduler hears of the job alone, not of its session
 };
 
 // The steps that every operation of the session dialog goes through, whatever it writes and fetches.
@@ -35,16 +45,21 @@ class SessionFrame {
   void ClearSessionStatus();
 
   // The rest of a per-site routine whose script and index line are written: runs the job now and ends it with
-  // `outcome_routine`, or hands it to RePilot when it is to run later. A Cancel that came already skips posts
-  // and wait. A job that was never posted leaves nothing behind. Fault when the index does not hold the job.
-  void submit(const std::function<void()>& outcome_routine);
+  // its outcome routine, or hands it to RePilot when it is to run later. A Cancel that came already skips
+  // posts and wait. A job that was never posted leaves nothing behind. Fault when the index does not hold the
+  // job.
+  void submit(const JobRun& job);
+  void run_now(const JobRun& job);
 
   void WaitForScheduler();
 
   // The outcome frame, trapped under the outcome's name.
   void run_outcome(const Outcome& outcome);
 
-  // The frame without processing, its status lines beginning with the operation's name.
+  // Status lines that begin with the operation's name.
+  static Outcome name_first(const std::string& procedure, const std::string& operation_name);
+
+  // The frame without processing.
   void ProcessQVRComm(const std::string& operation_name);
 
   DialogFace& face() { return face_; }
@@ -54,11 +69,10 @@ class SessionFrame {
   struct Ending;
   static const Ending kEndings[3];
 
-  void run_now(const std::function<void()>& outcome_routine);
   void run_later();
-  void require_listed();
-  void post_and_wait();
+  void post_and_wait(bool quiet);
   void finish(const Ending& ending, const Outcome& outcome);
+  void forget(const Ending& ending);
 
   base::Session& session_;
   platform::UserInterface& ui_;

@@ -1,11 +1,10 @@
 #include "session/statistics_operations.h"
 
 #include "base/fault.h"
-#include "base/number.h"
 #include "base/text.h"
 #include "environment/names.h"
+#include "rules/job_steps.h"
 #include "session/operations.h"
-#include "siterules/device_address.h"
 
 namespace qvrcom::session {
 
@@ -15,17 +14,14 @@ struct StatisticsOperations::Job {
   const char* procedure;
   bool fetches;
   bool clears;
-  const char* completed;  // what the status line names after "Completed"
 };
 
-// A retrieval that also resets reports itself as a plain retrieval when it is complete.
-const StatisticsOperations::Job StatisticsOperations::kRetrieve{
-    operation::kRetrieveStatistics, "ReceiveStatSinPart_NewQVR", true, false, operation::kRetrieveStatistics};
-const StatisticsOperations::Job StatisticsOperations::kReset{
-    operation::kResetStatistics, "ResetStatSinPart_NewQVR", false, true, operation::kResetStatistics};
-const StatisticsOperations::Job StatisticsOperations::kRetrieveReset{operation::kRetrieveResetStatistics,
-                                                                     "ReceiveResetStatSinPart_NewQVR", true,
-                                                                     true, operation::kRetrieveStatistics};
+const StatisticsOperations::Job StatisticsOperations::kRetrieve{operation::kRetrieveStatistics,
+                                                                "ReceiveStatSinPart_NewQVR", true, false};
+const StatisticsOperations::Job StatisticsOperations::kReset{operation::kResetStatistics,
+                                                             "ResetStatSinPart_NewQVR", false, true};
+const StatisticsOperations::Job StatisticsOperations::kRetrieveReset{
+    operation::kRetrieveResetStatistics, "ReceiveResetStatSinPart_NewQVR", true, true};
 
 StatisticsOperations::StatisticsOperations(const rules::BusinessRulesParts& parts, SessionFrame& frame)
     : session_(parts.session),
@@ -33,60 +29,67 @@ StatisticsOperations::StatisticsOperations(const rules::BusinessRulesParts& part
       dbase_(parts.dbase),
       frame_(frame),
       rules_(frame.rules()),
+      old_(parts, frame),
       trap_(parts.ui) {}
 
 void StatisticsOperations::ReceiveStatSinPart_NewQVR() {
-  trap_(kRetrieve.procedure, [&] {
-    write(kRetrieve);
-    frame_.submit(
-        [&] { ProcessReceiveStatSinPart_NewQVR_NewStats(session_.site.SiteName, session_.site.UserSiteID); });
-  });
+  retrieve(kRetrieve, &StatisticsOperations::ProcessReceiveStatSinPart_NewQVR_NewStats,
+           &StatisticsOperations::ProcessReceiveStatSinPart_NewQVR_OldStats);
+}
+
+void StatisticsOperations::ReceiveResetStatSinPart_NewQVR() {
+  retrieve(kRetrieveReset, &StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_NewStats,
+           &StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_OldStats);
 }
 
 void StatisticsOperations::ResetStatSinPart_NewQVR() {
   trap_(kReset.procedure, [&] {
-    write(kReset);
-    frame_.submit([&] { ProcessResetStatSinPart_NewQVR(); });
+    write(kReset, generation());
+    frame_.submit({.outcome_routine = [&] { ProcessResetStatSinPart_NewQVR(); }});
   });
 }
 
-void StatisticsOperations::ReceiveResetStatSinPart_NewQVR() {
-  trap_(kRetrieveReset.procedure, [&] {
-    write(kRetrieveReset);
-    frame_.submit([&] {
-      ProcessReceiveResetStatSinPart_NewQVR_NewStats(session_.site.SiteName, session_.site.UserSiteID);
-    });
+void StatisticsOperations::retrieve(const Job& job, NewOutcome new_outcome, OldOutcome old_outcome) {
+  trap_(job.procedure, [&] {
+    const std::string statistics = generation();
+    write(job, statistics);
+    frame_.submit({.outcome_routine = [&] {
+      if (statistics == environment::kOldStats) {
+        (this->*old_outcome)(old_.line_file(partition()), old_.node_file(partition()));
+      } else {
+        (this->*new_outcome)(session_.site.SiteName, session_.site.UserSiteID);
+      }
+    }});
   });
 }
 
-void StatisticsOperations::write(const Job& job) {
+void StatisticsOperations::write(const Job& job, const std::string& statistics) {
   frame_.show_step("Creating Script");
-  const base::SiteValues& site = session_.site;
-  const base::JobValues& times = session_.job;
-  const std::string address =
-      siterules::device_address(site.ConnectMethod, site.IPLan, site.IPDirect, site.IPModem);
   const std::string description = job.operation + session_.run.PartitionID;
-  const std::string statistics = generation();
-  if (job.fetches && statistics == environment::kOldStats) refuse_old_statistics();
-  rules_.Write_Script_Header({.site_name = site.SiteName,
-                              .site_id = site.UserSiteID,
-                              .qvr_id = site.SiteID,
-                              .description = description,
-                              .dial_up_flag = base::to_int16(site.ConnectMethod),
-                              .dial_up_connection = site.DialupConnection,
-                              .number_to_dial = site.NumberToDial,
-                              .ftp_address = address,
-                              .ftp_user = site.LoginName,
-                              .ftp_password = site.AccessCode,
-                              .start_date = times.StartDate,
-                              .stop_date = times.StopDate,
-                              .interval = times.Interval,
-                              .period = times.Period});
-  rules_.Write_Script(script_of(job));
+  rules_.Write_Script_Header(rules::script_header(session_, description));
+  if (job.fetches && statistics == environment::kOldStats) {
+    write_old_form(job);
+  } else {
+    write_new_form(job);
+  }
   rules_.Write_Script_End();
-  rules_.Write_Index(site.SiteName, site.UserSiteID, description, times.StartDate, times.Interval,
-                     times.Period);
+  rules::write_index(rules_, session_, description);
   if (session_.run.ImmediateRun) session_.run.SessionConfigID = "1000";
+}
+
+void StatisticsOperations::write_old_form(const Job& job) {
+  old_.write_system();
+  old_.write_partition(session_.run.PartitionID, job.clears);
+}
+
+void StatisticsOperations::write_new_form(const Job& job) {
+  const std::string line_end(base::kCrLf);
+  std::string script = "FTPACCT;part" + partition() + ";";
+  if (job.fetches) {
+    script += line_end + "FTPGET;REMOTEFILE=allstats.csv;LOCALFILE=" + downloaded_file() + ";SIZE=20000;";
+  }
+  if (job.clears) script += line_end + kClearStatistics;
+  rules_.Write_Script(script);
 }
 
 // Asked twice: whatever is neither of the two answers counts as no generation, which takes the newer path.
@@ -97,13 +100,6 @@ std::string StatisticsOperations::generation() const {
   return {};
 }
 
-void StatisticsOperations::refuse_old_statistics() const {
-  throw base::Fault("Older statistics form",
-                    "The device's firmware " + session_.site.FirmwareVersion +
-                        " keeps its statistics in the older binary form, which this version does not read. "
-                        "Nothing was sent to the device.");
-}
-
 std::string StatisticsOperations::partition() const {
   return std::string(base::trim(session_.run.PartitionID));
 }
@@ -112,39 +108,56 @@ std::string StatisticsOperations::downloaded_file() const {
   return session_.job.Folder + "\\AllStatsP" + partition() + ".csv";
 }
 
-std::string StatisticsOperations::script_of(const Job& job) const {
-  const std::string line_end(base::kCrLf);
-  std::string script = "FTPACCT;part" + partition() + ";";
-  if (job.fetches) {
-    script += line_end + "FTPGET;REMOTEFILE=allstats.csv;LOCALFILE=" + downloaded_file() + ";SIZE=20000;";
-  }
-  if (job.clears) script += line_end + "FTPDELETE;linestat;" + line_end + "FTPDELETE;nodestat;";
-  return script;
-}
-
-Outcome StatisticsOperations::outcome_of(const Job& job, const std::string& procedure) const {
+Outcome StatisticsOperations::outcome_of(const Job& job, const std::string& procedure,
+                                         const char* completed) const {
   return {.procedure = procedure,
-          .completed = std::string("Completed ") + job.completed,
+          .completed = std::string("Completed ") + completed,
           .error = std::string("Error ") + job.operation,
           .cancelled = std::string("Cancelled ") + job.operation};
 }
 
 void StatisticsOperations::ProcessReceiveStatSinPart_NewQVR_NewStats(const std::string& site_name,
                                                                      const std::string& user_site_id) {
-  Outcome outcome = outcome_of(kRetrieve, "ProcessReceiveStatSinPart_NewQVR_NewStats");
-  outcome.process = [&] { save_statistics(site_name, user_site_id); };
-  frame_.run_outcome(outcome);
+  run_new_outcome(kRetrieve, "ProcessReceiveStatSinPart_NewQVR_NewStats", site_name, user_site_id);
 }
 
 void StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_NewStats(const std::string& site_name,
                                                                           const std::string& user_site_id) {
-  Outcome outcome = outcome_of(kRetrieveReset, "ProcessReceiveResetStatSinPart_NewQVR_NewStats");
-  outcome.process = [&] { save_statistics(site_name, user_site_id); };
-  frame_.run_outcome(outcome);
+  run_new_outcome(kRetrieveReset, "ProcessReceiveResetStatSinPart_NewQVR_NewStats", site_name, user_site_id);
+}
+
+void StatisticsOperations::ProcessReceiveStatSinPart_NewQVR_OldStats(const std::string& line_stat_file,
+                                                                     const std::string& node_stat_file) {
+  run_old_outcome(kRetrieve, "ProcessReceiveStatSinPart_NewQVR_OldStats", line_stat_file, node_stat_file);
+}
+
+void StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_OldStats(const std::string& line_stat_file,
+                                                                          const std::string& node_stat_file) {
+  run_old_outcome(kRetrieveReset, "ProcessReceiveResetStatSinPart_NewQVR_OldStats", line_stat_file,
+                  node_stat_file);
 }
 
 void StatisticsOperations::ProcessResetStatSinPart_NewQVR() {
-  frame_.run_outcome(outcome_of(kReset, "ProcessResetStatSinPart_NewQVR"));
+  frame_.run_outcome(outcome_of(kReset, "ProcessResetStatSinPart_NewQVR", kReset.operation));
+}
+
+// A retrieval that also resets reports itself as a plain retrieval when it is complete.
+void StatisticsOperations::run_new_outcome(const Job& job, const char* procedure,
+                                           const std::string& site_name, const std::string& user_site_id) {
+  Outcome outcome = outcome_of(job, procedure, kRetrieve.operation);
+  outcome.process = [&] {
+    save_statistics(site_name, user_site_id);
+    return true;
+  };
+  frame_.run_outcome(outcome);
+}
+
+void StatisticsOperations::run_old_outcome(const Job& job, const char* procedure,
+                                           const std::string& line_stat_file,
+                                           const std::string& node_stat_file) {
+  Outcome outcome = outcome_of(job, procedure, job.operation);
+  outcome.process = [&] { return decode_statistics(line_stat_file, node_stat_file); };
+  frame_.run_outcome(outcome);
 }
 
 // The device's own file with the site in front of it. StatsResultFile names it only once it is saved.
@@ -164,6 +177,22 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
   }
   files_.replace(path, text);
   session_.run.StatsResultFile = path;
+}
+
+// False leaves the job's files where they are: after a reset they are all there is.
+bool StatisticsOperations::decode_statistics(const std::string& line_stat_file,
+                                             const std::string& node_stat_file) {
+  old_.take_images();
+  const std::string& wanted = session_.run.PartitionID;
+  if (!old_.has_delivered(wanted)) {
+    old_.miss("Partition " + partition() +
+              " is not in the configuration, or its image could not be read, so its statistics were not "
+              "decoded.");
+    return false;
+  }
+  if (old_.write_csv(wanted, line_stat_file, node_stat_file)) return true;
+  old_.miss("No CSV was written for partition " + partition() + ".");
+  return false;
 }
 
 }  // namespace qvrcom::session

@@ -6,13 +6,14 @@
 #include "platform/files.h"
 #include "platform/trap.h"
 #include "rules/business_rules.h"
+#include "session/old_statistics.h"
 #include "session/session_frame.h"
 
 namespace qvrcom::session {
 
 // The statistics of one partition: retrieve, reset, or both. Each routine writes the current site's job and
-// runs it; each is trapped under its own name. Devices that keep the older form of statistics can only be
-// reset: a retrieval from them is refused before anything is written.
+// runs it; each is trapped under its own name. The device's firmware decides which form is retrieved: a CSV
+// that the device made, or two files of the older form, which are decoded here.
 class StatisticsOperations {
  public:
   StatisticsOperations(const rules::BusinessRulesParts& parts, SessionFrame& frame);
@@ -26,6 +27,10 @@ class StatisticsOperations {
                                                  const std::string& user_site_id);
   void ProcessReceiveResetStatSinPart_NewQVR_NewStats(const std::string& site_name,
                                                       const std::string& user_site_id);
+  void ProcessReceiveStatSinPart_NewQVR_OldStats(const std::string& line_stat_file,
+                                                 const std::string& node_stat_file);
+  void ProcessReceiveResetStatSinPart_NewQVR_OldStats(const std::string& line_stat_file,
+                                                      const std::string& node_stat_file);
   void ProcessResetStatSinPart_NewQVR();
 
  private:
@@ -34,13 +39,24 @@ class StatisticsOperations {
   static const Job kReset;
   static const Job kRetrieveReset;
 
-  void run(const Job& job);
-  void write(const Job& job);
-  void refuse_old_statistics() const;
+  // What a retrieval does for the two forms.
+  using NewOutcome = void (StatisticsOperations::*)(const std::string& site_name,
+                                                    const std::string& user_site_id);
+  using OldOutcome = void (StatisticsOperations::*)(const std::string& line_stat_file,
+                                                    const std::string& node_stat_file);
+
+  void retrieve(const Job& job, NewOutcome new_outcome, OldOutcome old_outcome);
+  void write(const Job& job, const std::string& statistics);
+  void write_new_form(const Job& job);
+  void write_old_form(const Job& job);
   std::string generation() const;
-  std::string script_of(const Job& job) const;
-  Outcome outcome_of(const Job& job, const std::string& procedure) const;
+  Outcome outcome_of(const Job& job, const std::string& procedure, const char* completed) const;
+  void run_new_outcome(const Job& job, const char* procedure, const std::string& site_name,
+                       const std::string& user_site_id);
+  void run_old_outcome(const Job& job, const char* procedure, const std::string& line_stat_file,
+                       const std::string& node_stat_file);
   void save_statistics(const std::string& site_name, const std::string& user_site_id);
+  bool decode_statistics(const std::string& line_stat_file, const std::string& node_stat_file);
   std::string partition() const;
   std::string downloaded_file() const;
 
@@ -49,6 +65,7 @@ class StatisticsOperations {
   environment::DBase& dbase_;
   SessionFrame& frame_;
   rules::BusinessRules& rules_;
+  OldStatistics old_;
   platform::Trap trap_;
 };
 

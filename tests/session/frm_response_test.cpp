@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <map>
+#include <set>
 
 #include "base/fault.h"
 #include "session/memory_suite.h"
@@ -15,27 +16,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 using Texts = std::vector<std::string>;
-
-// A whole run of the dialog on memory parts.
-struct DialogRun : MemorySuite {
-  void go(std::span<const Operation> table = operations()) {
-    frmResponse dialog(parts(), view, table);
-    ASSERT_TRUE(dialog.Form_Load());
-    view.show_modal(dialog);
-    dialog.Form_Unload();
-  }
-  // Presses Cancel once `when` holds while events run.
-  void cancel_when(std::function<bool()> when) {
-    on_event = [this, when] {
-      if (!view.closed && when()) view.dialog->cmdCancel_Click();
-    };
-  }
-  void cancel_at(const std::string& info) {
-    cancel_when([this, info] { return view.infos.back() == info; });
-  }
-
-  RecordingView view;
-};
 
 const std::string kRetrieve = operation::kRetrieveStatistics;
 const std::string kReset = operation::kResetStatistics;
@@ -60,6 +40,9 @@ const std::map<std::string, std::function<void(DialogRun&)>> kTwists = {
          if (path == kCsv) throw base::Fault(base::kDiskFull, path);
        };
      }},
+    {"no such partition", [](DialogRun& run) { run.components.answers["Get_Partition_Rows"] = "none"; }},
+    {"no CSV", [](DialogRun& run) { run.components.answers["WriteStatsCsv"] = "No rows"; }},
+    {"bad lines", [](DialogRun& run) { run.components.answers["DecodeLineStats"] = "Bad lines"; }},
     {"name with ;",
      [](DialogRun& run) {
        run.session.site.SiteConnections[0].fields[0] = "A;B";
@@ -92,7 +75,12 @@ Retrieve ...~      |6.62|         |cancel late        |3|J1 J5 J5 J2|Nov15261210
 Retrieve ...~      |6.62|         |cancel at the posts|3|J5 J2      |                 ||
 Retrieve ...~      |6.62|         |cancel at once     |1|J5         |                 ||
 Retrieve ...~      |6.62|         |old kind           |1|           |                 ||Not implement for Old QVR yet
-Retrieve ...~      |5.ca|         |                   |2|           |                 ||Error_Handler: ReceiveStatSinPart_NewQVR#Older statistics form
+Retrieve ...~      |5.ca|completed|                   |4|J1 J5 J6 J2|                 |Completed Retrieve ...~|
+Retrieve Reset ...~|5.ca|completed|                   |4|J1 J5 J6 J2|                 |Completed Retrieve Reset ...~|
+Retrieve Reset ...~|5.ca|error    |                   |3|J1 J5 J6 J2|                 |Error Retrieve Reset ...~|Communication error, see JobPilot for details
+Retrieve ...~      |5.ca|completed|bad lines          |4|J1 J5 J6 J2|                 |Completed Retrieve ...~|Bad lines
+Retrieve ...~      |5.ca|completed|no such partition  |4|J1 J5 J6 J2|Nov1526121005001 |Completed Retrieve ...~|
+Retrieve ...~      |5.ca|completed|no CSV             |4|J1 J5 J6 J2|Nov1526121005001 |Completed Retrieve ...~|No rows
 Retrieve ...~      |6.62|completed|disk full          |4|J1 J5 J6 J2|Nov1526121005001 ||Error_Handler: ProcessReceiveStatSinPart_NewQVR_NewStats#Disk full
 Retrieve ...~      |6.62|         |name with ;        |3|           |                 ||Error_Handler: ReceiveStatSinPart_NewQVR#Job not listed
 Reset ...          |6.62|         |                   |0|           |                 ||
@@ -139,8 +127,11 @@ TEST(frmResponse, RunsAnOperationToItsEnd) {
     EXPECT_EQ(run.requests(), cells[5]);
     EXPECT_EQ(joined(run.left_behind()), cells[6]);
     EXPECT_EQ(joined(run.ui.texts()), cells[8]);
-    EXPECT_EQ(run.session.run.StatsResultFile, steps == 4 && cells[3].empty() ? kCsv : "");
-    EXPECT_EQ(run.pending_lines(), cells[3] == "disk full" ? 1U : 0U);
+    const bool kept = std::set<std::string>{"disk full", "no such partition", "no CSV"}.contains(cells[3]);
+    EXPECT_EQ(run.pending_lines(), kept ? 1U : 0U);
+    const std::string csv = steps < 4 || kept ? "" : cells[1] == "5.ca" ? "Stats3.csv" : kCsv;
+    EXPECT_EQ(run.session.run.StatsResultFile, csv);
+    EXPECT_EQ(run.session.run.MissingResult.empty(), !kept || cells[3] == "disk full");
     if (run.view.closed || steps == 0) continue;
     EXPECT_FALSE(run.view.timer);
     EXPECT_TRUE(run.view.enabled && run.view.visible && run.view.info_visible);
@@ -265,6 +256,8 @@ TEST(frmResponse, ActivationStartsAnOperationOnce) {
   EXPECT_EQ(run.view.infos, infos);
   EXPECT_EQ(run.view.caption, "OK");
   const std::string before = run.requests();
+  dialog.Timer1_Timer();
+  EXPECT_FALSE(run.view.info_visible);
   dialog.cmdCancel_Click();
   EXPECT_EQ(run.view.closed, 1);
   EXPECT_EQ(run.requests(), before);
@@ -272,20 +265,35 @@ TEST(frmResponse, ActivationStartsAnOperationOnce) {
   EXPECT_EQ(run.channel.find_window("RESPONSE DIALOG"), 0U);
 }
 
-TEST(frmResponse, CancelShowsTheRunningSession) {
-  for (const auto& [name, request] :
-       {std::pair{operation::kTelnetSession, "J9"}, {operation::kGetLog, "J5"}}) {
+// A command whose job somebody else wrote: nobody but the dialog tells that the session is over.
+TEST(frmResponse, WaitsForACommandOfTheHost) {
+  struct Case {
+    const char* list;
+    bool cancelled;
+    const char* requests;
+    const char* info;
+  };
+  const std::string name = operation::kTelnetSession;
+  for (const Case& each :
+       {Case{"completed.sch", false, "J2 J6", "Completed"}, Case{"error.sch", false, "J2 J6", "Error"},
+        Case{"cancelled.sch", false, "J2 J6", "Cancelled"}, Case{"", true, "J9 J2", ""}}) {
+    SCOPED_TRACE(each.list);
     DialogRun run;
+    const std::string line = "x;y;S:\\Nov1526121005000\\Nov1526121005000.scr;";
+    run.files.make_folders("S:\\Nov1526121005000");
+    run.files.content["S:\\Nov1526121005000\\Nov1526121005000.scr"] = "";
+    run.files.content["S:\\index.sch"] = line + "\r\n";
+    if (*each.list != '\0') run.files.content[std::string("S:\\") + each.list] = line + "\r\n";
+    run.session.job.JobId = line;
     run.session.run.CurrentOperation = name;
-    frmResponse dialog(run.parts(), run.view);
-    ASSERT_TRUE(dialog.Form_Load());
-    dialog.Form_Activate();
-    dialog.Timer1_Timer();
-    EXPECT_FALSE(run.view.info_visible);
-    dialog.cmdCancel_Click();
-    dialog.cmdCancel_Click();
-    EXPECT_EQ(run.requests(), request);
-    EXPECT_TRUE(run.session.run.CancelRequested);
+    run.scheduler.answers = !each.cancelled;
+    if (each.cancelled) run.cancel_at(name);
+    run.go();
+    EXPECT_EQ(run.requests(), each.requests);
+    EXPECT_EQ(run.view.infos.back(), name + (*each.info == '\0' ? "" : " ") + each.info);
+    EXPECT_THAT(run.left_behind(), ElementsAre("Nov1526121005000"));
+    EXPECT_EQ(run.view.caption, "OK");
+    EXPECT_FALSE(run.view.timer);
   }
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,25 +20,37 @@
 
 namespace qvrcom::session {
 
-// Components that answer nothing, and remember what they were told.
+// Components that answer "OK", WriteStatsCsv the CSV of its partition too, and remember what they were told.
 struct MemoryComponents : platform::Components {
   struct Told : platform::Component {
-    explicit Told(std::vector<std::string>& all) : log(all) {}
+    explicit Told(MemoryComponents& all) : owner(all) {}
     std::optional<std::string> call(std::string_view operation,
                                     std::span<const std::string> arguments) override {
-      log.push_back(std::string(operation) + " " + (arguments.empty() ? "" : arguments[0]));
-      return "OK";
+      std::string line(operation);
+      for (const std::string& argument : arguments)
+        line += " " + argument;
+      owner.log.push_back(line);
+      for (const auto& [begin, answer] : owner.answers) {
+        if ((line + " ").starts_with(begin + " ")) return answer;
+      }
+      return "OK" + (operation == "WriteStatsCsv" ? "Stats" + arguments[1] + ".csv" : "");
     }
-    std::vector<std::string>& log;
+    MemoryComponents& owner;
   };
   std::unique_ptr<platform::Component> create(std::string_view) override {
-    return std::make_unique<Told>(log);
+    return std::make_unique<Told>(*this);
   }
+  std::map<std::string, std::string> answers;  // by the beginning of the call
   std::vector<std::string> log;
 };
 
-struct NoXml : platform::XmlRows {
-  base::Rows load(std::string_view) const override { return {}; }
+// One row for every answer but "none".
+struct MemoryXml : platform::XmlRows {
+  base::Rows load(std::string_view text) const override {
+    base::Rows rows({"PartitionID"});
+    if (text != "none") rows.add({"1"});
+    return rows;
+  }
 };
 
 struct MemoryPrograms : platform::Programs {
@@ -48,8 +63,8 @@ struct MemoryPrograms : platform::Programs {
   std::function<void()> on_start;
 };
 
-// JobPilot as the library meets it: on request 1 it lists every line of the index in `result_file`, writes
-// what the scripts fetch, and answers once `answers_after` more events have been pumped.
+// JobPilot as the library meets it: on request 1 it lists every line of the index in `result_file` and
+// writes what the scripts fetch; it answers as soon as the session dialog stands.
 struct MemoryScheduler {
   MemoryScheduler(doubles::MemoryChannel& channel_, doubles::MemoryFiles& files_)
       : channel(channel_), files(files_) {}
@@ -60,31 +75,50 @@ struct MemoryScheduler {
   }
 
   std::int64_t run() {
-    index = files.content["S:\\index.sch"];
+    index = files.content[folder + "index.sch"];
     for (const std::string_view line : base::lines_of(index)) {
       if (line.empty() || result_file.empty()) continue;
-      files.content["S:\\" + result_file].append(line).append("\r\n");
+      files.content[folder + result_file].append(line).append("\r\n");
       const std::string script = files.content[std::string(base::split(line, ";")[2])];
       scripts.push_back(script);
-      const auto local = script.find("LOCALFILE=");
-      if (local != std::string::npos && result_file == "completed.sch") {
-        const std::size_t begin = local + 10;
-        files.content[script.substr(begin, script.find(';', begin) - begin)] = "Line,Calls\r\n1,2\r\n";
-      }
+      for (const std::string_view command : base::lines_of(script))
+        transfer(command);
     }
     if (vanishes) window.reset();
-    channel.post(channel.find_window("RESPONSE DIALOG"), channel.register_message("CBL_SCHEDULER_QVRCOM"), 0,
-                 0);
+    answers = true;
     return 0;
+  }
+
+  void transfer(std::string_view command) {
+    const auto begin = command.find("LOCALFILE=");
+    if (begin == std::string_view::npos) return;
+    const std::string local(base::split(command.substr(begin + 10), ";")[0]);
+    if (command.starts_with("FTPPUT")) uploads.push_back(files.content[local]);
+    const auto bytes = sends(local);
+    if (command.starts_with("FTPGET") && result_file == "completed.sch" && bytes)
+      files.content[local] = *bytes;
+  }
+
+  void answer() {
+    const auto dialog = channel.find_window("RESPONSE DIALOG");
+    if (!answers || dialog == 0) return;
+    answers = false;
+    channel.post(dialog, channel.register_message("CBL_SCHEDULER_QVRCOM"), 0, 0);
   }
 
   doubles::MemoryChannel& channel;
   doubles::MemoryFiles& files;
   std::unique_ptr<platform::Window> window;
+  std::string folder = "S:\\";
   std::string result_file = "completed.sch";  // "" leaves the jobs alone
   bool vanishes = false;
+  bool answers = false;
   std::string index;  // as it was when the request came
-  std::vector<std::string> scripts;
+  std::vector<std::string> scripts, uploads;
+  // What the device has for a local file; nothing when it has none.
+  std::function<std::optional<std::string>(const std::string& local)> sends = [](const std::string&) {
+    return "Line,Calls\r\n1,2\r\n";
+  };
 };
 
 // A terminal: keeps what it is shown, presses the button when the activation is over, and Cancel when the
@@ -138,6 +172,7 @@ struct MemorySuite {
     scheduler.open();
     ui.on_pump = [this] {
       if (on_event) on_event();
+      scheduler.answer();
       channel.deliver();
     };
   }
@@ -194,7 +229,7 @@ struct MemorySuite {
   doubles::MemoryChannel channel;
   MemoryPrograms programs;
   MemoryComponents components;
-  NoXml xml;
+  MemoryXml xml;
   base::Session session;
   environment::FilesAndFolders folders{machine, files};
   environment::DBase dbase{engine, folders};
@@ -202,5 +237,55 @@ struct MemorySuite {
   MemoryScheduler scheduler{channel, files};
   std::function<void()> on_event;
 };
+
+// A whole run of the dialog on memory parts.
+struct DialogRun : MemorySuite, SessionWindows {
+  void go(std::span<const Operation> table = operations()) {
+    frmResponse dialog(parts(), view, table);
+    if (!dialog.Form_Load()) return;
+    view.show_modal(dialog);
+    dialog.Form_Unload();
+  }
+  // As a request has it.
+  void go_hosted() { SessionRun(parts(), *this).show_modal(); }
+  std::unique_ptr<SessionWindow> make() override;
+
+  // Presses Cancel once `when` holds while events run.
+  void cancel_when(std::function<bool()> when) {
+    on_event = [this, when] {
+      if (view.dialog != nullptr && !view.closed && when()) view.dialog->cmdCancel_Click();
+    };
+  }
+  void cancel_at(const std::string& info) {
+    cancel_when([this, info] { return !view.infos.empty() && view.infos.back() == info; });
+  }
+
+  RecordingView view;
+};
+
+// Passes everything on to the view of the run, which outlives it.
+struct LentView : SessionWindow {
+  explicit LentView(RecordingView& shared) : view(shared) {}
+  void set_info(const std::string& text) override { view.set_info(text); }
+  void set_info_visible(bool value) override { view.set_info_visible(value); }
+  void set_hint(const std::string& text) override { view.set_hint(text); }
+  void set_hint_visible(bool value) override { view.set_hint_visible(value); }
+  void set_cancel(const std::string& text) override { view.set_cancel(text); }
+  void set_cancel_enabled(bool value) override { view.set_cancel_enabled(value); }
+  void set_cancel_visible(bool value) override { view.set_cancel_visible(value); }
+  void set_timer(bool value) override { view.set_timer(value); }
+  void close() override { view.close(); }
+  void scheduler_not_found() override { view.scheduler_not_found(); }
+  void scheduler_gone(const std::string& sentence) override { view.scheduler_gone(sentence); }
+  void show_modal(frmResponse& dialog) override {
+    view.show_modal(dialog);
+    view.dialog = nullptr;
+  }
+  RecordingView& view;
+};
+
+inline std::unique_ptr<SessionWindow> DialogRun::make() {
+  return std::make_unique<LentView>(view);
+}
 
 }  // namespace qvrcom::session

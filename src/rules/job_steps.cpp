@@ -1,0 +1,72 @@
+#include "rules/job_steps.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "base/date_serial.h"
+#include "base/fault.h"
+#include "base/number.h"
+#include "environment/names.h"
+#include "jobs/job_log.h"
+#include "siterules/device_address.h"
+
+namespace qvrcom::rules {
+
+void take_base_time(const BusinessRulesParts& parts, std::span<const std::string> suffixes) {
+  const std::string scheduler = environment::scheduler_folder(parts.session.run, parts.folders);
+  const auto is_taken = [&](const std::string& suffix) {
+    const std::string stamp = base::job_name_stamp(parts.session.job.SessionStart);
+    return parts.files.folder_exists(scheduler + stamp + suffix);
+  };
+  parts.session.job.SessionStart = parts.clock.now();
+  while (std::any_of(suffixes.begin(), suffixes.end(), is_taken)) {
+    parts.clock.sleep(std::chrono::milliseconds(100));
+    parts.session.job.SessionStart = parts.clock.now();
+  }
+}
+
+void take_immediate_times(base::JobValues& job) {
+  job.StartDate = job.StopDate = base::serial_text(job.SessionStart);
+  job.Interval.clear();
+  job.Period.clear();
+}
+
+jobs::ScriptHeader script_header(const base::Session& session, const std::string& description) {
+  const base::SiteValues& site = session.site;
+  return {
+      .site_name = site.SiteName,
+      .site_id = site.UserSiteID,
+      .qvr_id = site.SiteID,
+      .description = description,
+      .dial_up_flag = base::to_int16(site.ConnectMethod),
+      .dial_up_connection = site.DialupConnection,
+      .number_to_dial = site.NumberToDial,
+      .ftp_address = siterules::device_address(site.ConnectMethod, site.IPLan, site.IPDirect, site.IPModem),
+      .ftp_user = site.LoginName,
+      .ftp_password = site.AccessCode,
+      .start_date = session.job.StartDate,
+      .stop_date = session.job.StopDate,
+      .interval = session.job.Interval,
+      .period = session.job.Period};
+}
+
+void write_index(BusinessRules& rules, const base::Session& session, const std::string& description) {
+  rules.Write_Index(session.site.SiteName, session.site.UserSiteID, description, session.job.StartDate,
+                    session.job.Interval, session.job.Period);
+}
+
+void require_listed(BusinessRules& rules, const link::SchedulerLink& link) {
+  if (link.JobListedIn(environment::kIndexFile)) return;
+  rules.Remove_Folder();
+  throw base::Fault(
+      "Job not listed",
+      "index.sch does not hold the job, so the scheduler would never run it. The site's name, "
+      "identifier and connection must not contain \";\" or \"^\", and the disk must not be full.");
+}
+
+void log_to_job(const BusinessRulesParts& parts, const std::string& sentence) {
+  jobs::write_job_log(parts.files, parts.clock, parts.folders.GetLogsFolder(), parts.session.job.Name,
+                      sentence);
+}
+
+}  // namespace qvrcom::rules

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "base/session_values.h"
+#include "jobs/script_grammar.h"
+#include "link/scheduler_link.h"
+#include "rules/business_rules.h"
+
+// Steps that every immediate job goes through, whoever writes it.
+namespace qvrcom::rules {
+
+// The suffix of a job that nobody numbers.
+inline constexpr const char* kPlainSuffix = "000";
+
+// Sets the job base time to now. When an earlier run of the same second has left a folder under one of the
+// suffixes, to a later second.
+void take_base_time(const BusinessRulesParts& parts, std::span<const std::string> suffixes);
+
+// Start, stop, interval and period of a job that runs at once.
+void take_immediate_times(base::JobValues& job);
+
+// The script header of the session's site.
+jobs::ScriptHeader script_header(const base::Session& session, const std::string& description);
+
+// Writes the index line of the session's site.
+void write_index(BusinessRules& rules, const base::Session& session, const std::string& description);
+
+// Fault when the index has lost the job, which would be waited for without end. Its folder is removed.
+void require_listed(BusinessRules& rules, const link::SchedulerLink& link);
+
+// Adds a sentence to the log of the session's job.
+void log_to_job(const BusinessRulesParts& parts, const std::string& sentence);
+
+}  // namespace qvrcom::rules

@@ -1,0 +1,296 @@
+#include "rules/system_commands.h"
+
+#include "base/fault.h"
+#include "base/text.h"
+#include "environment/operation_names.h"
+#include "rules/job_steps.h"
+
+namespace qvrcom::rules {
+namespace {
+
+namespace operation = environment::operation;
+
+enum class Transfer { kNone, kFetch, kSend, kTelnet };
+
+// The table's rows.
+enum Row : std::size_t {
+  kGetLog,
+  kGetAndResetLog,
+  kResetLog,
+  kGetClock,
+  kSetClock,
+  kTelnet,
+  kPartition,
+  kInformation,
+  kFirmware,
+  kPrompts
+};
+
+}  // namespace
+
+struct SystemCommands::Command {
+  const char* reported_as;  // by the trap
+  const char* operation;    // also the job's description
+  Transfer transfer;
+  const char* remote = "";
+  const char* local = "";  // name in the job's folder, a partition may follow
+  const char* extension = "";
+  bool deletes_remote = false;
+  bool keeps_folder = false;  // after it has completed
+};
+
+// What one call adds to its row. The local file is handed over by its path.
+struct SystemCommands::Order {
+  const Command& command;
+  const CommandSite& site;
+  std::string partition = {};
+  std::function<void(const std::string& file)> prepare = [](const std::string&) {};
+  std::function<void(const std::string& file)> take = [](const std::string&) {};
+};
+
+// The clock is set under the name of the system information.
+const SystemCommands::Command SystemCommands::kCommands[10] = {
+    {.reported_as = "GetLogFile",
+     .operation = operation::kGetLog,
+     .transfer = Transfer::kFetch,
+     .remote = "log",
+     .local = "log",
+     .keeps_folder = true},
+    {.reported_as = "GetAndResetLogFile",
+     .operation = operation::kGetAndResetLog,
+     .transfer = Transfer::kFetch,
+     .remote = "log",
+     .local = "log",
+     .deletes_remote = true,
+     .keeps_folder = true},
+    {.reported_as = "ResetLogFile",
+     .operation = operation::kResetLog,
+     .transfer = Transfer::kNone,
+     .remote = "log",
+     .deletes_remote = true},
+    {.reported_as = "GetDateAndTime",
+     .operation = operation::kGetDateAndTime,
+     .transfer = Transfer::kFetch,
+     .remote = "time",
+     .local = "time"},
+    {.reported_as = "GetFirmwareStructure",
+     .operation = operation::kSetDateAndTime,
+     .transfer = Transfer::kSend,
+     .remote = "time",
+     .local = "time"},
+    {.reported_as = "Launch_TelnetSession",
+     .operation = operation::kTelnetSession,
+     .transfer = Transfer::kTelnet},
+    {.reported_as = "GetPartitonInfo",
+     .operation = operation::kRetrieveMessageIndex,
+     .transfer = Transfer::kFetch,
+     .remote = "msgindex",
+     .local = "msgindexP",
+     .extension = ".dat"},
+    {.reported_as = "GetFirmwareStructure",
+     .operation = operation::kGetSystemInformation,
+     .transfer = Transfer::kFetch,
+     .remote = "sysinfo",
+     .local = "sysinfo",
+     .extension = ".dat"},
+    {.reported_as = "SendFirmware",
+     .operation = operation::kSendFirmware,
+     .transfer = Transfer::kSend,
+     .remote = "firmware",
+     .local = "firmware",
+     .extension = ".dat"},
+    {.reported_as = "SendCannedMessages",
+     .operation = operation::kSendCannedMessages,
+     .transfer = Transfer::kSend,
+     .remote = "prompts",
+     .local = "canned",
+     .extension = ".dat"},
+};
+
+SystemCommands::SystemCommands(const BusinessRulesParts& parts, link::SchedulerLink& link,
+                               link::SessionScreen& screen)
+    : parts_(parts), rules_(parts), link_(link), screen_(screen), trap_(parts.ui) {}
+
+void SystemCommands::GetLogFile(const CommandSite& site, std::string& log_path, std::string& status) {
+  run({.command = kCommands[kGetLog], .site = site, .take = [&](const auto& file) { log_path = file; }},
+      status);
+}
+
+void SystemCommands::GetAndResetLogFile(const CommandSite& site, std::string& log_path, std::string& status) {
+  run({.command = kCommands[kGetAndResetLog],
+       .site = site,
+       .take = [&](const auto& file) { log_path = file; }},
+      status);
+}
+
+void SystemCommands::ResetLogFile(const CommandSite& site, std::string& status) {
+  run({.command = kCommands[kResetLog], .site = site}, status);
+}
+
+void SystemCommands::GetDateAndTime(const CommandSite& site, images::ClockRecord& clock,
+                                    std::string& status) {
+  run({.command = kCommands[kGetClock],
+       .site = site,
+       .take = [&](const auto& file) { clock = rules_.Struct_Time(file); }},
+      status);
+}
+
+void SystemCommands::SetDateAndTime(const CommandSite& site, const images::ClockRecord& clock,
+                                    std::string& status) {
+  run({.command = kCommands[kSetClock],
+       .site = site,
+       .prepare = [&](const auto& file) { parts_.files.replace(file, images::clock_bytes(clock)); }},
+      status);
+}
+
+void SystemCommands::Launch_TelnetSession(const CommandSite& site, std::string& status) {
+  run({.command = kCommands[kTelnet], .site = site}, status);
+}
+
+void SystemCommands::GetPartitonInfo(const CommandSite& site, const std::string& partition,
+                                     std::string& status) {
+  run({.command = kCommands[kPartition],
+       .site = site,
+       .partition = partition,
+       .take = [&](const auto& file) { rules_.PARTITION_INFO(file); }},
+      status);
+}
+
+void SystemCommands::GetFirmwareStructure(const CommandSite& site, images::FirmwareRecord& record,
+                                          std::string& status) {
+  run({.command = kCommands[kInformation],
+       .site = site,
+       .take = [&](const auto& file) { record = rules_.Struct_Firmware(file); }},
+      status);
+}
+
+void SystemCommands::SendFirmware(const CommandSite& site, const std::string& file, std::string& status) {
+  run({.command = kCommands[kFirmware],
+       .site = site,
+       .prepare = [&](const auto& copy) { parts_.files.copy(file, copy); }},
+      status);
+}
+
+void SystemCommands::SendCannedMessages(const CommandSite& site, const std::string& file,
+                                        std::string& status) {
+  run({.command = kCommands[kPrompts],
+       .site = site,
+       .prepare = [&](const auto& copy) { parts_.files.copy(file, copy); }},
+      status);
+}
+
+// The status stays "Error" when a fault ends the run.
+void SystemCommands::run(const Order& order, std::string& status) {
+  base::RunValues& values = parts_.session.run;
+  values.SystemCommandActive = true;
+  posted_ = false;
+  status = "Error";
+  trap_(order.command.reported_as, [&] {
+    if (!make_folder(order)) return;
+    write(order);
+    submit(order);
+    screen_.show_modal();
+    if (values.SessionStatus == "Completed") take_result(order);
+    status = values.CancelRequested ? "Cancelled" : values.SessionStatus;
+    if (!values.CancelRequested) link_.NotifyScheduler(link::SchedulerRequest::kSessionOver);
+  });
+  if (!posted_) trap_(order.command.reported_as, [&] { discard(); });
+  values.SystemCommandActive = false;
+}
+
+// False when the folder could not be made, which has been reported. Whatever an earlier job left in the
+// session is forgotten first: no step may work on that job.
+bool SystemCommands::make_folder(const Order& order) {
+  base::Session& session = parts_.session;
+  session.run.CancelRequested = false;
+  session.run.SessionStatus.clear();
+  session.received.Shortfall.clear();
+  session.job.JobId.clear();
+  session.job.Folder.clear();
+  session.job.Suffix = kPlainSuffix;
+  session.site.SiteID = order.site.qvr_id;
+  take_base_time(parts_, {&session.job.Suffix, 1});
+  take_immediate_times(session.job);
+  rules_.Create_Dir();
+  return parts_.files.folder_exists(session.job.Folder);
+}
+
+void SystemCommands::write(const Order& order) {
+  order.prepare(local_path(order));
+  const base::JobValues& job = parts_.session.job;
+  const CommandSite& site = order.site;
+  const std::string description = order.command.operation;
+  const jobs::ScriptHeader header{
+      site.site_name,          site.site_id,        site.qvr_id,      description,   site.dial_up_flag,
+      site.dial_up_connection, site.number_to_dial, site.ftp_address, site.ftp_user, site.ftp_password,
+      job.StartDate,           job.StopDate,        job.Interval,     job.Period};
+  if (order.command.transfer == Transfer::kTelnet) {
+    rules_.Write_Script_Header(header, jobs::kTelnetSession);
+  } else {
+    rules_.Write_Script_Header(header);
+    rules_.Write_Script(body_of(order));
+    rules_.Write_Script_End();
+  }
+  rules_.Write_Index(site.site_name, site.site_id, description, job.StartDate, job.Interval, job.Period);
+}
+
+// The partition's number is written without blanks for the device, and as it came in the local name.
+std::string SystemCommands::body_of(const Order& order) const {
+  const Command& command = order.command;
+  const std::string remote = command.remote;
+  const std::string transfer = "REMOTEFILE=" + remote + ";LOCALFILE=" + local_path(order) + ";SIZE=";
+  std::string body;
+  const auto add = [&body](const std::string& line) {
+    if (!body.empty()) body += base::kCrLf;
+    body += line;
+  };
+  if (&command == &kCommands[kPartition]) {
+    add("FTPACCT;part" + std::string(base::trim(order.partition)) + ";");
+  }
+  if (command.transfer == Transfer::kFetch) add("FTPGET;" + transfer + "20000;");
+  if (command.transfer == Transfer::kSend) {
+    add("FTPPUT;" + transfer + std::to_string(parts_.files.length(local_path(order))) + ";");
+  }
+  if (command.deletes_remote) add("FTPDELETE;" + remote + ";");
+  return body;
+}
+
+std::string SystemCommands::local_path(const Order& order) const {
+  return parts_.session.job.Folder + "\\" + order.command.local + order.partition + order.command.extension;
+}
+
+void SystemCommands::submit(const Order& order) {
+  parts_.session.run.CurrentOperation = order.command.operation;
+  rules_.Copy_Items_From_Scheduler_to_BeProcessed();
+  parts_.ui.pump_events();
+  rules_.Validate_Index_File();
+  require_listed(rules_, link_);
+  const auto before = link_.posted();
+  link_.NotifyScheduler(link::SchedulerRequest::kJobsSubmitted);
+  link_.NotifyScheduler(link::SchedulerRequest::kShowSession);
+  posted_ = link_.posted() != before;
+}
+
+void SystemCommands::take_result(const Order& order) {
+  const std::string file = local_path(order);
+  if (order.command.transfer == Transfer::kFetch && !parts_.files.file_exists(file)) {
+    throw base::Fault(base::kFileNotFound,
+                      "The job has completed, but " + parts_.files.native(file) + " did not arrive.");
+  }
+  order.take(file);
+  const std::string& shortfall = parts_.session.received.Shortfall;
+  if (!shortfall.empty()) log_to_job(parts_, shortfall);
+  if (!order.command.keeps_folder) rules_.Remove_Folder();
+}
+
+// A job without an index line is known by its folder alone.
+void SystemCommands::discard() {
+  rules_.Remove_Folder();
+  const std::string& folder = parts_.session.job.Folder;
+  if (folder.empty() || !parts_.files.folder_exists(folder)) return;
+  for (const std::string& name : parts_.files.list(folder))
+    parts_.files.remove(folder + "\\" + name);
+  parts_.files.remove_folder(folder);
+}
+
+}  // namespace qvrcom::rules

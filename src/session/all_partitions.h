@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/session_values.h"
+#include "platform/files.h"
+#include "platform/trap.h"
+#include "rules/business_rules.h"
+#include "session/old_statistics.h"
+#include "session/session_frame.h"
+
+namespace qvrcom::session {
+
+// Retrieves and resets the statistics of all partitions of the current site in one job, in the older form
+// whatever the device's firmware. Each CSV is entered in `PartitionResults`; the last one is also
+// `StatsResultFile`.
+class AllPartitions {
+ public:
+  AllPartitions(const rules::BusinessRulesParts& parts, SessionFrame& frame)
+      : session_(parts.session),
+        files_(parts.files),
+        frame_(frame),
+        rules_(frame.rules()),
+        statistics_(parts, frame),
+        trap_(parts.ui) {}
+
+  // Script, index line, session and outcome, trapped under this name.
+  void ReceiveResetStat_NewQVR();
+
+ private:
+  void write();
+  bool save_statistics();
+  bool has_arrived(const std::string& partition);
+
+  base::Session& session_;
+  platform::Files& files_;
+  SessionFrame& frame_;
+  rules::BusinessRules& rules_;
+  OldStatistics statistics_;
+  platform::Trap trap_;
+};
+
+}  // namespace qvrcom::session

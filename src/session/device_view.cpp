@@ -1,0 +1,42 @@
+#include "session/device_view.h"
+
+#include "base/text.h"
+#include "rules/job_steps.h"
+#include "session/operations.h"
+
+namespace qvrcom::session {
+
+void DeviceView::retrieve_index() {
+  trap_("View_QVR", [&] {
+    write();
+    frame_.run_now({.outcome_routine = [&] { Process_ViewQVR(); }, .quiet = true});
+  });
+}
+
+void DeviceView::write() {
+  const std::string partition(base::trim(session_.run.PartitionID));
+  rules_.Write_Script_Header(rules::script_header(session_, operation::kRetrieveAllMessageIndexes));
+  rules_.Write_Script("FTPACCT;part" + partition + ";" + std::string(base::kCrLf) +
+                      "FTPGET;REMOTEFILE=msgindex;LOCALFILE=" + session_.job.Folder + "\\msgindexP" +
+                      partition + ".dat;SIZE=20000;");
+  rules_.Write_Script_End();
+  rules::write_index(rules_, session_, operation::kRetrieveAllMessageIndexes);
+}
+
+void DeviceView::Process_ViewQVR() {
+  Outcome outcome = SessionFrame::name_first("Process_ViewQVR", operation::kViewDevice);
+  if (!session_.run.LastSite) outcome.completed = outcome.error = outcome.cancelled = {};
+  outcome.process = [&] {
+    take_index();
+    return true;
+  };
+  frame_.run_outcome(outcome);
+}
+
+void DeviceView::take_index() {
+  frame_.face().enable_button(false);
+  frame_.show_step("Processing Data ...");
+  rules_.Process_CompletedSch_File();
+}
+
+}  // namespace qvrcom::session

@@ -1,0 +1,70 @@
+#include "session/old_statistics.h"
+
+#include <algorithm>
+
+#include "base/date_serial.h"
+#include "base/text.h"
+#include "rules/job_steps.h"
+
+namespace qvrcom::session {
+namespace {
+
+// A text that is no number counts as 0, which is no partition.
+double number_of(const std::string& text) {
+  return base::parse_serial(text).value_or(0);
+}
+
+}  // namespace
+
+std::string OldStatistics::in_folder(const char* begin, const std::string& partition) const {
+  return session_.job.Folder + "\\" + begin + std::string(base::trim(partition)) + ".dat";
+}
+
+std::string OldStatistics::line_file(const std::string& partition) const {
+  return in_folder("linestatP", partition);
+}
+std::string OldStatistics::node_file(const std::string& partition) const {
+  return in_folder("nodestatP", partition);
+}
+
+void OldStatistics::write_system() {
+  rules_.Write_Script_System(session_.job.Folder + "\\getdBaseSys.dat");
+}
+
+void OldStatistics::write_partition(const std::string& partition, bool clears) {
+  rules_.Write_Script_Stats(partition, line_file(partition), node_file(partition),
+                            in_folder("getdBaseP", partition));
+  if (clears) rules_.Write_Script(kClearStatistics);
+}
+
+// The session runs under configuration "1000", its outcome is decoded under "1".
+void OldStatistics::take_images() {
+  frame_.show_step("Processing Data ...");
+  session_.run.SessionConfigID = "1";
+  rules_.clear_received_partitions();
+  rules_.Process_CompletedSch_File();
+}
+
+// The last element of the list is spare.
+bool OldStatistics::has_delivered(const std::string& partition) const {
+  const auto& received = session_.received.ReceivedPartitions;
+  const double wanted = number_of(partition);
+  return !received.empty() && std::any_of(received.begin(), received.end() - 1,
+                                          [&](const std::string& each) { return number_of(each) == wanted; });
+}
+
+bool OldStatistics::write_csv(const std::string& partition, const std::string& line_stat_file,
+                              const std::string& node_stat_file) {
+  session_.run.StatsResultFile.clear();
+  rules_.Process_PartStats_binary(session_.run.SessionConfigID, partition, line_stat_file, node_stat_file);
+  rules_.Process_Write_CSV(session_.run.SessionConfigID, partition);
+  return !session_.run.StatsResultFile.empty();
+}
+
+void OldStatistics::miss(const std::string& reason) {
+  session_.run.MissingResult =
+      reason + " What the device sent is kept in " + parts_.files.native(session_.job.Folder) + ".";
+  rules::log_to_job(parts_, session_.run.MissingResult);
+}
+
+}  // namespace qvrcom::session

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+
+#include "base/session_values.h"
+#include "rules/business_rules.h"
+#include "session/session_frame.h"
+
+namespace qvrcom::session {
+
+// What clears a partition's statistics on the device, in either form.
+inline constexpr const char* kClearStatistics = "FTPDELETE;linestat;\r\nFTPDELETE;nodestat;";
+
+// The older form of statistics: two binary files a partition, which are fetched together with the
+// configuration images that explain them, and decoded here. All files lie in the job's folder.
+class OldStatistics {
+ public:
+  OldStatistics(const rules::BusinessRulesParts& parts, SessionFrame& frame)
+      : parts_(parts), session_(parts.session), frame_(frame), rules_(frame.rules()) {}
+
+  std::string line_file(const std::string& partition) const;
+  std::string node_file(const std::string& partition) const;
+
+  // Script lines: the system image, and one partition's image and statistics, which are then cleared on the
+  // device when `clears`.
+  void write_system();
+  void write_partition(const std::string& partition, bool clears);
+
+  // Shows the step, turns to configuration "1" and decodes the images that the completed job fetched.
+  void take_images();
+
+  // Whether the image of this partition was among them, compared as numbers.
+  bool has_delivered(const std::string& partition) const;
+
+  // Decodes the two files and writes the CSV, whatever the decoding said. False when there is no CSV.
+  bool write_csv(const std::string& partition, const std::string& line_stat_file,
+                 const std::string& node_stat_file);
+
+  // Keeps the reason why there is no result for whoever asked, and in the job's log.
+  void miss(const std::string& reason);
+
+ private:
+  std::string in_folder(const char* begin, const std::string& partition) const;
+
+  rules::BusinessRulesParts parts_;
+  base::Session& session_;
+  SessionFrame& frame_;
+  rules::BusinessRules& rules_;
+};
+
+}  // namespace qvrcom::session

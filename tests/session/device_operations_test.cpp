@@ -1,0 +1,233 @@
+// Old statistics of one and of all partitions, SAME log and device view, as whole runs of the dialog.
+
+#include <gmock/gmock.h>
+
+#include "session/memory_suite.h"
+
+namespace qvrcom::session {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+const std::string kJob = "S:\\Nov1526121005001\\";
+
+std::string header(const std::string& description) {
+  return "SITENAME=USA_Office;\r\nSITEID=101;\r\nQVRID=7;\r\nDESCRIPTION=" + description +
+         ";\r\nSTARTDATE=46341.5070023148;\r\nSTOPDATE=46341.5070023148;\r\nINTERVAL=;\r\nPERIOD=;\r\n"
+         "FTPIPADDRESS=10.0.0.5;\r\nFTPUSER=admin;\r\nFTPPASSWORD=secret;\r\nFTPCONNECT;\r\n";
+}
+
+std::string index_line(const std::string& description, const std::string& job) {
+  return "46341.5070023148;15/11/2026 12:10:05^" + description +
+         "^USA_Office^101^46341.5070023148^^^7^;S:\\" + job + "\\" + job + ".scr;\r\n";
+}
+
+std::string fetch(const std::string& remote, const std::string& local) {
+  return "FTPGET;REMOTEFILE=" + remote + ";LOCALFILE=" + local + ";SIZE=20000;\r\n";
+}
+
+// A partition's lines in a script of the older form.
+std::string block(const std::string& partition, bool clears) {
+  return "FTPACCT;part" + partition + ";\r\n" + fetch("dbase", kJob + "getdBaseP" + partition + ".dat") +
+         fetch("linestat", kJob + "linestatP" + partition + ".dat") +
+         fetch("nodestat", kJob + "nodestatP" + partition + ".dat") +
+         (clears ? "FTPDELETE;linestat;\r\nFTPDELETE;nodestat;\r\n" : "");
+}
+
+std::string sent_to(const DialogRun& run) {
+  return run.scheduler.scripts.empty() ? "" : run.scheduler.scripts[0];
+}
+
+TEST(OldStatistics, AreFetchedAndDecoded) {
+  for (const bool clears : {false, true}) {
+    DialogRun run;
+    const std::string name = clears ? operation::kRetrieveResetStatistics : operation::kRetrieveStatistics;
+    run.session.run.CurrentOperation = name;
+    run.session.run.PartitionID = " 3 ";
+    run.session.received.ReceivedPartitions = {"12", "", ""};
+    run.session.received.PartitionCount = 2;
+    run.session.site.SiteConnections[0].fields[base::SiteConnection::kFirmwareVersion] = "5.ca";
+    run.go();
+    EXPECT_EQ(sent_to(run), header(name + " 3 ") + fetch("dbase", kJob + "getdBaseSys.dat") +
+                                block("3", clears) + "FTPDISCONNECT;\r\n");
+    EXPECT_EQ(run.scheduler.index, index_line(name + " 3 ", "Nov1526121005001"));
+    EXPECT_THAT(run.components.log,
+                ElementsAre("Update_SiteID 7", "DecodeSystemImage 1 " + kJob + "getdBaseSys.dat",
+                            "Get_Partition_Rows 1 3", "DecodePartitionImage 1 3 7 " + kJob + "getdBaseP3.dat",
+                            "DecodeLineStats 1  3  " + kJob + "linestatP3.dat",
+                            "DecodeNodeStats 1  3  " + kJob + "nodestatP3.dat", "WriteStatsCsv 1  3 "));
+    EXPECT_THAT(run.session.received.ReceivedPartitions, ElementsAre("3", ""));
+    EXPECT_EQ(run.session.run.SessionConfigID, "1");
+  }
+}
+
+TEST(OldStatistics, TellWhyThereAreNone) {
+  DialogRun run;
+  run.session.site.SiteConnections[0].fields[base::SiteConnection::kFirmwareVersion] = "5.ca";
+  run.components.answers["Get_Partition_Rows"] = "none";
+  run.go();
+  EXPECT_THAT(run.session.run.MissingResult, HasSubstr("Partition 3 is not in the configuration"));
+  EXPECT_THAT(run.session.run.MissingResult, HasSubstr("S:\\Nov1526121005001"));
+  const std::string log = run.folders.GetLogsFolder() + "Nov1526121005001.log";
+  EXPECT_EQ(run.files.content[log], "2026-11-15 12:10:05 " + run.session.run.MissingResult + "\r\n");
+}
+
+// Partition 3 is not in the configuration, 5 is missing on the device, the line drops within 9.
+void leave_gaps(DialogRun& run) {
+  run.components.answers["Get_Partition_Rows 1 3"] = "none";
+  run.scheduler.sends = [](const std::string& local) -> std::optional<std::string> {
+    if (local.ends_with("P5.dat") || local.ends_with("nodestatP9.dat")) return std::nullopt;
+    return "x";
+  };
+}
+
+TEST(AllPartitions, AreRetrievedAndResetInOneJob) {
+  DialogRun run;
+  run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
+  leave_gaps(run);
+  run.go_hosted();
+  std::string script =
+      header(operation::kRetrieveResetAllStatistics) + fetch("dbase", kJob + "getdBaseSys.dat");
+  for (int number = 1; number <= 64; ++number)
+    script += block(std::to_string(number), true);
+  EXPECT_EQ(sent_to(run), script + "FTPDISCONNECT;\r\n");
+  EXPECT_EQ(run.scheduler.index, index_line(operation::kRetrieveResetAllStatistics, "Nov1526121005001"));
+  std::vector<int> decoded;
+  for (const auto& [partition, file] : run.session.run.PartitionResults)
+    decoded.push_back(partition);
+  std::vector<int> expected;
+  for (int number = 1; number <= 64; ++number) {
+    if (number != 3 && number != 5 && number != 9) expected.push_back(number);
+  }
+  EXPECT_EQ(decoded, expected);
+  EXPECT_EQ(run.session.run.PartitionResults.back().file, "Stats64.csv");
+  EXPECT_EQ(run.requests(), "J1 J5 J6 J2");
+  EXPECT_THAT(run.view.infos,
+              ElementsAre("Creating Script", "Communicating with QVR+/RDN", "Processing Data ...",
+                          "Completed Retrieve Reset Statistics All Partitions"));
+  EXPECT_THAT(run.left_behind(), IsEmpty());
+  EXPECT_EQ(run.pending_lines(), 0U);
+  EXPECT_EQ(run.view.caption, "OK");
+  EXPECT_EQ(run.session.run.MissingResult, "");
+}
+
+TEST(AllPartitions, KeepWhatDidNotBecomeACsv) {
+  DialogRun run;
+  run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
+  run.components.answers["WriteStatsCsv 1 64"] = "Disk full";
+  run.go_hosted();
+  EXPECT_EQ(run.session.run.PartitionResults.size(), 63U);
+  EXPECT_THAT(run.session.run.MissingResult, HasSubstr("No CSV was written for partition 64."));
+  EXPECT_THAT(run.left_behind(), ElementsAre("Nov1526121005001"));
+}
+
+// The activation itself only prepares.
+TEST(AllPartitions, AreTheHostsToStart) {
+  DialogRun run;
+  run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
+  run.go();
+  EXPECT_THAT(run.view.infos, IsEmpty());
+  EXPECT_EQ(run.view.caption, "Cancel");
+
+  for (const auto& [list, words] : {std::pair{"error.sch", "Error "}, {"cancelled.sch", "Cancelled "}}) {
+    DialogRun failed;
+    failed.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
+    failed.scheduler.result_file = list;
+    failed.go_hosted();
+    EXPECT_EQ(failed.view.infos.back(), std::string(words) + operation::kRetrieveResetAllStatistics);
+    EXPECT_THAT(failed.session.run.PartitionResults, IsEmpty());
+    EXPECT_THAT(failed.left_behind(), IsEmpty());
+  }
+}
+
+const std::string kLogs = "C:\\Docs\\Corbelin\\QVRCOM+\\SAMELogs\\";
+
+TEST(SameLog, IsFiledAsItCame) {
+  struct Case {
+    const char* scheduler;
+    const char* name;
+  };
+  for (const Case& each : {Case{"C:\\Data\\Scheduler\\", "Nov1526121005001same.log"},
+                           Case{"S:\\", "2026-11-15_12-10-5same.log"}}) {
+    SCOPED_TRACE(each.scheduler);
+    DialogRun run;
+    run.files.make_folders(each.scheduler);
+    run.session.run.SchedulerFolder = run.scheduler.folder = each.scheduler;
+    run.session.run.CurrentOperation = operation::kRetrieveSameLog;
+    const std::string bytes("EAS\0\xFF\nend", 9);
+    run.scheduler.sends = [&](const std::string&) { return bytes; };
+    run.go();
+    EXPECT_EQ(run.session.run.SameLogFile, kLogs + each.name);
+    EXPECT_EQ(run.files.content[kLogs + each.name], "SiteName,USA_Office\r\nUserSiteID,101\r\n" + bytes);
+    EXPECT_THAT(run.view.infos, ElementsAre("Retrieve SAME Log", "Creating Script", "Retrieving SAME Log",
+                                            "Processing Data ...", "Retrieve SAME Log Completed"));
+    EXPECT_EQ(run.requests(), "J1 J5 J6 J2");
+    EXPECT_FALSE(run.files.folder_exists(std::string(each.scheduler) + "Nov1526121005001"));
+  }
+}
+
+TEST(SameLog, IsAskedForToTheByte) {
+  DialogRun run;
+  run.session.run.CurrentOperation = operation::kRetrieveSameLog;
+  run.scheduler.result_file = "error.sch";
+  run.go();
+  EXPECT_EQ(sent_to(run),
+            header("Retrieve SAME Log") + fetch("same.log", kJob + "same.log") + "FTPDISCONNECT;\r\n");
+  EXPECT_EQ(run.scheduler.index, index_line("Retrieve SAME Log", "Nov1526121005001"));
+  EXPECT_EQ(run.view.infos.back(), "Retrieve SAME Log Error");
+  EXPECT_EQ(run.session.run.SameLogFile, "");
+}
+
+TEST(DeviceView, ListsTheMessagesOfAPartition) {
+  DialogRun run;
+  run.add_site("Depot", "102", "8", "0");
+  run.session.run.CurrentOperation = operation::kViewDevice;
+  run.session.run.PartitionID = " 3 ";
+  run.session.run.ImmediateRun = false;
+  run.scheduler.sends = [](const std::string&) {
+    return std::string("\0\0\0\0\0\0\0\0\0\0\0\x0C\0\0\0\x50\0\0\x01\x01\0\0\0\x50", 24);
+  };
+  run.go();
+  ASSERT_EQ(run.scheduler.scripts.size(), 2U);
+  EXPECT_EQ(sent_to(run), header("Retrieve All Message Indexes") + "FTPACCT;part3;\r\n" +
+                              fetch("msgindex", "S:\\Nov1526121005000\\msgindexP3.dat") +
+                              "FTPDISCONNECT;\r\n");
+  EXPECT_THAT(run.scheduler.scripts[1], HasSubstr("SITENAME=Depot;"));
+  EXPECT_EQ(run.requests(), "J1 J2 J1 J2");
+  EXPECT_THAT(run.session.received.MessageNumbers, ElementsAre("12", "257", ""));
+  EXPECT_THAT(
+      run.view.infos,
+      ElementsAre("View QVR+/RDN", "Communicating with QVR+/RDN", "Processing Data ...", "View QVR+/RDN",
+                  "Communicating with QVR+/RDN", "Processing Data ...", "View QVR+/RDN Completed"));
+  EXPECT_THAT(run.left_behind(), IsEmpty());
+  EXPECT_THAT(run.components.log, IsEmpty());
+  EXPECT_EQ(run.view.caption, "OK");
+}
+
+TEST(DeviceView, EndsInEveryWay) {
+  struct Case {
+    const char* list;
+    const char* requests;
+    const char* info;
+  };
+  for (const Case& each : {Case{"error.sch", "J1 J2", "View QVR+/RDN Error"},
+                           Case{"cancelled.sch", "J1 J2", "View QVR+/RDN Cancelled"},
+                           Case{"", "J1 J5 J2", "Communicating with QVR+/RDN"}}) {
+    SCOPED_TRACE(each.info);
+    DialogRun run;
+    run.session.run.CurrentOperation = operation::kViewDevice;
+    run.scheduler.result_file = each.list;
+    if (*each.list == '\0') {
+      run.cancel_when([&run] { return run.requests() == "J1" && run.clock.slept > std::chrono::seconds(3); });
+    }
+    run.go();
+    EXPECT_EQ(run.requests(), each.requests);
+    EXPECT_EQ(run.view.infos.back(), each.info);
+    EXPECT_EQ(run.left_behind().empty(), *each.list != '\0');
+  }
+}
+
+}  // namespace
+}  // namespace qvrcom::session
