@@ -10,8 +10,9 @@
 namespace qvrcom::control {
 
 struct AllPartitionsAnswer {
-  RequestResult result = RequestResult::kNotDone;  // kDone when at least one partition left its CSV
-  std::vector<base::PartitionFile> files;          // ascending; partitions without statistics are missing
+  // kDone when there are files and no partition that arrived failed to become one.
+  RequestResult result = RequestResult::kNotDone;
+  std::vector<base::PartitionFile> files;  // ascending; partitions without statistics are missing
 };
 
 // Retrieves and resets the statistics of all partitions of one site in one job. It is meant for devices that
@@ -24,6 +25,8 @@ class AllPartitionsRequest {
   AllPartitionsAnswer run(const SiteRow& site, bool force = false);
 
  private:
+  bool refuses_firmware() const;
+
   SessionRequestParts parts_;
   SessionRequest request_;
   platform::Trap trap_;

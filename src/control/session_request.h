@@ -41,22 +41,25 @@ class SessionRequest {
  public:
   explicit SessionRequest(const SessionRequestParts& parts) : parts_(parts) {}
 
-  // Both show why. A card type of exactly "OLD" is refused, and a site whose index line would be dropped.
-  bool refuses_card(const std::string& card_type) const;
-  bool refuses(const SiteRow& site) const;
+  // A card type of exactly "OLD" is answered with a message; with every other one the device counts as new.
+  bool accepts_card(const std::string& card_type) const;
 
-  // A box "No session is started for this site. " + `reason`.
-  void refuse(const std::string& reason, const std::string& detail) const;
+  // A box that says why nothing is started.
+  void refuse(const std::string& text, const std::string& detail) const;
 
-  // Fills the session values and runs `session` while this program has the session: kBusy when another
-  // program keeps it, otherwise what `session` answers. Whoever calls traps.
+  // Fills the session values and runs `session` while this program has the session: kNotDone for a site whose
+  // index line would be dropped, kBusy when another program keeps the session (a box has said so in both
+  // cases), otherwise what `session` answers. A run that ended well without its result is told of in a box,
+  // the reason as its detail. Whoever calls traps.
   RequestResult run(const SessionWish& wish, const std::function<RequestResult()>& session) const;
 
  private:
+  bool accepts(const SiteRow& site) const;
   void take_over(const SessionWish& wish) const;
   void prepare_files() const;
   void name_session_site() const;
   void fill_site_table(const SiteRow& row) const;
+  void tell_missing() const;
 
   SessionRequestParts parts_;
 };

@@ -3,13 +3,10 @@
 #include <cstdint>
 #include <string>
 
+#include "control/session_request.h"
 #include "control/site_list.h"
-#include "environment/command_set.h"
-#include "link/session_screen.h"
 #include "platform/trap.h"
-#include "rules/business_rules.h"
 #include "session/operations.h"
-#include "session/session_gate.h"
 
 namespace qvrcom::control {
 
@@ -20,18 +17,7 @@ struct StatisticsOrder {
   std::string operation = session::operation::kRetrieveStatistics;
 };
 
-enum class RequestResult {
-  kNotDone,  // refused, failed or cancelled; a message has said which
-  kDone,     // the operation ran to its end; a retrieval has left its file
-  kBusy,     // another program has the session
-};
-
-struct StatisticsRequestParts {
-  rules::BusinessRulesParts rules;
-  environment::DataBase& database;
-  session::SessionGate& gate;
-  link::SessionScreen& screen;
-};
+using StatisticsRequestParts = SessionRequestParts;
 
 // Shows a statistics file that a session has left.
 class StatisticsDisplay {
@@ -43,7 +29,7 @@ class StatisticsDisplay {
 // The bridge from a user's wish to the session dialog.
 class StatisticsRequest {
  public:
-  StatisticsRequest(const StatisticsRequestParts& parts, StatisticsDisplay& display);
+  StatisticsRequest(const SessionRequestParts& parts, StatisticsDisplay& display);
 
   // RetrieveStatSingPartition for a device of the new kind. A card type of exactly "OLD" is answered with a
   // message instead (kNotDone); all others count as new.
@@ -54,14 +40,10 @@ class StatisticsRequest {
   RequestResult RetrieveStatSingPartition(const StatisticsOrder& order);
 
  private:
-  bool refuses(const SiteRow& site);
-  void take_over(const StatisticsOrder& order);
-  void prepare_files();
-  void name_session_site();
-  void fill_site_table(const SiteRow& row);
   RequestResult result_of(const StatisticsOrder& order) const;
 
-  StatisticsRequestParts parts_;
+  SessionRequestParts parts_;
+  SessionRequest request_;
   StatisticsDisplay& display_;
   platform::Trap trap_;
 };

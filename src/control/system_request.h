@@ -45,8 +45,17 @@ class SystemRequest {
   SystemAnswer run(const SystemOrder& order);
 
  private:
+  struct Call;
+  struct Row;
+  static const Row kRows[10];
+
   bool refuses_file(const SystemOrder& order) const;
   RequestResult carry_out(const SystemOrder& order, SystemAnswer& answer);
+  bool take_nothing(const Call& call, SystemAnswer& answer);
+  bool take_log(const Call& call, SystemAnswer& answer);
+  bool take_clock(const Call& call, SystemAnswer& answer);
+  bool take_information(const Call& call, SystemAnswer& answer);
+  bool take_partition_times(const Call& call, SystemAnswer& answer);
 
   SessionRequestParts parts_;
   SessionRequest request_;

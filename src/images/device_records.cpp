@@ -53,6 +53,10 @@ std::string firmware_bytes(const FirmwareRecord& record) {
   return bytes_of(record);
 }
 
+ClockRecord clock_record(std::string_view bytes) {
+  return words_of<std::tuple_size_v<ClockRecord>>(bytes);
+}
+
 void DeviceRecords::PARTITION_INFO(const std::string& file_name) {
   trap_("PARTITION_INFO", [&] {
     const std::string bytes = first_bytes(file_name, received_.PartitionTimes.size() * kWordSize);

@@ -23,6 +23,9 @@ using FirmwareRecord = Words<18>;  // its system information, 72 bytes
 std::string clock_bytes(const ClockRecord& record);
 std::string firmware_bytes(const FirmwareRecord& record);
 
+// The record that a clock's 8 bytes hold.
+ClockRecord clock_record(std::string_view bytes);
+
 // Reads the small binary files that a device sends. Bytes that a short file lacks count as 0; the session's
 // `Shortfall` then says how long it was. A missing file is reported and gives zeros.
 class DeviceRecords {

@@ -33,7 +33,7 @@ class Suite : public Host {
 
   session::SessionParts session_parts() { return {rules_parts(), link, channel}; }
   control::StatisticsRequestParts request_parts(link::SessionScreen& screen) {
-    return {rules_parts(), database, gate, screen};
+    return {rules_parts(), database, gate, screen, link};
   }
 
   platform::UserInterface& ui;

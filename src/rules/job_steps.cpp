@@ -13,15 +13,18 @@
 namespace qvrcom::rules {
 
 void take_base_time(const BusinessRulesParts& parts, std::span<const std::string> suffixes) {
+  base::JobValues& job = parts.session.job;
   const std::string scheduler = environment::scheduler_folder(parts.session.run, parts.folders);
+  const std::string logs = parts.folders.GetLogsFolder();
   const auto is_taken = [&](const std::string& suffix) {
-    const std::string stamp = base::job_name_stamp(parts.session.job.SessionStart);
-    return parts.files.folder_exists(scheduler + stamp + suffix);
+    const std::string name = base::job_name_stamp(job.SessionStart) + suffix;
+    return name == job.Name || parts.files.folder_exists(scheduler + name) ||
+           parts.files.file_exists(logs + name + ".log");
   };
-  parts.session.job.SessionStart = parts.clock.now();
+  job.SessionStart = parts.clock.now();
   while (std::any_of(suffixes.begin(), suffixes.end(), is_taken)) {
     parts.clock.sleep(std::chrono::milliseconds(100));
-    parts.session.job.SessionStart = parts.clock.now();
+    job.SessionStart = parts.clock.now();
   }
 }
 

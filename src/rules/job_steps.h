@@ -14,8 +14,9 @@ namespace qvrcom::rules {
 // The suffix of a job that nobody numbers.
 inline constexpr const char* kPlainSuffix = "000";
 
-// Sets the job base time to now. When an earlier run of the same second has left a folder under one of the
-// suffixes, to a later second.
+// Sets the job base time to now; to a later second when an earlier run of this one has used the name of one
+// of the suffixes, as the last job, a job folder or a job's log tells. Two jobs of one name and description
+// would have the same index line, and the scheduler runs a line once.
 void take_base_time(const BusinessRulesParts& parts, std::span<const std::string> suffixes);
 
 // Start, stop, interval and period of a job that runs at once.

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "control/memory_lock.h"
 #include "session/memory_suite.h"
 
 namespace qvrcom::control {
@@ -9,20 +10,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-struct MemoryLock : platform::SessionLock {
-  struct Hold : platform::SessionLockHold {
-    explicit Hold(bool& flag) : held(flag) { held = true; }
-    ~Hold() override { held = false; }
-    bool& held;
-  };
-  Attempt try_acquire() override {
-    if (!owner.empty()) return {nullptr, owner};
-    return {std::make_unique<Hold>(held), {}};
-  }
-  std::string owner;  // another program
-  bool held = false;
-};
 
 // The control on a memory suite; its view, host, viewer and chooser write what they are told into `log`.
 struct ControlTest : ::testing::Test, ControlView, ControlEvents, StatisticsViewer, FileChooser {
@@ -77,7 +64,8 @@ struct ControlTest : ::testing::Test, ControlView, ControlEvents, StatisticsView
   session::SessionRun screen{suite.parts(), windows};
   session::SessionGate gate{lock, suite.ui};
   environment::DataBase database{suite.engine, suite.folders};
-  StatisticsControl control{{{suite.parts().rules, database, gate, screen}, *this, *this, *this, *this}};
+  StatisticsControl control{
+      {{suite.parts().rules, database, gate, screen, suite.link}, *this, *this, *this, *this}};
 };
 
 const ControlTest::Fields kOffice = {"7",  "USA_Office", "101", std::nullopt, "0",   "10.0.0.5",
@@ -201,7 +189,7 @@ struct RequestTest : ControlTest, StatisticsDisplay {
   }
   void ShowStatistics(const std::string& csvFile) override { log.push_back(csvFile); }
   RequestResult request(const char* operation = session::operation::kRetrieveStatistics) {
-    return StatisticsRequest({suite.parts().rules, database, gate, screen}, *this)
+    return StatisticsRequest({suite.parts().rules, database, gate, screen, suite.link}, *this)
         .run("NEW", {.site = site_row(record), .partition = 3, .operation = operation});
   }
   sitebook::SiteRecord record;

@@ -37,7 +37,7 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
   void show_modal() override {}
   std::optional<std::string> open_file(const control::FileChoice&) override { return chosen; }
 
-  StatisticsMainParts parts() { return {{suite.parts().rules, database, gate, screen}, *this, *this}; }
+  StatisticsMainParts parts() { return {{suite.parts().rules, database, gate, screen, suite.link}, *this, *this}; }
 
   session::MemorySuite suite;
   OpenLock lock;

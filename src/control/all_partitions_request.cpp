@@ -1,0 +1,34 @@
+#include "control/all_partitions_request.h"
+
+#include "environment/names.h"
+
+namespace qvrcom::control {
+
+AllPartitionsAnswer AllPartitionsRequest::run(const SiteRow& site, bool force) {
+  AllPartitionsAnswer answer;
+  answer.result = trap_("AllPartitionsRequest", [&] {
+    if (!request_.accepts_card(site[SiteColumn::kControlCardType])) return RequestResult::kNotDone;
+    return request_.run({site, session::operation::kRetrieveResetAllStatistics, {}}, [&] {
+      if (!force && refuses_firmware()) return RequestResult::kNotDone;
+      parts_.screen.show_modal();
+      const base::RunValues& run = parts_.rules.session.run;
+      answer.files = run.PartitionResults;
+      const bool whole = run.SessionStatus == "Completed" && run.MissingResult.empty();
+      return whole && !answer.files.empty() ? RequestResult::kDone : RequestResult::kNotDone;
+    });
+  });
+  return answer;
+}
+
+bool AllPartitionsRequest::refuses_firmware() const {
+  const std::string& version = parts_.rules.session.site.FirmwareVersion;
+  if (rules::BusinessRules(parts_.rules).Check_Firmware_Version(version) == environment::kOldStats) {
+    return false;
+  }
+  request_.refuse("No session is started: the site's firmware " + version +
+                      " does not keep its statistics in the older form.",
+                  "Retrieve and reset its partitions one by one, or force the command.");
+  return true;
+}
+
+}  // namespace qvrcom::control

@@ -1,0 +1,158 @@
+#include "control/system_request.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "base/fault.h"
+#include "base/number.h"
+#include "devicefiles/device_time.h"
+#include "platform/message.h"
+#include "siterules/device_address.h"
+
+namespace qvrcom::control {
+namespace {
+
+namespace operation = session::operation;
+
+// The commands that send a file of the user's.
+bool sends_file(const std::string& name) {
+  return name == operation::kSendFirmware || name == operation::kSendCannedMessages;
+}
+
+rules::CommandSite command_site(const base::SiteValues& site) {
+  return {
+      .site_name = site.SiteName,
+      .site_id = site.UserSiteID,
+      .qvr_id = site.SiteID,
+      .dial_up_flag = base::to_int16(site.ConnectMethod),
+      .dial_up_connection = site.DialupConnection,
+      .number_to_dial = site.NumberToDial,
+      .ftp_address = siterules::device_address(site.ConnectMethod, site.IPLan, site.IPDirect, site.IPModem),
+      .ftp_user = site.LoginName,
+      .ftp_password = site.AccessCode};
+}
+
+}  // namespace
+
+// One call of a command: what it gets, and the raw form of what it gives.
+struct SystemRequest::Call {
+  rules::SystemCommands& commands;
+  const rules::CommandSite site;
+  const SystemOrder& order;
+  std::string& status;
+  std::string log_path = {};
+  images::ClockRecord clock{};
+  images::FirmwareRecord information{};
+};
+
+// A command, and what is made of its result once it has completed: false when there is none, which has been
+// reported.
+struct SystemRequest::Row {
+  const char* operation;
+  void (*run)(Call&);
+  bool (SystemRequest::*take)(const Call&, SystemAnswer&);
+};
+
+const SystemRequest::Row SystemRequest::kRows[10] = {
+    {operation::kGetLog, [](Call& c) { c.commands.GetLogFile(c.site, c.log_path, c.status); },
+     &SystemRequest::take_log},
+    {operation::kGetAndResetLog, [](Call& c) { c.commands.GetAndResetLogFile(c.site, c.log_path, c.status); },
+     &SystemRequest::take_log},
+    {operation::kResetLog, [](Call& c) { c.commands.ResetLogFile(c.site, c.status); },
+     &SystemRequest::take_nothing},
+    {operation::kGetDateAndTime, [](Call& c) { c.commands.GetDateAndTime(c.site, c.clock, c.status); },
+     &SystemRequest::take_clock},
+    {operation::kSetDateAndTime,
+     [](Call& c) {
+       const std::string bytes = devicefiles::write_device_time({c.order.clock});
+       c.commands.SetDateAndTime(c.site, images::clock_record(bytes), c.status);
+     },
+     &SystemRequest::take_nothing},
+    {operation::kTelnetSession, [](Call& c) { c.commands.Launch_TelnetSession(c.site, c.status); },
+     &SystemRequest::take_nothing},
+    {operation::kRetrieveMessageIndex,
+     [](Call& c) { c.commands.GetPartitonInfo(c.site, c.order.partition, c.status); },
+     &SystemRequest::take_partition_times},
+    {operation::kGetSystemInformation,
+     [](Call& c) { c.commands.GetFirmwareStructure(c.site, c.information, c.status); },
+     &SystemRequest::take_information},
+    {operation::kSendFirmware, [](Call& c) { c.commands.SendFirmware(c.site, c.order.file, c.status); },
+     &SystemRequest::take_nothing},
+    {operation::kSendCannedMessages,
+     [](Call& c) { c.commands.SendCannedMessages(c.site, c.order.file, c.status); },
+     &SystemRequest::take_nothing},
+};
+
+SystemRequest::SystemRequest(const SessionRequestParts& parts)
+    : parts_(parts), request_(parts), trap_(parts.rules.ui) {}
+
+SystemAnswer SystemRequest::run(const SystemOrder& order) {
+  SystemAnswer answer;
+  answer.result = trap_("SystemRequest", [&] {
+    if (!request_.accepts_card(order.site[SiteColumn::kControlCardType])) return RequestResult::kNotDone;
+    if (sends_file(order.operation) && refuses_file(order)) return RequestResult::kNotDone;
+    return request_.run({order.site, order.operation, order.partition},
+                        [&] { return carry_out(order, answer); });
+  });
+  return answer;
+}
+
+bool SystemRequest::refuses_file(const SystemOrder& order) const {
+  const platform::Files& files = parts_.rules.files;
+  const std::string name = files.native(order.file);
+  if (!files.file_exists(order.file)) {
+    request_.refuse("No session is started: there is no file " + name + ".",
+                    "Choose the file to send, then try again.");
+    return true;
+  }
+  if (order.force || files.length(order.file) > 0) return false;
+  request_.refuse("No session is started: the file " + name + " is empty.",
+                  "A device that is sent an empty file may lose what it has. Force the command to send it.");
+  return true;
+}
+
+RequestResult SystemRequest::carry_out(const SystemOrder& order, SystemAnswer& answer) {
+  const auto row = std::find_if(std::begin(kRows), std::end(kRows),
+                                [&](const Row& each) { return each.operation == order.operation; });
+  if (row == std::end(kRows)) {
+    throw base::Fault("Unknown operation", "\"" + order.operation + "\" is no system command.");
+  }
+  rules::SystemCommands commands(parts_.rules, parts_.link, parts_.screen);
+  Call call{commands, command_site(parts_.rules.session.site), order, answer.status};
+  row->run(call);
+  answer.shortfall = parts_.rules.session.received.Shortfall;
+  if (answer.status != "Completed") return RequestResult::kNotDone;
+  return (this->*row->take)(call, answer) ? RequestResult::kDone : RequestResult::kNotDone;
+}
+
+bool SystemRequest::take_nothing(const Call&, SystemAnswer&) {
+  return true;
+}
+
+// The job's folder goes once the log is safe.
+bool SystemRequest::take_log(const Call& call, SystemAnswer& answer) {
+  platform::Files& files = parts_.rules.files;
+  answer.log = files.read(call.log_path);
+  if (!call.order.save_log_as.empty()) files.replace(call.order.save_log_as, answer.log);
+  rules::BusinessRules(parts_.rules).Remove_Folder();
+  return true;
+}
+
+bool SystemRequest::take_clock(const Call& call, SystemAnswer& answer) {
+  answer.clock = devicefiles::read_device_time(images::clock_bytes(call.clock)).moment;
+  return true;
+}
+
+bool SystemRequest::take_information(const Call& call, SystemAnswer& answer) {
+  answer.information = devicefiles::read_system_information(images::firmware_bytes(call.information));
+  return true;
+}
+
+bool SystemRequest::take_partition_times(const Call&, SystemAnswer& answer) {
+  answer.partition_times = parts_.rules.session.received.PartitionTimes;
+  return std::none_of(answer.partition_times.begin(), answer.partition_times.end(),
+                      [](const base::TimeRecord& time) { return time == base::TimeRecord{}; });
+}
+
+}  // namespace qvrcom::control
