@@ -1,4 +1,5 @@
-#include <QCoreApplication>
+#include <unistd.h>
+
 #include <QDir>
 #include <QStandardPaths>
 
@@ -13,9 +14,11 @@ QString standard(QStandardPaths::StandardLocation place) {
   return QStandardPaths::writableLocation(place);
 }
 
+// Without a login session there is no runtime folder: a folder of the user's in the temporary one serves.
 QString runtime() {
-  const QString folder = standard(QStandardPaths::RuntimeLocation);
-  return folder.isEmpty() ? standard(QStandardPaths::TempLocation) : folder;
+  const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+  if (!folder.isEmpty()) return folder + "/qvrcom";
+  return standard(QStandardPaths::TempLocation) + "/qvrcom-" + QString::number(::getuid());
 }
 
 void check(const std::string& path) {
@@ -43,9 +46,9 @@ Layout Layout::from_environment() {
     layout.config_folder = (standard(QStandardPaths::GenericConfigLocation) + "/qvrcom").toStdString();
     layout.app_data_folder = standard(QStandardPaths::GenericDataLocation).toStdString();
     layout.documents_folder = standard(QStandardPaths::DocumentsLocation).toStdString();
-    layout.run_folder = (runtime() + "/qvrcom").toStdString();
+    layout.run_folder = runtime().toStdString();
   }
-  layout.runtime_folder = (runtime() + "/qvrcom").toStdString();
+  layout.runtime_folder = runtime().toStdString();
   for (const std::string* path : {&layout.config_folder, &layout.app_data_folder, &layout.documents_folder})
     check(*path);
   return layout;
