@@ -109,7 +109,6 @@ TEST_F(ResponseDialogTest, OffersTheLogAfterAnErrorOnly) {
     error = ended_badly;
     const ModalDriver driver({[&](QWidget&) {
       auto& open = child<QPushButton>(dialog, "cmdOpenLog");
-      QTest::qWait(20);
       EXPECT_EQ(open.isVisible(), ended_badly);
       open.click();
       button().click();

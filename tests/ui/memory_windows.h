@@ -27,17 +27,16 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
          "IPLAN", "IPMODEM", "AccessCode", "DialupConnection", "NumberToDial", "FirmwareVersion"},
         rows);
     suite.session.site = {};
-    suite.ui.on_pump = [this] {
-      suite.channel.deliver();
-      QCoreApplication::processEvents();
-    };
+    suite.on_event = [] { QCoreApplication::processEvents(); };
   }
 
   void hand_over(const std::string& csv_file) override { viewed.push_back(csv_file); }
   void show_modal() override {}
   std::optional<std::string> open_file(const control::FileChoice&) override { return chosen; }
 
-  StatisticsMainParts parts() { return {{suite.parts().rules, database, gate, screen, suite.link}, *this, *this}; }
+  StatisticsMainParts parts() {
+    return {{suite.parts().rules, database, gate, screen, suite.link}, *this, *this};
+  }
 
   session::MemorySuite suite;
   OpenLock lock;

@@ -20,7 +20,15 @@ namespace qvrcom::ui {
 // or one that outlives its step, is closed, so that a test fails instead of hanging.
 class ModalDriver {
  public:
-  using Step = std::function<void(QWidget& window)>;
+  struct Step {
+    template <class Act>
+    Step(Act step) : act(std::move(step)) {}  // NOLINT: a lambda is a step
+    Step(std::function<bool(QWidget&)> when, std::function<void(QWidget&)> step)
+        : act(std::move(step)), ready(std::move(when)) {}
+
+    std::function<void(QWidget& window)> act;  // never waits: what it waits for may lie below it on the stack
+    std::function<bool(QWidget& window)> ready = [](QWidget&) { return true; };
+  };
 
   explicit ModalDriver(std::vector<Step> steps) : steps_(std::move(steps)) {
     QObject::connect(&timer_, &QTimer::timeout, [this] { look(); });
@@ -32,21 +40,27 @@ class ModalDriver {
   void look() {
     QWidget* window = QApplication::activeModalWidget();
     if (window == nullptr || !window->isVisible()) return;
-    if (window != last_ && next_ < steps_.size()) {
-      last_ = window;
-      age_.start();
+    if (window != last_) age_.start();
+    const bool expected = next_ < steps_.size() && (window != last_ || !acted_);
+    if (window != last_) acted_ = false;
+    last_ = window;
+    if (expected && steps_[next_].ready(*window)) {
+      acted_ = true;
       // Queued, so that the driver goes on looking while a step has opened a window itself.
-      QTimer::singleShot(0, window, [step = steps_[next_++], window] { step(*window); });
+      QTimer::singleShot(0, window, [act = steps_[next_++].act, window] { act(*window); });
       return;
     }
-    if (window == last_ && age_.elapsed() < 3000) return;
+    if ((expected || acted_) && age_.elapsed() < 3000) return;
     ADD_FAILURE() << "unexpected window: " << window->windowTitle().toStdString();
-    if (auto* dialog = qobject_cast<QDialog*>(window)) dialog->done(0);
+    window->close();
+    if (auto* dialog = qobject_cast<QDialog*>(window); dialog != nullptr && dialog->isVisible())
+      dialog->done(0);
   }
 
   std::vector<Step> steps_;
   std::size_t next_ = 0;
   QPointer<QWidget> last_;
+  bool acted_ = false;  // on that window
   QElapsedTimer age_;
   QTimer timer_;
 };

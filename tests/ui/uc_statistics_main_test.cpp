@@ -98,14 +98,18 @@ TEST_F(StatisticsMainTest, RetrievesByKeyboardAlone) {
   press(*control, Qt::Key_Down);
   press(*control, Qt::Key_Down);
   {
-    const ModalDriver driver({[](QWidget& dialog) {
+    const auto ended = [](QWidget& dialog) {
+      return child<QPushButton>(dialog, "cmdCancel").accessibleName() == "OK";
+    };
+    const auto press_ok = [](QWidget& dialog) {
       EXPECT_EQ(dialog.windowTitle(), "RESPONSE DIALOG");
-      QTRY_COMPARE(child<QPushButton>(dialog, "cmdCancel").accessibleName(), QString("OK"));
-      EXPECT_EQ(child<QLabel>(dialog, "lblInfo").text(), "Completed Retrieve Statistics for Partition ");
+      EXPECT_EQ(utf8(child<QLabel>(dialog, "lblInfo").text()),
+                "Completed Retrieve Statistics for Partition ");
       EXPECT_FALSE(child<QLabel>(dialog, "lblCancelCommInfo").isVisible());
       EXPECT_FALSE(child<QPushButton>(dialog, "cmdOpenLog").isVisible());
       press(dialog, Qt::Key_Return);
-    }});
+    };
+    const ModalDriver driver({ModalDriver::Step(ended, press_ok)});
     alt(Qt::Key_O);
   }
   EXPECT_EQ(windows->suite.session.run.PartitionID, "3");

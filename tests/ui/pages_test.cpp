@@ -1,0 +1,328 @@
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTemporaryDir>
+
+#include "adapters/database_qt.h"
+#include "adapters/files_posix.h"
+#include "adapters/paths.h"
+#include "doubles/settable_machine.h"
+#include "ui/first_start.h"
+#include "ui/jobs_page.h"
+#include "ui/main_window.h"
+#include "ui/memory_windows.h"
+#include "ui/message_boxes.h"
+#include "ui/modal_driver.h"
+#include "ui/site_dialog.h"
+#include "ui/sites_page.h"
+#include "ui/text_window.h"
+#include "ui/widget_text.h"
+
+namespace qvrcom::ui {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+struct ManualScheduler : platform::SchedulerControl {
+  std::optional<platform::SchedulerStatus> status() override { return now; }
+  bool stop() override {
+    log.push_back("stop");
+    now.reset();
+    return true;
+  }
+  platform::StopOutcome stop_job(const std::string& job) override {
+    log.push_back("stop " + job);
+    return outcome;
+  }
+  std::optional<platform::SchedulerStatus> now;
+  platform::StopOutcome outcome = platform::StopOutcome::kTakenOut;
+  std::vector<std::string> log;
+};
+
+// The pages on real files and a real database in a folder of their own.
+struct PagesTest : ::testing::Test {
+  environment::MachineFolders machine_folders() const {
+    const std::string root = adapters::suite_path(folder.path().toStdString());
+    return {root + "\\Data", root + "\\Docs", root + "\\App"};
+  }
+  bool prepare() {
+    return prepare_machine({ui, machine, files}, {machine, machine, files, engine}, machine_folders());
+  }
+  QString path(const char* name) const { return folder.filePath(QLatin1String(name)); }
+  void write(const QString& to, const std::string& text) { files.replace(utf8(to), text); }
+  SitesPage& sites_page() {
+    page = std::make_unique<SitesPage>(SitesPageParts{sites, ui, files, chooser});
+    page->show();
+    return *page;
+  }
+  QPushButton& button(const char* name) { return child<QPushButton>(*page, name); }
+
+  QTemporaryDir folder;
+  adapters::FilesPosix files;
+  adapters::QtDatabaseEngine engine{files};
+  doubles::SettableMachine machine;
+  doubles::RecordingUserInterface ui;
+  environment::FilesAndFolders folders{machine, files};
+  environment::DatabaseConnection connection{engine, folders};
+  sitebook::SiteBook sites{connection};
+  FileChooserQt chooser{folder.path()};
+  std::unique_ptr<SitesPage> page;
+
+  base::RunValues run;
+  jobs::SchedulerFiles scheduler_files{run, folders, files};
+  results::JobBoard board{scheduler_files};
+  ManualScheduler scheduler;
+  session::MemoryPrograms programs;
+  SessionLogs logs{ui, files, folders};
+  JobsPageParts jobs_parts() {
+    return {board, scheduler_files, scheduler, programs, files, folders, ui, logs};
+  }
+};
+
+TEST_F(PagesTest, SetsAFreshMachineUpOnceAndPutsBackWhatHasGone) {
+  ui.answers = {platform::Button::kCancel};
+  EXPECT_FALSE(prepare());
+  EXPECT_THAT(QDir(folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), IsEmpty());
+
+  EXPECT_TRUE(prepare());
+  EXPECT_EQ(ui.messages.size(), 3U);
+  EXPECT_TRUE(prepare());
+  EXPECT_EQ(ui.messages.size(), 3U);
+
+  const std::string database = folders.GetDatabaseFolder() + "NewDB.mdb";
+  files.remove(database);
+  ui.answers = {platform::Button::kCancel};
+  EXPECT_TRUE(prepare());
+  EXPECT_FALSE(files.file_exists(database));
+  EXPECT_THAT(ui.messages.back().text, testing::HasSubstr("The database "));
+  EXPECT_TRUE(prepare());
+  EXPECT_TRUE(files.file_exists(database));
+}
+
+TEST_F(PagesTest, AddsEditsAndDeletesSites) {
+  prepare();
+  SitesPage& shown = sites_page();
+  QSignalSpy changes(&shown, &SitesPage::sites_changed);
+  {
+    const ModalDriver driver({[](QWidget& dialog) {
+      auto& reasons = child<QLabel>(dialog, "lblReasons");
+      const auto fill = [&](const char* field, const char* text) {
+        child<QLineEdit>(dialog, field).setText(QString::fromUtf8(text));
+      };
+      fill("field-name", "a;b");
+      EXPECT_FALSE(reasons.text().isEmpty());
+      press(dialog, Qt::Key_Return);  // OK waits
+      EXPECT_TRUE(dialog.isVisible());
+      fill("field-name", "Büro");
+      fill("field-id", "101");
+      child<QComboBox>(dialog, "field-method").setCurrentIndex(2);
+      EXPECT_EQ(reasons.text(), "");
+      press(dialog, Qt::Key_Return);
+    }});
+    button("cmdAddSite").click();
+  }
+  ASSERT_EQ(sites.list().size(), 1U);
+  const sitebook::SiteRecord added = sites.list()[0];
+  EXPECT_EQ(added.name, "Büro");
+  EXPECT_EQ(added.method, "1");
+  EXPECT_EQ(added.lan, std::nullopt);
+
+  child<QTableView>(shown, "tblSites").selectRow(0);
+  {
+    const ModalDriver driver({[](QWidget& dialog) {
+      child<QLineEdit>(dialog, "field-access-code").setText("geheim");
+      press(dialog, Qt::Key_Return);
+    }});
+    button("cmdEditSite").click();
+  }
+  EXPECT_EQ(sites.list()[0].access_code, "geheim");
+  const QAbstractItemModel& cells = *child<QTableView>(shown, "tblSites").model();
+  EXPECT_FALSE(cells.index(0, 6).data().toString().contains("geheim"));
+
+  child<QTableView>(shown, "tblSites").selectRow(0);
+  ui.answers = {platform::Button::kCancel, platform::Button::kOk};
+  button("cmdDeleteSite").click();
+  EXPECT_EQ(sites.list().size(), 1U);
+  button("cmdDeleteSite").click();
+  EXPECT_THAT(sites.list(), IsEmpty());
+  EXPECT_EQ(changes.count(), 3);
+}
+
+TEST_F(PagesTest, ImportsAllSitesOrTellsWhyNone) {
+  prepare();
+  SitesPage& shown = sites_page();
+  write(path("good.csv"), "name,id\r\nOne,1\r\nTwo,2\r\n");
+  write(path("bad.csv"), "name,id\r\nThree,3\r\nFo;ur,4\r\n");
+  const auto choose = [](const QString& file) {
+    return [file](QWidget& dialog) {
+      child<QLineEdit>(dialog, "fileNameEdit").setText(file);
+      press(dialog, Qt::Key_Return);
+    };
+  };
+  {
+    const ModalDriver driver({choose(path("good.csv"))});
+    button("cmdImportSites").click();
+  }
+  EXPECT_EQ(sites.list().size(), 2U);
+  {
+    const ModalDriver driver({choose(path("bad.csv")), [](QWidget& report) {
+                                EXPECT_TRUE(
+                                    child<QPlainTextEdit>(report, "text").toPlainText().contains("Line 3: "));
+                                press(report, Qt::Key_Escape);
+                              }});
+    button("cmdImportSites").click();
+  }
+  EXPECT_EQ(sites.list().size(), 2U);
+  EXPECT_EQ(child<QLabel>(shown, "lblSitesState").text(), "2 sites");
+  {
+    const ModalDriver driver({choose(path("out.csv"))});
+    button("cmdExportSites").click();
+  }
+  EXPECT_THAT(files.read(utf8(path("out.csv"))), testing::HasSubstr("\r\n"));
+}
+
+TEST_F(PagesTest, SaysWhyTheSiteBookCannotBeUsed) {
+  prepare();
+  files.replace(folders.GetDatabaseFolder() + "NewDB.mdb", "no database");
+  SitesPage& shown = sites_page();
+  EXPECT_TRUE(child<QLabel>(shown, "lblSitesState").text().startsWith("The site book cannot be used. "));
+  for (const char* name : {"cmdAddSite", "cmdEditSite", "cmdDeleteSite", "cmdImportSites", "cmdExportSites"})
+    EXPECT_FALSE(button(name).isEnabled()) << name;
+  EXPECT_TRUE(button("cmdReloadSites").isEnabled());
+}
+
+TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
+  prepare();
+  const auto line = [&](const std::string& job) {
+    return "46341.5;15/11/2026 12:00:00^Retrieve^Office^101^46341.5^^^1^;" + scheduler_files.path(job) +
+           "\\" + job + ".scr;\r\n";
+  };
+  write(qt_text(scheduler_files.path("index.sch")), line("Nov1526120000001") + line("Nov1526120000002"));
+  JobsPage jobs(jobs_parts());
+  jobs.show();
+  auto& table = child<QTableView>(jobs, "tblJobs");
+  const auto column = [&](int number) {
+    std::vector<std::string> texts;
+    for (int row = 0; row < table.model()->rowCount(); ++row)
+      texts.push_back(utf8(table.model()->index(row, number).data().toString()));
+    return texts;
+  };
+  EXPECT_THAT(column(1), ElementsAre("Waiting", "Waiting"));
+  table.selectRow(1);
+  EXPECT_FALSE(child<QPushButton>(jobs, "cmdStopJob").isEnabled());
+
+  write(qt_text(scheduler_files.path("error.sch")), line("Nov1526120000001"));
+  scheduler.now.emplace();
+  scheduler.now->jobs = {{"Nov1526120000002", "Retrieve", platform::JobState::kRunning}};
+  jobs.look();
+  EXPECT_THAT(column(1), ElementsAre("Error", "Running"));
+  EXPECT_THAT(column(6), ElementsAre("error.sch", ""));
+  child<QPushButton>(jobs, "cmdStopJob").click();  // the row is still selected
+  EXPECT_THAT(scheduler.log, ElementsAre("stop Nov1526120000002"));
+  child<QPushButton>(jobs, "cmdStopScheduler").click();
+  EXPECT_TRUE(child<QPushButton>(jobs, "cmdStartScheduler").isEnabled());
+  child<QPushButton>(jobs, "cmdStartScheduler").click();
+  EXPECT_THAT(programs.started, ElementsAre(folders.GetAppPath() + "JobPilot.exe"));
+
+  ui.messages.clear();
+  child<QPushButton>(jobs, "cmdOpenJobLog").click();
+  ASSERT_EQ(ui.messages.size(), 1U);
+  EXPECT_THAT(ui.messages[0].text, testing::HasSubstr("has written no log"));
+}
+
+// Whatever can have the focus has a name for those who cannot see it, no mnemonic is there twice among what
+// is in sight together, and every colour is the palette's.
+TEST_F(PagesTest, NamesEveryElementAndTakesItsColoursFromThePalette) {
+  prepare();
+  MemoryWindows control({"USA_Office"});
+  MainWindow main;
+  main.add_page("Stat&istics", new StatisticsPage(control.parts()));
+  main.add_page("Si&tes", new SitesPage({sites, ui, files, chooser}));
+  main.add_page("&Jobs", new JobsPage(jobs_parts()));
+  SiteDialog site(
+      "Edit Site", {}, [](const auto&) { return std::vector<sitebook::SiteProblem>(); }, nullptr);
+  ResponseDialog response({});
+  TextWindow text("Log", "line", nullptr);
+  const auto check = [](QWidget& window) {
+    QStringList mnemonics;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+      EXPECT_TRUE(widget->styleSheet().isEmpty()) << widget->objectName().toStdString();
+      EXPECT_EQ(widget->palette().resolveMask(), 0U) << widget->objectName().toStdString();
+      if (!widget->isVisible()) continue;
+      const QAccessibleInterface* face = QAccessible::queryAccessibleInterface(widget);
+      if (widget->focusPolicy() != Qt::NoFocus && face != nullptr) {
+        EXPECT_FALSE(face->text(QAccessible::Name).isEmpty())
+            << widget->metaObject()->className() << " " << widget->objectName().toStdString();
+      }
+      const QKeySequence key = QKeySequence::mnemonic(widget->property("text").toString());
+      if (key.isEmpty()) continue;
+      EXPECT_FALSE(mnemonics.contains(key.toString())) << utf8(key.toString());
+      mnemonics += key.toString();
+    }
+  };
+  main.show();
+  for (int index = 0; index < 3; ++index) {
+    main.show_page(index);
+    check(main);
+  }
+  for (QWidget* window : std::initializer_list<QWidget*>{&site, &response, &text}) {
+    window->show();
+    check(*window);
+    window->hide();
+  }
+}
+
+TEST(MessageBoxesTest, ShowsTextTitleAndDetailApart) {
+  MessageBoxes boxes;
+  struct Row {
+    platform::Message message;
+    const char* title;
+    Qt::Key key;
+    platform::Button answer;
+  };
+  const Row rows[] = {
+      {{.text = "ERROR! cmdOK_Click"}, "Host", Qt::Key_Return, platform::Button::kOk},
+      {{.text = "a\r\nb & c <b>", .title = "QVRCOM+", .detail = "why"},
+       "QVRCOM+",
+       Qt::Key_Escape,
+       platform::Button::kOk},
+      {{.text = "?", .title = "T", .buttons = platform::Buttons::kOkCancel},
+       "T",
+       Qt::Key_Escape,
+       platform::Button::kCancel},
+      {{.text = "?", .title = "T", .buttons = platform::Buttons::kYesNoCancel},
+       "T",
+       Qt::Key_Return,
+       platform::Button::kYes},
+      {{.text = "?", .title = "T", .buttons = platform::Buttons::kYesNoCancel},
+       "T",
+       Qt::Key_Escape,
+       platform::Button::kCancel},
+  };
+  for (const Row& row : rows) {
+    const ModalDriver driver({[&](QWidget& box) {
+      EXPECT_EQ(box.property("text").toString(), qt_text(row.message.text));
+      EXPECT_EQ(box.windowTitle(), row.title);
+      EXPECT_EQ(box.property("detailedText").toString(), qt_text(row.message.detail));
+      press(box, row.key);
+    }});
+    EXPECT_EQ(boxes.show(row.message), row.answer) << row.message.text;
+  }
+}
+
+TEST(FileChooserTest, WritesFiltersAsQtReadsThem) {
+  EXPECT_EQ(qt_filter("Statistics Files (*.csv)|*.csv"), "Statistics Files (*.csv)");
+  EXPECT_EQ(qt_filter("Sound|*.wav;*.au"), "Sound (*.wav *.au)");
+}
+
+}  // namespace
+}  // namespace qvrcom::ui
