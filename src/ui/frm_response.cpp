@@ -44,7 +44,7 @@ ResponseDialog::ResponseDialog(LogOffer log, QWidget* parent)
     : QDialog(parent),
       lblInfo_(text_label("lblInfo", 1, this)),
       lblCancelCommInfo_(text_label("lblCancelCommInfo", kHintLines, this)),
-      lblNotice_(text_label("lblNotice", 1, this)),
+      lblNotice_(text_label("lblNotice", 2, this)),
       cmdCancel_(captioned<QPushButton>("cmdCancel", QStringLiteral("&Cancel"), this)),
       cmdOpenLog_(captioned<QPushButton>("cmdOpenLog", QStringLiteral("Open &Log"), this)),
       RichTextBox1_(named(new QTextEdit(this), "RichTextBox1", QStringLiteral("RichTextBox1"))),

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QSortFilterProxyModel>
@@ -95,6 +96,7 @@ JobsPage::JobsPage(const JobsPageParts& parts, QWidget* parent)
 
 void JobsPage::lay_out() {
   prepare_row_table(*table_, *sorted_);
+  table_->verticalHeader()->hide();
   auto* all = new QVBoxLayout(this);
   all->addWidget(lblScheduler_);
   all->addWidget(label_for(table_, "lblJobs", QStringLiteral("Jo&bs of the scheduler:"), this));

@@ -21,6 +21,13 @@ QFrame* vertical_line(QWidget* parent) {
   return line;
 }
 
+// Some styles hardly tell a checked button from another one.
+void set_bold(QWidget& widget, bool bold) {
+  QFont font = widget.font();
+  font.setBold(bold);
+  widget.setFont(font);
+}
+
 }  // namespace
 
 MainWindow::MainWindow(QWidget* parent)
@@ -48,6 +55,7 @@ void MainWindow::add_page(const QString& caption, QWidget* page) {
   button->setCheckable(true);
   button->setAutoDefault(true);
   button->setFixedWidth(kColumnWidth);
+  connect(button, &QPushButton::toggled, button, [button](bool chosen) { set_bold(*button, chosen); });
   buttons_->addButton(button, index);
   column_->insertWidget(index, button);
   if (index == 0) button->setChecked(true);

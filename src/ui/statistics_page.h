@@ -19,8 +19,8 @@ class StatisticsPage : public QWidget {
   void show_control(bool shown);
 
   ucStatisticsMain* control_;
+  QPushButton* cmdOpen_ = nullptr;  // of the panel
   QWidget* start_panel_;
-  QPushButton* cmdOpen_ = nullptr;
 };
 
 }  // namespace qvrcom::ui
