@@ -1,0 +1,170 @@
+#include "adapters/terminal_local.h"
+
+#include <QLocalSocket>
+#include <QPointer>
+#include <QTimer>
+#include <array>
+#include <utility>
+
+#include "adapters/local_socket.h"
+#include "adapters/terminal_relay_local.h"
+#include "platform/terminal_frame.h"
+
+namespace qvrcom::adapters {
+namespace {
+
+constexpr int kRetryTime = 100;      // milliseconds between two looks for the session
+constexpr qint64 kMostRead = 65536;  // bytes that wait to be shown
+
+QByteArray frame_bytes(char kind, std::string_view payload) {
+  const std::string text = platform::terminal_frame_text(kind, payload);
+  return {text.data(), static_cast<qsizetype>(text.size())};
+}
+
+}  // namespace
+
+class TerminalLocal::Wire : public QObject {
+ public:
+  explicit Wire(QString path) : path_(std::move(path)), socket_(this), retry_(this) {
+    socket_.setReadBufferSize(kMostRead);
+    retry_.setSingleShot(true);
+    connect(&retry_, &QTimer::timeout, this, [this] { look(); });
+    connect(&socket_, &QLocalSocket::connected, this, [this] { greet(); });
+    connect(&socket_, &QLocalSocket::readyRead, this, [this] { read(); });
+    // A look that failed and a session that went over both end here.
+    connect(&socket_, &QLocalSocket::stateChanged, this, [this](QLocalSocket::LocalSocketState state) {
+      if (state == QLocalSocket::UnconnectedState) lost();
+    });
+  }
+
+  void attach(const std::string& job_name, platform::TerminalEvents events) {
+    job_name_ = job_name;
+    events_ = std::move(events);
+    wanted_ = true;
+    retry_.start(0);
+  }
+
+  void send(std::string_view bytes) {
+    if (!attached_) return;
+    const std::string text = platform::terminal_data_text(bytes);
+    socket_.write(text.data(), static_cast<qint64>(text.size()));
+  }
+
+  std::size_t unsent() const { return static_cast<std::size_t>(socket_.bytesToWrite()); }
+
+  void resize(std::uint16_t columns, std::uint16_t rows) {
+    const auto byte = [](unsigned value) { return static_cast<char>(value & 0xFFU); };
+    window_ = {byte(columns >> 8U), byte(columns), byte(rows >> 8U), byte(rows)};
+    if (attached_) socket_.write(frame_bytes(platform::kTerminalWindow, window_));
+  }
+
+  void leave() {
+    const bool attached = std::exchange(attached_, false);
+    wanted_ = false;
+    events_ = {};
+    retry_.stop();
+    if (attached) socket_.write(frame_bytes(platform::kTerminalEnd, {}));
+    socket_.flush();
+    socket_.disconnectFromServer();
+  }
+
+ private:
+  void look() {
+    if (wanted_ && socket_.state() == QLocalSocket::UnconnectedState) socket_.connectToServer(path_);
+  }
+
+  void greet() {
+    frames_ = {};
+    socket_.write(frame_bytes(platform::kTerminalAttach, job_name_));
+  }
+
+  void read() {
+    const QPointer<Wire> alive(this);
+    const QByteArray bytes = socket_.readAll();
+    frames_.add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    while (alive && wanted_) {
+      const auto frame = frames_.next();
+      if (!frame) break;
+      hear(*frame);
+    }
+    if (alive && wanted_ && frames_.damaged()) finish("The scheduler sent what no terminal understands.");
+  }
+
+  void hear(const platform::TerminalFrame& frame) {
+    const platform::TerminalEvents& events = events_;
+    switch (frame.kind) {
+      case platform::kTerminalAttach:
+        attached_ = true;
+        if (!window_.empty()) socket_.write(frame_bytes(platform::kTerminalWindow, window_));
+        return tell(events.attached);
+      case platform::kTerminalData:
+        return tell(events.output, std::string_view(frame.payload));
+      case platform::kTerminalEcho:
+        return tell(events.echo, frame.payload == "1");
+      case platform::kTerminalTaken:
+      case platform::kTerminalEnd:
+        return finish(frame.payload);
+      default:
+        return;  // another job's session: the socket closes, and is looked for again
+    }
+  }
+
+  // The function may do away with the one it is called from.
+  template <class Function, class... Arguments>
+  static void tell(Function function, const Arguments&... arguments) {
+    if (function) function(arguments...);
+  }
+
+  void finish(const std::string& why) {
+    const auto ended = events_.ended;
+    attached_ = false;
+    leave();
+    tell(ended, why);
+  }
+
+  void lost() {
+    if (!wanted_) return;
+    if (attached_) return finish("The scheduler went away.");
+    retry_.start(kRetryTime);
+  }
+
+  const QString path_;
+  QLocalSocket socket_;
+  QTimer retry_;
+  platform::TerminalEvents events_;
+  platform::TerminalFrameReader frames_;
+  std::string job_name_;
+  std::string window_;  // the payload that tells its size; "" while nobody did
+  bool wanted_ = false;
+  bool attached_ = false;
+};
+
+TerminalLocal::TerminalLocal(std::string run_folder, std::string runtime_folder)
+    : wire_(new Wire(local_socket_path(run_folder, runtime_folder, kTerminalSocketName))) {}
+
+TerminalLocal::~TerminalLocal() {
+  wire_->leave();
+  wire_->deleteLater();
+}
+
+void TerminalLocal::attach(const std::string& job_name, platform::TerminalEvents events) {
+  wire_->attach(job_name, std::move(events));
+}
+
+void TerminalLocal::send(std::string_view bytes) {
+  wire_->send(bytes);
+}
+
+std::size_t TerminalLocal::unsent() const {
+  return wire_->unsent();
+}
+
+void TerminalLocal::resize(std::uint16_t columns, std::uint16_t rows) {
+  wire_->resize(columns, rows);
+}
+
+void TerminalLocal::leave() {
+  wire_->leave();
+}
+
+}  // namespace qvrcom::adapters

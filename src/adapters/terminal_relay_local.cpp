@@ -1,0 +1,357 @@
+#include "adapters/terminal_relay_local.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QLocalSocket>
+#include <QNetworkProxy>
+#include <QPointer>
+#include <QTcpSocket>
+#include <QTimer>
+#include <array>
+#include <mutex>
+#include <optional>
+
+#include "adapters/local_socket.h"
+#include "adapters/telnet_protocol.h"
+#include "platform/terminal_frame.h"
+
+namespace qvrcom::adapters {
+namespace {
+
+using base::Fault;
+using platform::TerminalEnd;
+using platform::TerminalStage;
+using std::chrono::milliseconds;
+
+constexpr qint64 kMostWaiting = 65536;  // bytes, each way; then nothing more is read on the other side
+constexpr qint64 kPiece = 8192;         // bytes of one read
+constexpr int kHelloLimit = 2000;       // milliseconds until a terminal has said its job
+constexpr int kFarewellLimit = 2000;    // milliseconds for the last bytes
+constexpr int kCutLimit = 200;          // the same when the session was cut off
+
+// The end of a session: how it went, or what went wrong.
+struct Ending {
+  TerminalEnd end = TerminalEnd::kLeft;
+  std::optional<Fault> fault;
+};
+
+std::string seconds_text(milliseconds time) {
+  return std::to_string(time.count() / 1000) + " s";
+}
+
+QByteArray bytes_of(const std::string& text) {
+  return {text.data(), static_cast<qsizetype>(text.size())};
+}
+
+// One session, on the thread that made it, while that thread runs its events.
+class RelayedSession : public QObject {
+ public:
+  RelayedSession(const platform::TerminalOrder& order, const QString& socket_path,
+                 const std::function<void(TerminalStage)>& reached,
+                 const platform::TransferProgress& progress)
+      : order_(order),
+        reached_(reached),
+        progress_(progress),
+        owned_(socket_path),
+        telnet_({[this](std::string_view bytes) { to_device(bytes); },
+                 [this](std::string_view bytes) { to_terminal(bytes); }, [this](bool on) { echo(on); }}) {
+    watch_device();
+    watch_limits();
+    connect(&owned_.server(), &QLocalServer::newConnection, this, [this] { welcome(); });
+  }
+
+  platform::TerminalTraffic run() {
+    limit_.start(order_.limits.connect);
+    device_.connectToHost(QString::fromStdString(order_.host), order_.port);
+    if (!ending_) loop_.exec();
+    farewell();
+    if (ending_->fault) throw Fault(*ending_->fault);
+    return {ending_->end, from_device_, to_device_};
+  }
+
+  // The first ending counts.
+  void end(Ending ending) {
+    if (!ending_) ending_ = std::move(ending);
+    loop_.quit();
+  }
+  void end_with(const std::string& what, const std::string& detail = {}) {
+    end({TerminalEnd::kHungUp, Fault(what, detail.empty() ? tried() : tried() + ". " + detail)});
+  }
+
+ private:
+  std::string tried() const {
+    return "Telnet session with " + order_.host + " port " + std::to_string(order_.port);
+  }
+  bool open() const { return !ending_; }
+
+  void watch_device() {
+    device_.setProxy(QNetworkProxy::NoProxy);
+    device_.setReadBufferSize(kMostWaiting);
+    connect(&device_, &QTcpSocket::connected, this, [this] { connected(); });
+    connect(&device_, &QTcpSocket::readyRead, this, [this] { read_device(); });
+    connect(&device_, &QTcpSocket::bytesWritten, this, [this] { read_on(); });
+    connect(&device_, &QTcpSocket::disconnected, this, [this] { device_gone(); });
+    connect(&device_, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
+      if (error != QAbstractSocket::RemoteHostClosedError) end_with(device_.errorString().toStdString());
+    });
+  }
+
+  void watch_limits() {
+    for (QTimer* timer : {&limit_, &session_, &idle_})
+      timer->setSingleShot(true);
+    connect(&limit_, &QTimer::timeout, this, [this] { first_limit_reached(); });
+    connect(&session_, &QTimer::timeout, this,
+            [this] { end_with("The session took longer than " + seconds_text(order_.limits.session)); });
+    connect(&idle_, &QTimer::timeout, this,
+            [this] { end_with("No byte came or went for " + seconds_text(order_.limits.idle)); });
+  }
+
+  void first_limit_reached() {
+    if (connected_)
+      end_with("No terminal attached within " + seconds_text(order_.limits.attach));
+    else
+      end_with("The device did not answer within " + seconds_text(order_.limits.connect));
+  }
+
+  void connected() {
+    connected_ = true;
+    device_.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    device_.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+    session_.start(order_.limits.session);
+    reached_(TerminalStage::kConnected);
+    limit_.start(order_.limits.attach);
+    settle_terminal();
+  }
+
+  // What the device says while nobody listens is kept, up to the limit.
+  void read_device() {
+    while (open() && device_.bytesAvailable() > 0 && device_.bytesToWrite() < kMostWaiting &&
+           terminal_backlog() < kMostWaiting)
+      take_from_device();
+  }
+
+  void take_from_device() {
+    const QByteArray bytes = device_.read(kPiece);
+    moved();
+    try {
+      telnet_.received({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    } catch (const Fault& fault) {  // thrown on inside a signal it would end the program
+      end_with(fault.description(), fault.detail());
+    }
+  }
+
+  qint64 terminal_backlog() const { return attached_ ? terminal_->bytesToWrite() : unseen_.size(); }
+
+  void device_gone() {
+    while (open() && device_.bytesAvailable() > 0)
+      take_from_device();
+    if (attached_ || !open()) return end({TerminalEnd::kHungUp, {}});
+    end_with("The device closed the connection before a terminal had attached");
+  }
+
+  void to_device(std::string_view bytes) { device_.write(bytes.data(), static_cast<qint64>(bytes.size())); }
+
+  void to_terminal(std::string_view bytes) {
+    from_device_ += bytes.size();
+    progress_(from_device_);
+    say(bytes_of(platform::terminal_data_text(bytes)));
+  }
+
+  void echo(bool on) {
+    say(bytes_of(platform::terminal_frame_text(platform::kTerminalEcho, std::string_view(on ? "1" : "0"))));
+  }
+
+  void say(const QByteArray& frames) {
+    if (attached_)
+      terminal_->write(frames);
+    else
+      unseen_ += frames;
+  }
+
+  void moved() {
+    if (attached_) idle_.start(order_.limits.idle);
+  }
+
+  void read_on() {
+    read_device();
+    read_terminal();
+  }
+
+  void welcome() {
+    while (QLocalSocket* peer = owned_.server().nextPendingConnection()) {
+      peer->setReadBufferSize(kMostWaiting);
+      connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
+      connect(peer, &QLocalSocket::readyRead, this, [this, peer] { greet(peer); });
+      QTimer::singleShot(kHelloLimit, peer, [this, peer] {
+        if (peer != terminal_) peer->abort();
+      });
+      greet(peer);
+    }
+  }
+
+  // A peer says first which job it is for.
+  void greet(QLocalSocket* peer) {
+    if (peer == terminal_) return read_terminal();
+    platform::TerminalFrameReader frames;
+    const QByteArray bytes = peer->peek(kPiece);
+    frames.add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    const auto hello = frames.next();
+    if (frames.damaged()) return peer->abort();
+    if (!hello) return;
+    if (hello->kind != platform::kTerminalAttach || hello->payload != order_.job_name)
+      return refuse(peer, platform::kTerminalNotHere, "Another job has its Telnet session.");
+    if (terminal_ != nullptr)
+      return refuse(peer, platform::kTerminalTaken, "Another terminal has attached already.");
+    terminal_ = peer;
+    connect(peer, &QLocalSocket::bytesWritten, this, [this] { read_on(); });
+    connect(peer, &QLocalSocket::disconnected, this, [this] {
+      read_terminal();
+      end({TerminalEnd::kLeft, {}});
+    });
+    settle_terminal();
+  }
+
+  static void refuse(QLocalSocket* peer, char kind, const char* why) {
+    peer->write(bytes_of(platform::terminal_frame_text(kind, why)));
+    peer->disconnectFromServer();
+  }
+
+  // Once there are both a device and a terminal.
+  void settle_terminal() {
+    if (!connected_ || terminal_ == nullptr || attached_) return;
+    limit_.stop();
+    attached_ = true;
+    moved();
+    reached_(TerminalStage::kAttached);
+    terminal_->write(bytes_of(platform::terminal_frame_text(platform::kTerminalAttach, order_.job_name)));
+    terminal_->write(std::exchange(unseen_, {}));
+    read_on();
+  }
+
+  void read_terminal() {
+    while (open() && attached_ && terminal_ != nullptr && terminal_->bytesAvailable() > 0 &&
+           device_.bytesToWrite() < kMostWaiting) {
+      const QByteArray bytes = terminal_->read(kPiece);
+      frames_.add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+      for (auto frame = frames_.next(); frame && open(); frame = frames_.next())
+        obey(*frame);
+      if (frames_.damaged()) end_with("The terminal does not keep to the protocol");
+    }
+  }
+
+  void obey(const platform::TerminalFrame& frame) {
+    const auto number = [&](std::size_t at) {
+      const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(frame.payload[i]); };
+      return static_cast<std::uint16_t>((byte(at) << 8U) | byte(at + 1));
+    };
+    moved();
+    if (frame.kind == platform::kTerminalData) {
+      to_device_ += frame.payload.size();
+      telnet_.typed(frame.payload);
+    } else if (frame.kind == platform::kTerminalWindow && frame.payload.size() == 4) {
+      telnet_.resized(number(0), number(2));
+    } else if (frame.kind == platform::kTerminalEnd) {
+      end({TerminalEnd::kLeft, {}});
+    }
+  }
+
+  // The last bytes go to whom they belong, and the terminal hears why it ended.
+  void farewell() {
+    disconnect(&device_, nullptr, this, nullptr);
+    const int limit = ending_->fault ? kCutLimit : kFarewellLimit;
+    if (terminal_ != nullptr) {
+      disconnect(terminal_, nullptr, this, nullptr);
+      const std::string why =
+          ending_->fault ? ending_->fault->description() + "." : std::string("The Telnet session has ended.");
+      terminal_->write(bytes_of(platform::terminal_frame_text(platform::kTerminalEnd, why)));
+      terminal_->disconnectFromServer();
+      if (terminal_->state() != QLocalSocket::UnconnectedState) terminal_->waitForDisconnected(limit);
+    }
+    if (!connected_) return device_.abort();
+    device_.disconnectFromHost();
+    if (device_.state() != QAbstractSocket::UnconnectedState) device_.waitForDisconnected(limit);
+  }
+
+  const platform::TerminalOrder& order_;
+  const std::function<void(TerminalStage)>& reached_;
+  const platform::TransferProgress& progress_;
+  QEventLoop loop_;
+  QTcpSocket device_;
+  OwnedServer owned_;
+  QPointer<QLocalSocket> terminal_;
+  QTimer limit_;  // for connecting, then for the terminal
+  QTimer session_;
+  QTimer idle_;
+  TelnetProtocol telnet_;
+  platform::TerminalFrameReader frames_;
+  QByteArray unseen_;  // frames that wait for the terminal
+  bool connected_ = false;
+  bool attached_ = false;
+  std::uint64_t from_device_ = 0;
+  std::uint64_t to_device_ = 0;
+  std::optional<Ending> ending_;
+};
+
+class TerminalRelayLocal : public platform::TerminalRelay {
+ public:
+  TerminalRelayLocal(QString socket_path, platform::TransferProgress progress)
+      : socket_path_(std::move(socket_path)), progress_(std::move(progress)) {}
+
+  platform::TerminalTraffic hold(const platform::TerminalOrder& order,
+                                 const std::function<void(TerminalStage)>& reached) override {
+    struct Sweep {  // what the session leaves to this thread's events to delete
+      ~Sweep() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+    };
+    const Sweep sweep;
+    RelayedSession session(order, socket_path_, reached, progress_);
+    const Running running(*this, session);
+    return session.run();
+  }
+
+  void cancel() override {
+    const std::lock_guard lock(mutex_);
+    cancelled_ = true;
+    if (session_ != nullptr) end_soon(*session_);
+  }
+
+ private:
+  // The session stands here for as long as it may be cancelled.
+  class Running {
+   public:
+    Running(TerminalRelayLocal& relay, RelayedSession& session) : relay_(relay) {
+      const std::lock_guard lock(relay.mutex_);
+      relay.session_ = &session;
+      if (relay.cancelled_) end_soon(session);
+    }
+    ~Running() {
+      const std::lock_guard lock(relay_.mutex_);
+      relay_.session_ = nullptr;
+    }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+   private:
+    TerminalRelayLocal& relay_;
+  };
+
+  static void end_soon(RelayedSession& session) {
+    QMetaObject::invokeMethod(
+        &session, [&session] { session.end_with("The session was stopped in the scheduler"); },
+        Qt::QueuedConnection);
+  }
+
+  const QString socket_path_;
+  const platform::TransferProgress progress_;
+  std::mutex mutex_;
+  RelayedSession* session_ = nullptr;  // under the mutex
+  bool cancelled_ = false;             // likewise
+};
+
+}  // namespace
+
+std::unique_ptr<platform::TerminalRelay> TerminalRelaysLocal::make(platform::TransferProgress progress) {
+  return std::make_unique<TerminalRelayLocal>(
+      local_socket_path(run_folder_, runtime_folder_, kTerminalSocketName), std::move(progress));
+}
+
+}  // namespace qvrcom::adapters
