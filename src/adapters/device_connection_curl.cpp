@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <mutex>
@@ -105,6 +106,7 @@ class DeviceConnectionCurl : public platform::DeviceConnection {
     command("DELE " + remote_name, "Deleting " + remote_name);
   }
   void close() override;
+  bool alive() const override;
 
   void cancel() override {
     cancelled_ = true;
@@ -117,7 +119,8 @@ class DeviceConnectionCurl : public platform::DeviceConnection {
   void run(const std::string& tried);
   CURLcode drive(const std::string& tried);
   void keep_limits(const std::string& tried) const;
-  [[noreturn]] void fail(CURLcode code, const std::string& tried) const;
+  bool refused() const;
+  [[noreturn]] void fail(CURLcode code, const std::string& tried);
   void touched() { last_byte_ = MonotonicClock::now(); }
   void moved(std::size_t bytes);
   void hang_up();
@@ -162,6 +165,7 @@ class DeviceConnectionCurl : public platform::DeviceConnection {
   SourceFile* source_ = nullptr;
   std::optional<Fault> trouble_;
   bool reconnect_refused_ = false;
+  bool in_step_ = false;  // every command so far has had its own reply
 };
 
 void DeviceConnectionCurl::login(const platform::DeviceLogin& login) {
@@ -181,11 +185,13 @@ void DeviceConnectionCurl::login(const platform::DeviceLogin& login) {
 
 void DeviceConnectionCurl::command(const std::string& text, const std::string& tried) {
   if (!is_one_word(text)) throw Fault("A name holds a control character", tried);
-  const CommandList commands(text);
+  // The library hangs up when a command is refused, unless an asterisk stands before it.
+  const CommandList commands('*' + text);
   prepare({});
   curl_easy_setopt(easy_, CURLOPT_NOBODY, 1L);
   curl_easy_setopt(easy_, CURLOPT_QUOTE, commands.get());
   run(tried);
+  if (refused()) throw Fault(reply_, tried);
 }
 
 std::uint64_t DeviceConnectionCurl::get(const std::string& remote_name, const std::string& local_path) {
@@ -215,6 +221,14 @@ void DeviceConnectionCurl::close() {
   command("QUIT", "Leaving the device");
   logged_in_ = false;
   hang_up();
+}
+
+bool DeviceConnectionCurl::alive() const {
+  if (!in_step_ || cancelled_ || control_ == CURL_SOCKET_BAD) return false;
+  // A word that nobody asked for is a farewell, or would be taken for the answer to the next command.
+  char byte = 0;
+  const bool silent = ::recv(control_, &byte, 1, MSG_PEEK | MSG_DONTWAIT) < 0;
+  return silent && (errno == EAGAIN || errno == EWOULDBLOCK);
 }
 
 // All options anew for every step, so that none of the step before is left. The connection stays.
@@ -254,6 +268,7 @@ void DeviceConnectionCurl::prepare(const std::string& remote_name) {
 
 void DeviceConnectionCurl::run(const std::string& tried) {
   step_began_ = MonotonicClock::now();
+  in_step_ = false;
   touched();
   curl_multi_add_handle(multi_, easy_);
   struct Attached {
@@ -268,6 +283,7 @@ void DeviceConnectionCurl::run(const std::string& tried) {
   }
   if (trouble_) throw Fault(trouble_->description(), tried + ". " + trouble_->detail());
   if (code != CURLE_OK) fail(code, tried);
+  in_step_ = true;
 }
 
 CURLcode DeviceConnectionCurl::drive(const std::string& tried) {
@@ -294,11 +310,15 @@ void DeviceConnectionCurl::keep_limits(const std::string& tried) const {
     throw Fault("No byte came or went for " + time_text(limits_.idle), tried);
 }
 
+bool DeviceConnectionCurl::refused() const {
+  return reply_.size() >= 3 && (reply_[0] == '4' || reply_[0] == '5');
+}
+
 // A refusal of the device says more than the library's code: a step that is answered 421 would read as a
-// timeout.
-void DeviceConnectionCurl::fail(CURLcode code, const std::string& tried) const {
-  const bool refused = reply_.size() >= 3 && (reply_[0] == '4' || reply_[0] == '5');
-  if (refused) throw Fault(reply_, tried);
+// timeout. A file that ended too early and was called complete has had its reply, too.
+void DeviceConnectionCurl::fail(CURLcode code, const std::string& tried) {
+  in_step_ = refused() || (code == CURLE_PARTIAL_FILE && reply_.starts_with("226"));
+  if (refused()) throw Fault(reply_, tried);
   if (reconnect_refused_) throw Fault("The device closed the connection", tried);
   throw Fault(text_of(code), bytes_ == 0 ? tried : tried + ", after " + std::to_string(bytes_) + " bytes");
 }

@@ -33,8 +33,8 @@ class SessionCancelled : public base::Fault {
 
 // One FTP session with a device on one control connection. Every operation waits for its end and throws a
 // Fault: the description is what the device said ("550 No such file") or the network's reason, the detail
-// what was tried. After a fault the session is over: nothing logs in again by itself. Local files are suite
-// paths. No link is followed for them.
+// what was tried. After a fault `alive` says whether the session goes on; nothing logs in again by itself.
+// Local files are suite paths. No link is followed for them.
 class DeviceConnection {
  public:
   virtual ~DeviceConnection() = default;
@@ -51,6 +51,10 @@ class DeviceConnection {
 
   virtual void remove(const std::string& remote_name) = 0;
   virtual void close() = 0;
+
+  // Whether the next operation would reach the device in the account that was selected: true after a success
+  // and after a refusal, false once the connection is gone, cancelled, or may be out of step with its replies.
+  virtual bool alive() const = 0;
 
   // Ends the running operation, and every later one, with SessionCancelled. The one member that another
   // thread may call.

@@ -15,6 +15,7 @@
 #include "adapters/dialer_process.h"
 #include "adapters/message_channel_local.h"
 #include "adapters/scheduler_control_local.h"
+#include "adapters/terminal_relay_local.h"
 #include "base/fault.h"
 #include "environment/names.h"
 #include "programs/host.h"
@@ -47,7 +48,10 @@ void say(const base::Fault& fault) {
 class JobPilot : public platform::SchedulerControl {
  public:
   explicit JobPilot(programs::Host& host, platform::MessageChannel& channel)
-      : host_(host), devices_(host.files), engine_(parts(channel)) {
+      : host_(host),
+        devices_(host.files),
+        terminals_(host.layout.run_folder, host.layout.runtime_folder),
+        engine_(parts(channel)) {
     answers_.setInterval(kAnswerTime);
     QObject::connect(&answers_, &QTimer::timeout, &context_, [this] { engine_.repeat_answer(); });
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
@@ -92,8 +96,7 @@ class JobPilot : public platform::SchedulerControl {
     return {host_.files,
             host_.clock,
             channel,
-            devices_,
-            dialer_,
+            {devices_, terminals_, dialer_},
             host_.folders.GetSchedulerFolder(),
             host_.folders.GetLogsFolder(),
             std::move(reading.settings),
@@ -125,6 +128,7 @@ class JobPilot : public platform::SchedulerControl {
   std::atomic<bool> woken_{false};
   bool stopping_ = false;
   adapters::DeviceConnectionsCurl devices_;
+  adapters::TerminalRelaysLocal terminals_;
   adapters::DialerProcess dialer_;
   scheduler::SchedulerEngine engine_;
 };

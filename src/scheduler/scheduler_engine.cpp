@@ -138,8 +138,7 @@ void SchedulerEngine::start(const jobs::IndexLine& line, const std::string& text
     SessionPlan plan = make_plan(parts_.files, parts_.scheduler_folder, line.job, line.script_path);
     log_.write(line.job, "The session begins: " + line.description + ", " + line.site_name + ".");
     running_ = {text, line.job, "Starting", 0};
-    session_ = std::make_unique<SessionThread>(std::move(plan), parts_.settings, parts_.devices,
-                                               parts_.dialer, parts_.wake);
+    session_ = std::make_unique<SessionThread>(std::move(plan), parts_.settings, parts_.ways, parts_.wake);
   });
   if (fault) finish_with(Outcome::kError, text, line.job, sentence_of(*fault));
 }

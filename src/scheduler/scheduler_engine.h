@@ -9,8 +9,6 @@
 
 #include "jobs/index_line.h"
 #include "platform/clock.h"
-#include "platform/device_connection.h"
-#include "platform/dialer.h"
 #include "platform/files.h"
 #include "platform/message_channel.h"
 #include "platform/scheduler_control.h"
@@ -26,8 +24,7 @@ struct EngineParts {
   platform::Files& files;
   platform::Clock& clock;
   platform::MessageChannel& channel;
-  platform::DeviceConnections& devices;
-  platform::Dialer& dialer;
+  SessionWays ways;
   std::string scheduler_folder;  // suite path, ends in a backslash
   std::string logs_folder;       // likewise
   SchedulerSettings settings;

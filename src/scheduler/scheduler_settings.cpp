@@ -57,6 +57,8 @@ SettingsReading read_settings(const platform::Machine& machine) {
   reader.number("IdleSeconds", 3600, milliseconds(1000), settings.limits.idle);
   reader.number("SessionMinutes", 1440, milliseconds(60000), settings.limits.session);
   reader.number("DialSeconds", 3600, milliseconds(1000), settings.dial);
+  reader.number("AttachSeconds", 3600, milliseconds(1000), settings.attach);
+  reader.number("TerminalIdleSeconds", 86400, milliseconds(1000), settings.terminal_idle);
   settings.dial_command = reader.text("DialCommand");
   reading.complaints = std::move(reader.complaints);
   return reading;

@@ -15,6 +15,10 @@ struct SchedulerSettings {
                                                              // SessionMinutes
   std::string dial_command;                                  // DialCommand: a program's native path, or ""
   std::chrono::milliseconds dial = std::chrono::minutes(2);  // DialSeconds
+  std::chrono::milliseconds attach = std::chrono::seconds(60);         // AttachSeconds
+  std::chrono::milliseconds terminal_idle = std::chrono::minutes(10);  // TerminalIdleSeconds
+  std::chrono::milliseconds login_pause = std::chrono::seconds(2);     // no setting: before another try
+                                                                       // when logging in again has failed
 };
 
 struct SettingsReading {

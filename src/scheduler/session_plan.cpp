@@ -89,15 +89,17 @@ SessionPlan make_plan(const platform::Files& files, const std::string& scheduler
                       const std::string& job_name, const std::string& script_path) {
   const Planner planner(files, scheduler_folder, job_name);
   const jobs::Script script = planner.read(script_path);
-  if (script.kind == jobs::ScriptKind::kTelnet) throw Fault("This version runs no Telnet sessions.");
 
   SessionPlan plan;
-  plan.job_name = job_name;
   const jobs::ScriptHeader& header = script.header;
+  plan.job_name = job_name;
+  plan.description = header.description;
+  plan.kind = script.kind;
   if (header.dial_up_flag == 1) plan.dial = {header.dial_up_connection, header.number_to_dial};
   const environment::DeviceAddress address = environment::parse_device_address(header.ftp_address);
   plan.login = {address.host, address.ftp_port, header.ftp_user.empty() ? "admin" : header.ftp_user,
                 header.ftp_password};
+  plan.telnet_port = address.telnet_port;
   Planner::need_clean(plan.login.user, "The device user");
   Planner::need_clean(plan.login.password, "The password");
   for (const jobs::ScriptCommand& command : script.commands)

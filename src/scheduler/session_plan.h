@@ -25,15 +25,18 @@ struct SessionPlan {
   };
 
   std::string job_name;
+  std::string description;  // of the script's header
+  jobs::ScriptKind kind = jobs::ScriptKind::kTransfer;
   std::optional<Dial> dial;
   platform::DeviceLogin login;
+  std::uint16_t telnet_port = 23;
   std::vector<Step> steps;
 };
 
 // Reads the script of a job ("NAME\NAME.scr" in the scheduler folder, which ends in a backslash) and checks
 // it. `script_path` is where the index says the script lies: it must be that place. Fault with the reason, a
-// full sentence as its description, when there is no script, it is damaged, tells of a telnet session, names
-// a file outside the job's folder, or a link stands on the way.
+// full sentence as its description, when there is no script, it is damaged, names a file outside the job's
+// folder, or a link stands on the way.
 SessionPlan make_plan(const platform::Files& files, const std::string& scheduler_folder,
                       const std::string& job_name, const std::string& script_path);
 

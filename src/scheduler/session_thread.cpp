@@ -2,16 +2,21 @@
 
 #include <utility>
 
+#include "scheduler/session_conversation.h"
+#include "scheduler/terminal_conversation.h"
+
 namespace qvrcom::scheduler {
 
-SessionThread::SessionThread(SessionPlan plan, const SchedulerSettings& settings,
-                             platform::DeviceConnections& devices, platform::Dialer& dialer,
+SessionThread::SessionThread(SessionPlan plan, const SchedulerSettings& settings, const SessionWays& ways,
                              std::function<void()> wake)
     : plan_(std::move(plan)),
       settings_(settings),
-      dialer_(dialer),
+      dialer_(ways.dialer),
       wake_(std::move(wake)),
-      device_(devices.make(settings_.limits, [this](std::uint64_t bytes) { bytes_done_ = bytes; })),
+      line_(ways.devices, [this](std::uint64_t bytes) { bytes_done_ = bytes; }),
+      terminal_(plan_.kind == jobs::ScriptKind::kTelnet
+                    ? ways.terminals.make([this](std::uint64_t bytes) { bytes_done_ = bytes; })
+                    : nullptr),
       thread_([this] { run(); }) {}
 
 SessionThread::~SessionThread() {
@@ -20,8 +25,8 @@ SessionThread::~SessionThread() {
 }
 
 void SessionThread::cancel() {
-  cancelled_ = true;
-  device_->cancel();
+  line_.cancel();
+  if (terminal_) terminal_->cancel();
 }
 
 void SessionThread::wait() {
@@ -33,9 +38,14 @@ SessionThread::News SessionThread::take_news() {
   return std::exchange(news_, {});
 }
 
+SessionReport SessionThread::hold() {
+  const auto teller = [this](SessionEvent event) { tell(std::move(event)); };
+  if (terminal_) return hold_terminal(plan_, settings_, *terminal_, dialer_, line_.cancelled(), teller);
+  return hold_conversation(plan_, settings_, line_, dialer_, teller);
+}
+
 void SessionThread::run() {
-  SessionReport report = hold_conversation(plan_, settings_, *device_, dialer_, cancelled_,
-                                           [this](SessionEvent event) { tell(std::move(event)); });
+  SessionReport report = hold();
   {
     const std::lock_guard lock(mutex_);
     news_.report = std::move(report);

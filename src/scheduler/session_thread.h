@@ -9,17 +9,26 @@
 #include <thread>
 #include <vector>
 
-#include "scheduler/session_conversation.h"
+#include "platform/terminal_relay.h"
+#include "scheduler/device_line.h"
+#include "scheduler/session_telling.h"
 
 namespace qvrcom::scheduler {
 
+// What a session reaches the world with.
+struct SessionWays {
+  platform::DeviceConnections& devices;
+  platform::TerminalRelays& terminals;
+  platform::Dialer& dialer;
+};
+
 // A conversation on a thread of its own. All that the two threads share is a list of events, the report, two
-// atomic values and the connection's cancel.
+// atomic values and the cancel of the connection.
 class SessionThread {
  public:
   // `wake` is called on the session's thread whenever there is news.
-  SessionThread(SessionPlan plan, const SchedulerSettings& settings, platform::DeviceConnections& devices,
-                platform::Dialer& dialer, std::function<void()> wake);
+  SessionThread(SessionPlan plan, const SchedulerSettings& settings, const SessionWays& ways,
+                std::function<void()> wake);
   ~SessionThread();  // cancels and waits
   SessionThread(const SessionThread&) = delete;
   SessionThread& operator=(const SessionThread&) = delete;
@@ -33,9 +42,11 @@ class SessionThread {
   };
   News take_news();
 
-  std::uint64_t bytes_done() const { return bytes_done_; }  // of the running transfer
+  // Of the running transfer; in a Telnet session all that came from the device.
+  std::uint64_t bytes_done() const { return bytes_done_; }
 
  private:
+  SessionReport hold();
   void run();
   void tell(SessionEvent event);
 
@@ -43,12 +54,12 @@ class SessionThread {
   const SchedulerSettings settings_;
   platform::Dialer& dialer_;
   const std::function<void()> wake_;
-  std::atomic<bool> cancelled_{false};
   std::atomic<std::uint64_t> bytes_done_{0};
   std::mutex mutex_;
   News news_;  // under the mutex
-  const std::unique_ptr<platform::DeviceConnection> device_;
-  std::thread thread_;  // last: it starts when all the rest is there
+  DeviceLine line_;
+  const std::unique_ptr<platform::TerminalRelay> terminal_;  // of a Telnet session
+  std::thread thread_;                                       // last: it starts when all the rest is there
 };
 
 }  // namespace qvrcom::scheduler

@@ -36,8 +36,8 @@ class SchedulerEngineTest : public testing::Test {
   }
 
   void make_engine(SchedulerSettings settings = {}) {
-    engine_ = std::make_unique<SchedulerEngine>(
-        EngineParts{files_, clock_, channel_, device_, device_, kFolder, kLogs, std::move(settings), [] {}});
+    engine_ = std::make_unique<SchedulerEngine>(EngineParts{
+        files_, clock_, channel_, {device_, device_, device_}, kFolder, kLogs, std::move(settings), [] {}});
   }
 
   static std::string line(const std::string& job, const std::string& start = "46341.5",
@@ -208,8 +208,7 @@ TEST_F(SchedulerEngineTest, DamageBecomesAnErrorLineWithItsReason) {
   add_line("");
   add_script("JobA", {"FTPFLY;away;"});
   add_line(line("JobA"));
-  add_script("JobB", {}, jobs::ScriptKind::kTelnet);
-  add_line(line("JobB"));
+  add_job("JobB", {"FTPACCT;part\x01;"});
   header_.ftp_address = "no address:x";
   add_job("JobC", {});
   submit();
@@ -217,7 +216,7 @@ TEST_F(SchedulerEngineTest, DamageBecomesAnErrorLineWithItsReason) {
             "no index line\r\n" + line("JobA") + "\r\n" + line("JobB") + "\r\n" + line("JobC") + "\r\n");
   EXPECT_THAT(reason("JobPilot"), HasSubstr("damaged"));
   EXPECT_THAT(reason("JobA"), HasSubstr("damaged at line"));
-  EXPECT_EQ(reason("JobB"), "This version runs no Telnet sessions.");
+  EXPECT_THAT(reason("JobB"), HasSubstr("control character"));
   EXPECT_NE(reason("JobC"), "");
   EXPECT_THAT(device_.told(), IsEmpty());
   EXPECT_TRUE(engine_->answering());
@@ -334,6 +333,36 @@ TEST_F(SchedulerEngineTest, StopsARunningSessionAtOnce) {
   add_job("JobD", {});
   engine_->request(1);
   EXPECT_FALSE(engine_->running());
+}
+
+TEST_F(SchedulerEngineTest, HoldsTelnetSessions) {
+  header_.ftp_address = "192.0.2.7:2121:2323";
+  add_script("JobA", {}, jobs::ScriptKind::kTelnet);
+  add_line(line("JobA"));
+  submit();
+  EXPECT_THAT(device_.told(), ElementsAre("telnet JobA 192.0.2.7:2323", "attached"));
+  EXPECT_EQ(list("completed"), line("JobA") + "\r\n");
+  EXPECT_THAT(log("JobA"),
+              HasSubstr("The device ended the Telnet session; 100 bytes came from the device and "
+                        "1 byte from the terminal.\r\n"));
+
+  device_.fails_at = "attached";
+  add_script("JobB", {}, jobs::ScriptKind::kTelnet);
+  add_line(line("JobB"));
+  engine_->request(1);
+  tick_until([this] { return device_.reached_hang == 1; });
+  engine_->request(9);
+  EXPECT_THAT(log("JobB"), HasSubstr("The session was asked for. It is here: Terminal attached, 100 bytes."));
+  EXPECT_EQ(engine_->stop_job("JobB"), StopOutcome::kStopped);
+  EXPECT_EQ(list("cancelled"), line("JobB") + "\r\n");
+
+  device_.fails_at = "telnet";
+  device_.reply = "Connection refused";
+  add_script("JobC", {}, jobs::ScriptKind::kTelnet);
+  add_line(line("JobC"));
+  submit();
+  EXPECT_EQ(list("error"), line("JobC") + "\r\n");
+  EXPECT_EQ(reason("JobC"), "Trying to telnet JobC 192.0.2.7:2323: Connection refused.");
 }
 
 TEST_F(SchedulerEngineTest, SurvivesFilesThatCannotBeUsed) {

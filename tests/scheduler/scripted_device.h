@@ -10,13 +10,23 @@
 
 #include "platform/device_connection.h"
 #include "platform/dialer.h"
+#include "platform/terminal_relay.h"
 
 namespace qvrcom::scheduler {
 
 // A device in memory, shared by the connections that are made to it. It notes what it is told ("get
 // allstats.csv > \data\...") and answers as it is told to; its own state alone is locked.
-class ScriptedDevice : public platform::DeviceConnections, public platform::Dialer {
+class ScriptedDevice : public platform::DeviceConnections,
+                       public platform::TerminalRelays,
+                       public platform::Dialer {
  public:
+  struct Trouble {
+    std::string at;     // the beginning of an operation
+    std::string reply;  // "" does it all the same
+    bool cut = false;   // the connection is gone afterwards
+    int times = 1;
+  };
+  std::vector<Trouble> troubles;
   std::string fails_at;  // the beginning of an operation, "get allstats"
   std::string reply;     // what it then says; "" hangs until it is cancelled
   std::atomic<int> reached_hang{0};
@@ -29,6 +39,10 @@ class ScriptedDevice : public platform::DeviceConnections, public platform::Dial
   std::unique_ptr<platform::DeviceConnection> make(const platform::DeviceLimits&,
                                                    platform::TransferProgress progress) override {
     return std::make_unique<Connection>(*this, std::move(progress));
+  }
+
+  std::unique_ptr<platform::TerminalRelay> make(platform::TransferProgress progress) override {
+    return std::make_unique<Relay>(*this, std::move(progress));
   }
 
   void dial(const std::string& program, const std::string& connection, const std::string& number,
@@ -57,20 +71,52 @@ class ScriptedDevice : public platform::DeviceConnections, public platform::Dial
     }
     void remove(const std::string& remote) override { hear("remove " + remote); }
     void close() override { hear("close"); }
+    bool alive() const override { return !cut_ && !cancelled_; }
     void cancel() override { cancelled_ = true; }
 
    private:
-    void hear(const std::string& operation) { device_.hear(operation, cancelled_); }
+    void hear(const std::string& operation) { device_.hear(operation, cancelled_, &cut_); }
 
+    ScriptedDevice& device_;
+    platform::TransferProgress progress_;
+    std::atomic<bool> cancelled_{false};
+    bool cut_ = false;
+  };
+
+  // A terminal that attaches at once and leaves at once.
+  class Relay : public platform::TerminalRelay {
+   public:
+    Relay(ScriptedDevice& device, platform::TransferProgress progress)
+        : device_(device), progress_(std::move(progress)) {}
+    platform::TerminalTraffic hold(const platform::TerminalOrder& order,
+                                   const std::function<void(platform::TerminalStage)>& reached) override {
+      device_.hear("telnet " + order.job_name + " " + order.host + ":" + std::to_string(order.port),
+                   cancelled_);
+      reached(platform::TerminalStage::kConnected);
+      reached(platform::TerminalStage::kAttached);
+      progress_(100);
+      device_.hear("attached", cancelled_);
+      return {platform::TerminalEnd::kHungUp, 100, 1};
+    }
+    void cancel() override { cancelled_ = true; }
+
+   private:
     ScriptedDevice& device_;
     platform::TransferProgress progress_;
     std::atomic<bool> cancelled_{false};
   };
 
-  void hear(const std::string& operation, const std::atomic<bool>& cancelled) {
+  void hear(const std::string& operation, const std::atomic<bool>& cancelled, bool* cut = nullptr) {
     {
       const std::lock_guard lock(mutex_);
       told_.push_back(operation);
+    }
+    for (Trouble& trouble : troubles) {
+      if (trouble.times == 0 || !operation.starts_with(trouble.at)) continue;
+      --trouble.times;
+      if (cut != nullptr) *cut = trouble.cut;
+      if (!trouble.reply.empty()) throw base::Fault(trouble.reply, "Trying to " + operation);
+      break;
     }
     if (fails_at.empty() || !operation.starts_with(fails_at)) return;
     if (!reply.empty()) throw base::Fault(reply, "Trying to " + operation);

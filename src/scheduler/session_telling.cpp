@@ -1,0 +1,65 @@
+#include "scheduler/session_telling.h"
+
+#include "base/text.h"
+
+namespace qvrcom::scheduler {
+namespace {
+
+constexpr std::size_t kLongestReason = 400;  // bytes
+
+std::string without(std::string text, const std::string& secret) {
+  if (secret.empty()) return text;
+  constexpr std::string_view kMask = "***";
+  for (auto at = text.find(secret); at != std::string::npos; at = text.find(secret, at + kMask.size()))
+    text.replace(at, secret.size(), kMask);
+  return text;
+}
+
+}  // namespace
+
+std::string readable(std::string text) {
+  const bool utf8 = base::is_utf8(text);
+  for (char& c : text) {
+    const auto code = static_cast<unsigned char>(c);
+    if (code < 0x20 || code == 0x7F) c = ' ';
+    if (!utf8 && code >= 0x80) c = '?';
+  }
+  if (text.size() <= kLongestReason) return text;
+  std::size_t end = kLongestReason;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+    --end;
+  return text.substr(0, end) + " ...";
+}
+
+std::string bytes_text(std::uint64_t count) {
+  return std::to_string(count) + (count == 1 ? " byte" : " bytes");
+}
+
+std::string SessionTelling::reason(const base::Fault& fault) const {
+  const std::string& what = fault.description();
+  const std::string& tried = fault.detail();
+  std::string text = what;
+  if (!tried.empty()) text = tried.ends_with('.') ? what + ": " + tried : tried + ": " + what;
+  if (!text.ends_with('.')) text += '.';
+  return readable(without(std::move(text), plan_.login.password));
+}
+
+SessionReport SessionTelling::report(const std::optional<base::Fault>& fault, bool cancelled) const {
+  if (!fault) return {};
+  if (cancelled) return {Outcome::kCancelled, "The session was stopped in the scheduler."};
+  return {Outcome::kError, reason(*fault)};
+}
+
+void dial_up(const SessionPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,
+             const std::atomic<bool>& cancelled, const SessionTelling& telling) {
+  if (!plan.dial) return;
+  if (settings.dial_command.empty())
+    throw base::Fault(
+        "The site is reached over a dial-up connection, and no dial command is configured "
+        "(setting DialCommand of section JobPilot)");
+  telling.begin("Dialling " + plan.dial->connection);
+  dialer.dial(settings.dial_command, plan.dial->connection, plan.dial->number, settings.dial, cancelled);
+  telling.done("The dial-up connection " + plan.dial->connection + " is up.");
+}
+
+}  // namespace qvrcom::scheduler

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "base/fault.h"
+#include "platform/dialer.h"
+#include "scheduler/result_lists.h"
+#include "scheduler/scheduler_settings.h"
+#include "scheduler/session_plan.h"
+
+namespace qvrcom::scheduler {
+
+// Something a session did or begins to do.
+struct SessionEvent {
+  std::string text;        // a full sentence for the log; "" when there is nothing to tell
+  std::string step;        // what is begun, "Fetching allstats.csv"; "" when nothing is
+  std::uint64_t hint = 0;  // the expected size of that transfer, 0 when nobody said
+};
+
+struct SessionReport {
+  Outcome outcome = Outcome::kCompleted;
+  std::string reason;  // a full sentence, "" when it was completed
+};
+
+// One line of readable characters is what is left of a text that a device may have said.
+std::string readable(std::string text);
+
+// "1 byte", "20 bytes"
+std::string bytes_text(std::uint64_t count);
+
+// What a session tells of itself. No text of it carries the password, even where the device says it.
+class SessionTelling {
+ public:
+  SessionTelling(const SessionPlan& plan, const std::function<void(SessionEvent)>& tell)
+      : plan_(plan), tell_(tell) {}
+
+  void begin(const std::string& step, std::uint64_t hint = 0) const { tell_({{}, readable(step), hint}); }
+  void done(const std::string& sentence) const { tell_({readable(sentence), {}, 0}); }
+  // A sentence of any length, made of texts that are readable already.
+  void note(const std::string& sentence) const { tell_({sentence, {}, 0}); }
+
+  // `fault` as a full sentence; a detail that is one already stands behind.
+  std::string reason(const base::Fault& fault) const;
+
+  // How a session ended that this fault ended, or none.
+  SessionReport report(const std::optional<base::Fault>& fault, bool cancelled) const;
+
+ private:
+  const SessionPlan& plan_;
+  const std::function<void(SessionEvent)>& tell_;
+};
+
+// Brings up the plan's dial-up connection, if it has one. Fault when that fails.
+void dial_up(const SessionPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,
+             const std::atomic<bool>& cancelled, const SessionTelling& telling);
+
+}  // namespace qvrcom::scheduler
