@@ -8,6 +8,7 @@
 #include <QUrl>
 #include <chrono>
 
+#include "adapters/lock_fault.h"
 #include "base/fault.h"
 
 #ifdef Q_OS_UNIX
@@ -84,6 +85,7 @@ OwnedServer::OwnedServer(const QString& path) : lock_(path + ".lock"), server_(n
   std::unique_ptr<QLocalServer> guard(server_);
   need_private_folder(QFileInfo(path).path());
   if (!take(lock_, path)) {
+    if (lock_.error() != QLockFile::LockFailedError) fail_lock(lock_, path.toStdString() + ".lock");
     throw base::Fault(base::kPermissionDenied,
                       "\"" + path.toStdString() + "\" is served by another running program.");
   }

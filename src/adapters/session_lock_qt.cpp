@@ -3,7 +3,7 @@
 #include <QLockFile>
 #include <chrono>
 
-#include "base/fault.h"
+#include "adapters/lock_fault.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -29,8 +29,7 @@ platform::SessionLock::Attempt SessionLockQt::try_acquire() {
   auto hold = std::make_unique<Hold>(file_);
   if (hold->file.tryLock(std::chrono::milliseconds(0))) return {std::move(hold), {}};
   if (hold->file.error() == QLockFile::LockFailedError) return {nullptr, owner_of(hold->file)};
-  throw base::Fault(base::kPermissionDenied,
-                    "The lock file \"" + file_ + "\" cannot be written. Check its folder.");
+  fail_lock(hold->file, file_);
 }
 
 }  // namespace qvrcom::adapters
