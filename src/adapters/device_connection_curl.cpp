@@ -315,9 +315,9 @@ bool DeviceConnectionCurl::refused() const {
 }
 
 // A refusal of the device says more than the library's code: a step that is answered 421 would read as a
-// timeout. A file that ended too early and was called complete has had its reply, too.
+// timeout.
 void DeviceConnectionCurl::fail(CURLcode code, const std::string& tried) {
-  in_step_ = refused() || (code == CURLE_PARTIAL_FILE && reply_.starts_with("226"));
+  in_step_ = refused();
   if (refused()) throw Fault(reply_, tried);
   if (reconnect_refused_) throw Fault("The device closed the connection", tried);
   throw Fault(text_of(code), bytes_ == 0 ? tried : tried + ", after " + std::to_string(bytes_) + " bytes");

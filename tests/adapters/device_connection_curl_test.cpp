@@ -157,10 +157,41 @@ TEST_F(DeviceConnectionCurlTest, NeverLogsInAgain) {
   const auto connection = connect(device);
   connection->account("part3");
   fault_of([&] { connection->remove("linestat"); });
+  EXPECT_FALSE(connection->alive());
   write("out", "for partition 3");
   EXPECT_EQ(fault_of([&] { connection->put(local("out"), "dbase"); }).first,
             "The device closed the connection");
   EXPECT_EQ(std::ranges::count(device.commands(), std::string("- USER admin 331")), 1);
+}
+
+TEST_F(DeviceConnectionCurlTest, ARefusalIsNoEndAndEverythingElseIs) {
+  const struct {
+    const char* fault;
+    bool alive;
+  } rows[] = {{"ACCT#2:501", true},       {"RETR#1:550", true},    {"DELE#1:450", true},
+              {"STOR#1:452=5", true},     {"ACCT#2:421", false},   {"ACCT#2:drop", false},
+              {"RETR#1:drop=100", false}, {"RETR#1:stall", false}, {"RETR#1:truncate=100", false},
+              {"STOR#1:drop=5", false},   {"DELE#1:mute", false},  {"NOOP#1:drop", true}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fault);
+    const SimulatedDevice device({row.fault});
+    const auto connection = connect(device);
+    write("out", "for partition 3");
+    connection->account("part3");
+    EXPECT_TRUE(connection->alive());
+    for (const auto& step : std::vector<std::function<void()>>{
+             [&] { connection->account("part4"); }, [&] { connection->get("linestat", local("in")); },
+             [&] { connection->account("part3"); }, [&] { connection->put(local("out"), "dbase"); },
+             [&] { connection->remove("linestat"); }}) {
+      if (!fault_of(step).first.empty()) break;
+    }
+    EXPECT_EQ(connection->alive(), row.alive);
+    if (!row.alive) continue;
+    connection->account("part7");
+    connection->put(local("out"), "after");
+    EXPECT_THAT(device.commands(), Contains("part7 STOR after 226"));
+    EXPECT_EQ(std::ranges::count(device.commands(), std::string("- USER admin 331")), 1);
+  }
 }
 
 TEST_F(DeviceConnectionCurlTest, KeepsItsLimits) {

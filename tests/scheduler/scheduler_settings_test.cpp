@@ -16,12 +16,16 @@ TEST(SchedulerSettings, TakesGoodValuesAndTellsOfBadOnes) {
   set("ConnectSeconds", "0");
   set("IdleSeconds", "5 minutes");
   set("SessionMinutes", "10");
+  set("AttachSeconds", "90");
+  set("TerminalIdleSeconds", "86400");
   set("DialCommand", "/usr/bin/dial");
   const SettingsReading reading = read_settings(machine);
   EXPECT_EQ(reading.settings.limits.largest_file, 2U << 20U);
   EXPECT_EQ(reading.settings.limits.connect, std::chrono::seconds(30));
   EXPECT_EQ(reading.settings.limits.idle, std::chrono::seconds(60));
   EXPECT_EQ(reading.settings.limits.session, std::chrono::minutes(10));
+  EXPECT_EQ(reading.settings.attach, std::chrono::seconds(90));
+  EXPECT_EQ(reading.settings.terminal_idle, std::chrono::hours(24));
   EXPECT_EQ(reading.settings.dial_command, "/usr/bin/dial");
   EXPECT_THAT(reading.complaints,
               testing::ElementsAre(testing::HasSubstr("ConnectSeconds"), testing::HasSubstr("IdleSeconds")));
