@@ -31,14 +31,16 @@ class Device:
     def __init__(self, folder, *options):
         self.log_file = folder / "device.log"
         port_file = folder / "device.port"
-        for leftover in (self.log_file, port_file):
+        telnet_port_file = folder / "device.telnet-port"
+        for leftover in (self.log_file, port_file, telnet_port_file):
             leftover.unlink(missing_ok=True)
         self.process = subprocess.Popen(
-            [DEVICE, "--port-file", port_file, "--password", PASSWORD, "--log", self.log_file,
+            [DEVICE, "--port-file", port_file, "--telnet-port-file", telnet_port_file, "--password", PASSWORD, "--log", self.log_file,
              "--clock", "2026-11-15 12:10:05", "--clock-stands", "--seed", "7", *options],
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
         wait_until(port_file.exists, what="the device's port file")
         self.port = int(port_file.read_text())
+        self.telnet_port = int(telnet_port_file.read_text())
 
     def commands(self):
         """What the device was told, without the numbers: ["- USER admin 331", ...]."""
@@ -81,7 +83,7 @@ class Place:
         device = Device(folder, *device_options)
         self.devices.append(device)
         self.ctl("sites", "add", "--name", f"Office{self.sites}", "--id", 100 + self.sites, "--card-type", "NEW",
-                 "--lan", f"127.0.0.1:{device.port}", "--access-code", access_code, "--firmware", firmware, check=0)
+                 "--lan", f"127.0.0.1:{device.port}:{device.telnet_port}", "--access-code", access_code, "--firmware", firmware, check=0)
         return device
 
     def find(self, pattern):

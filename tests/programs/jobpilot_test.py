@@ -18,6 +18,29 @@ def socket_of(place, title):
     return place.root / "root/run" / (urllib.parse.quote(title) + ".socket")
 
 
+def frame(kind, payload=b""):
+    return kind + len(payload).to_bytes(2, "big") + payload
+
+
+class Screen:
+    """What a terminal is given to show."""
+
+    def __init__(self, peer):
+        self.stream = peer.makefile("rb")
+        self.shown = ""
+        self.device_echoes = False
+
+    def read_to(self, end):
+        while not self.shown.endswith(end):
+            head = self.stream.read(3)
+            assert len(head) == 3, f"the session ended after {self.shown!r}"
+            payload = self.stream.read(int.from_bytes(head[1:], "big"))
+            if head[:1] == b"O":
+                self.device_echoes = payload == b"1"
+            elif head[:1] == b"D":
+                self.shown += payload.decode()
+
+
 class Dialog:
     """A window titled "RESPONSE DIALOG" that counts the answers it hears."""
 
@@ -91,24 +114,25 @@ class JobPilotTest(unittest.TestCase):
     def scheduler_folder(self):
         return self.place.find("Scheduler")[0]
 
-    def add_job(self, name, device, *body):
+    def add_job(self, name, device, *body, description="Test"):
         """Writes a job as any other program would; answers with its index line."""
         folder = self.scheduler_folder() / name
         folder.mkdir()
         path = str(folder / f"{name}.scr").replace("/", "\\")
         serial = repr((datetime.datetime.now() - SERIAL_DAY_ZERO) / datetime.timedelta(days=1))
-        lines = ["SITENAME=Office;", "SITEID=101;", "QVRID=1;", "DESCRIPTION=Test;", f"STARTDATE={serial};",
-                 f"STOPDATE={serial};", "INTERVAL=;", "PERIOD=;", f"FTPIPADDRESS=127.0.0.1:{device.port};",
-                 "FTPUSER=admin;", f"FTPPASSWORD={PASSWORD};", "FTPCONNECT;", *body, "FTPDISCONNECT;"]
+        lines = ["SITENAME=Office;", "SITEID=101;", "QVRID=1;", f"DESCRIPTION={description};", f"STARTDATE={serial};",
+                 f"STOPDATE={serial};", "INTERVAL=;", "PERIOD=;", f"FTPIPADDRESS=127.0.0.1:{device.port}:{device.telnet_port};",
+                 "FTPUSER=admin;", f"FTPPASSWORD={PASSWORD};",
+                 *(body if body[0] == "TELNETSESSION;" else ["FTPCONNECT;", *body, "FTPDISCONNECT;"])]
         (folder / f"{name}.scr").write_bytes("".join(line + "\r\n" for line in lines).encode())
-        line = f"{serial};15/11/2026 12:10:05^Test^Office^101^{serial}^^^1^;{path};"
+        line = f"{serial};15/11/2026 12:10:05^{description}^Office^101^{serial}^^^1^;{path};"
         with open(self.scheduler_folder() / "index.sch", "ab") as index:
             index.write(line.encode() + b"\r\n")
         return line
 
-    def get(self, name):
-        local = str(self.scheduler_folder() / name / "Stats.csv").replace("/", "\\")
-        return f"FTPGET;REMOTEFILE=allstats.csv;LOCALFILE={local};SIZE=20000;"
+    def get(self, name, remote="allstats.csv", local="Stats.csv"):
+        path = str(self.scheduler_folder() / name / local).replace("/", "\\")
+        return f"FTPGET;REMOTEFILE={remote};LOCALFILE={path};SIZE=20000;"
 
     def wait_for_line(self, line, file):
         wait_until(lambda: line in self.place.scheduler(file), what=f"the line in {file}")
@@ -191,6 +215,88 @@ class JobPilotTest(unittest.TestCase):
         self.assertEqual(self.ask("stop-job JobA"), {"outcome": "stopped"})
         self.assertEqual(self.ask("stop-job JobA"), {"outcome": "unknown job"})
         self.assertEqual(self.place.scheduler("cancelled.sch"), [waiting, running])
+
+    def test_every_partition_but_those_that_fail(self):
+        missing, cut = {7, 20, 41}, 30
+        there = ",".join(str(n) for n in range(1, 65) if n not in missing)
+        before = sum(n not in missing for n in range(1, cut))  # each fetches two files; the cut one its second
+        device = self.place.set_up("--firmware", "5.01", "--partitions", there, "--fault", f"RETR#{2 * before + 3}:drop=20")
+        self.start_and_wait()
+        body = [self.get("JobA", "dbase", "system.dat")]
+        for n in range(1, 65):
+            body += [f"FTPACCT;part{n};", self.get("JobA", "linestat", f"linestatP{n}.dat"),
+                     self.get("JobA", "nodestat", f"nodestatP{n}.dat"), "FTPDELETE;linestat;", "FTPDELETE;nodestat;"]
+        line = self.add_job("JobA", device, *body, description="Retrieve Reset Statistics All Partitions")
+        self.post(1)
+        self.wait_for_line(line, "completed.sch")
+        self.assertIn("60 of 64 partitions are done; skipped: part7, part20, part30, part41.", self.log("JobA"))
+        whole = [n for n in range(1, 65) if n not in missing | {cut}]
+        folder = self.scheduler_folder() / "JobA"
+        self.assertEqual({file.name for file in folder.iterdir()}, {"JobA.scr", "system.dat", f"linestatP{cut}.dat"} | {
+            f"{kind}P{n}.dat" for n in whole for kind in ("linestat", "nodestat")})
+        told = device.commands()
+        self.assertEqual([command for command in told if "DELE" in command],
+                         [f"part{n} DELE {kind} 250" for n in whole for kind in ("linestat", "nodestat")])
+        self.assertEqual([command for command in told if "USER" in command], ["- USER admin 331"] * 2)
+        self.assertEqual(sum("ACCT" in command for command in told), 64)
+
+    def terminal(self, job):
+        """A terminal as any program may be one: frames over a plain socket."""
+        wait_until(lambda: self.reaches("JOBPILOT terminal"), what="the terminal's socket")
+        peer = socket.socket(socket.AF_UNIX)
+        self.addCleanup(peer.close)
+        peer.settimeout(PATIENCE)
+        peer.connect(str(socket_of(self.place, "JOBPILOT terminal")))
+        peer.sendall(frame(b"A", job.encode()))
+        return peer
+
+    def test_a_telnet_session(self):
+        device = self.place.set_up()
+        self.start_and_wait()
+        for name, leave in (("JobA", b"exit\r"), ("JobB", None), ("JobC", "stop-job JobC")):
+            with self.subTest(name):
+                line = self.add_job(name, device, "TELNETSESSION;", "TELNETDISCONNECT;", description="Launch Telnet Session")
+                self.post(1)
+                peer = self.terminal(name)
+                screen = Screen(peer)
+                screen.read_to("login: ")
+                peer.sendall(frame(b"D", b"admin\r"))
+                screen.read_to("password: ")
+                self.assertTrue(screen.device_echoes)
+                peer.sendall(frame(b"D", PASSWORD.encode() + b"\r"))
+                screen.read_to("> ")
+                self.assertFalse(screen.device_echoes)
+                peer.sendall(frame(b"W", bytes((0, 80, 0, 24))) + frame(b"D", b"version\r"))
+                screen.read_to("Firmware 6.61\r\n> ")
+                self.post(9)
+                wait_until(lambda: "It is here: Terminal attached" in self.log(name), what="the state in the log")
+                if leave is None:
+                    peer.shutdown(socket.SHUT_RDWR)
+                elif isinstance(leave, bytes):
+                    peer.sendall(frame(b"D", leave))
+                    screen.read_to("Good bye.\r\n")
+                else:
+                    self.assertEqual(self.ask(leave), {"outcome": "stopped"})
+                self.wait_for_line(line, "cancelled.sch" if name == "JobC" else "completed.sch")
+                log = self.log(name)
+                self.assertNotIn(PASSWORD, log)
+                self.assertNotIn("version", log)
+                self.assertFalse(self.reaches("JOBPILOT terminal"))
+
+    def test_a_telnet_session_that_comes_to_nothing(self):
+        device = self.place.set_up()
+        self.place.set_scheduler(AttachSeconds=1)
+        self.start_and_wait()
+        telnet = ("TELNETSESSION;", "TELNETDISCONNECT;")
+        line = self.add_job("JobA", device, *telnet)
+        self.post(1)
+        self.wait_for_line(line, "error.sch")
+        self.assertIn("No terminal attached within 1 s.", self.log("JobA"))
+        device.telnet_port = 1
+        line = self.add_job("JobB", device, *telnet)
+        self.post(1)
+        self.wait_for_line(line, "error.sch")
+        self.assertIn("127.0.0.1 port 1: Connection refused.", self.log("JobB"))
 
     def test_without_set_up_it_says_so(self):
         process = self.start()
