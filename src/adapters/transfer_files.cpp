@@ -20,6 +20,16 @@ namespace {
   fail(what, path);
 }
 
+// So that a new name outlasts a power failure: the device may be told next to delete what was fetched. A file
+// system that cannot do this for folders keeps its names in its own way.
+bool sync_folder_of(const std::string& path) {
+  const int folder = ::open(path.substr(0, path.rfind('/') + 1).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) return false;
+  const bool synced = ::fsync(folder) == 0 || errno == EINVAL || errno == ENOTSUP;
+  ::close(folder);
+  return synced;
+}
+
 }  // namespace
 
 PartFile::PartFile(std::string path) : path_(std::move(path)), part_(path_ + ".part") {
@@ -46,6 +56,7 @@ void PartFile::write(std::string_view bytes) {
 
 void PartFile::keep() {
   if (::fdatasync(file_) != 0 || std::rename(part_.c_str(), path_.c_str()) != 0) fail("Writing", part_);
+  if (!sync_folder_of(path_)) fail("Writing", path_);
   ::close(file_);
   file_ = -1;
 }
