@@ -9,6 +9,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   qvrcom::ui::MessageBoxes boxes;
   qvrcom::programs::Suite suite(boxes);
+  suite.report_plugin_problems();
   qvrcom::programs::StatisticsWindows windows(suite);
 
   QWidget window;

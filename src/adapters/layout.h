@@ -9,6 +9,7 @@ namespace qvrcom::adapters {
 // the user's documents folder serve.
 struct Layout {
   std::string config_folder;     // machine.reg and the settings file
+  std::string plugin_folder;     // libraries that bring components; below config_folder
   std::string app_data_folder;   // proposed for identifier 35 by set-up
   std::string documents_folder;  // proposed for identifier 46 by set-up
   std::string run_folder;        // sockets and locks; made, open to the user alone

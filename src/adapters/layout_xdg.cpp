@@ -48,6 +48,7 @@ Layout Layout::from_environment() {
     layout.documents_folder = standard(QStandardPaths::DocumentsLocation).toStdString();
     layout.run_folder = runtime().toStdString();
   }
+  layout.plugin_folder = layout.config_folder + "/plugins";
   layout.runtime_folder = runtime().toStdString();
   for (const std::string* path : {&layout.config_folder, &layout.app_data_folder, &layout.documents_folder})
     check(*path);

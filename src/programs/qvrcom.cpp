@@ -62,6 +62,7 @@ int run_desktop() {
 
   programs::StatisticsWindows windows(suite);
   ui::MainWindow window;
+  suite.report_plugin_problems();
   auto* statistics = new ui::StatisticsPage(windows.parts());
   window.add_page(QStringLiteral("Stat&istics"), statistics);
   auto* sites = new ui::SitesPage({suite.sites, boxes, suite.files, windows.chooser()});

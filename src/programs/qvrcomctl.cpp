@@ -33,6 +33,7 @@ cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
   ui.on_message = [&](platform::Message& message) { add_reason(message, suite); };
   session::SessionRun screen(suite.session_parts(), sessions);
   cli::StatisticsSessions statistics(console, ui, sessions, suite.request_parts(screen));
+  suite.report_plugin_problems();
   environment::SetUp set_up = suite.set_up();
   const adapters::ByteSourcesPosix byte_sources;
   cli::CommandContext context{console,

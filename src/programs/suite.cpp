@@ -1,5 +1,6 @@
 #include "programs/suite.h"
 
+#include "adapters/component_plugins.h"
 #include "adapters/paths.h"
 #include "components/database_components.h"
 #include "components/image_components.h"
@@ -23,6 +24,26 @@ Suite::Suite(platform::UserInterface& user, session::SessionGate::WhenBusy when_
   components::add_database_components(components, connection);
   components::add_image_components(components, connection, files);
   components::add_statistics_component(components, {connection, dbase, folders, files, ui});
+  add_plugins();
+}
+
+// A plug-in's component takes the place of the bundled one.
+void Suite::add_plugins() {
+  adapters::ComponentPlugins plugins = adapters::load_component_plugins(layout.plugin_folder);
+  for (adapters::OfferedComponent& offered : plugins.components)
+    components.add(offered.name, std::move(offered.create));
+  plugin_problems_ = std::move(plugins.problems);
+}
+
+void Suite::report_plugin_problems() {
+  if (plugin_problems_.empty()) return;
+  platform::Message message;
+  for (const std::string& problem : plugin_problems_)
+    message.text += (message.text.empty() ? "" : "\r\n") + problem;
+  message.title = platform::kSuiteTitle;
+  message.icon = platform::Icon::kWarning;
+  message.detail = "Plug-ins are taken from \"" + layout.plugin_folder + "\".";
+  ui.show(message);
 }
 
 environment::MachineFolders Suite::proposed_folders() const {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "adapters/database_qt.h"
 #include "adapters/message_channel_local.h"
 #include "adapters/scheduler_control_local.h"
@@ -28,6 +31,8 @@ class Suite : public Host {
   Suite& operator=(const Suite&) = delete;
 
   environment::SetUp set_up() { return {machine, machine, files, engine}; }
+  // One box with what is wrong with the plug-ins; none when nothing is.
+  void report_plugin_problems();
   // What set-up makes of this machine.
   environment::MachineFolders proposed_folders() const;
 
@@ -53,9 +58,12 @@ class Suite : public Host {
   session::SessionGate gate;
 
  private:
+  void add_plugins();
   rules::BusinessRulesParts rules_parts() {
     return {session, ui, clock, files, folders, dbase, components, xml_rows};
   }
+
+  std::vector<std::string> plugin_problems_;
 };
 
 }  // namespace qvrcom::programs

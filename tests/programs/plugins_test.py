@@ -1,0 +1,41 @@
+"""Plug-in libraries as a user drops them into the folder."""
+import json
+import unittest
+
+from harness import BIN, Place
+
+EXAMPLE = BIN.parent / "examples/plugin/check_only.so"
+
+
+class Plugins(unittest.TestCase):
+    def setUp(self):
+        self.place = Place()
+        self.addCleanup(self.place.leave)
+        self.place.ctl("setup", check=0)
+        self.folder = self.place.root / "root/config/plugins"
+        self.folder.mkdir(mode=0o700)
+
+    def put(self, name, content):
+        path = self.folder / name
+        path.write_bytes(content)
+        path.chmod(0o600)
+
+    def test_a_good_one_is_silent_and_problems_are_told_once(self):
+        self.put("example.so", EXAMPLE.read_bytes())
+        self.assertEqual(self.place.ctl("sites", "list", check=0).stderr, "")
+
+        self.put("notes.so", b"no library")
+        self.put("twin.so", EXAMPLE.read_bytes())
+        result = self.place.ctl("sites", "list", "--json", check=0)
+        self.assertEqual(json.loads(result.stdout), [])
+        lines = result.stderr.splitlines()
+        self.assertEqual(len(lines), 3, result.stderr)
+        self.assertTrue(lines[0].startswith(
+            'QVRCOM+: The plug-in "notes.so" is not used. It is not a library that can be loaded. '), lines[0])
+        self.assertEqual(lines[1], 'The component "QVRBIN7_2.Sys" is offered more than once '
+                                   '("example.so", "twin.so"). None of these is used. Keep one.')
+        self.assertEqual(lines[2], f'  Plug-ins are taken from "{self.folder}".')
+
+
+if __name__ == "__main__":
+    unittest.main()
