@@ -4,6 +4,7 @@ import unittest
 
 from harness import BIN, Place
 
+GOOD = BIN.parent / "tests/adapters/plugins/built/good.so"
 EXAMPLE = BIN.parent / "examples/plugin/check_only.so"
 
 
@@ -35,6 +36,13 @@ class Plugins(unittest.TestCase):
         self.assertEqual(lines[1], 'The component "QVRBIN7_2.Sys" is offered more than once '
                                    '("example.so", "twin.so"). None of these is used. Keep one.')
         self.assertEqual(lines[2], f'  Plug-ins are taken from "{self.folder}".')
+
+    def test_takes_the_place_of_a_bundled_component(self):
+        self.place.add_device("--firmware", "5.01", "--partitions", "3", firmware="5.01")
+        self.put("statistics.so", GOOD.read_bytes())
+        result = self.place.ctl("stats", "retrieve", "--site", "101", "--partition", "3")
+        self.assertRegex(result.stderr, r"No CSV of \d+\|3\|")
+        self.assertEqual(result.stdout, "")
 
 
 if __name__ == "__main__":

@@ -55,6 +55,8 @@ int call(void* self, const char* operation, const qvrcom_text* arguments, std::s
   if (name == "Larger") return say(std::string(16 * 1024 * 1024 + 1, 'x'), QVRCOM_DONE, answer, receiver);
   if (name == "Fail") return say("The disk is full.", 7, answer, receiver);
   if (name == "FailBadly") return say("caf\xe9", 7, answer, receiver);
+  if (name == "WriteStatsCsv")
+    return say("No CSV of " + joined(arguments, count), QVRCOM_DONE, answer, receiver);
   if (name == "Throw") throw std::runtime_error("out of paper");
   if (name == "ThrowNumber") throw 5;
   return QVRCOM_NO_SUCH_OPERATION;
@@ -67,12 +69,13 @@ const qvrcom_component kComponents[] = {
      make, end, kKind == kCallless ? nullptr : call},
     {"Test.Refusing", refuse, end, call},
     {"Test.Bursting", burst, end, call},
+    {"QVRStats.Stats", make, end, call},
 };
 
 const qvrcom_component_plugin kPlugin{kKind == kNewer ? 2u : QVRCOM_COMPONENT_PLUGIN_VERSION,
                                       kKind == kEmpty     ? 0u
                                       : kKind == kCrowded ? 257u
-                                                          : 3u,
+                                                          : 4u,
                                       kComponents};
 
 }  // namespace
