@@ -179,7 +179,8 @@ void SystemCommands::SendCannedMessages(const CommandSite& site, const std::stri
       status);
 }
 
-// The status stays "Error" when a fault ends the run.
+// The status stays "Error" after a fault. A job that was run is over for the scheduler even when its result
+// cannot be taken.
 void SystemCommands::run(const Order& order, std::string& status) {
   base::RunValues& values = parts_.session.run;
   values.SystemCommandActive = true;
@@ -190,8 +191,12 @@ void SystemCommands::run(const Order& order, std::string& status) {
     write(order);
     submit(order);
     screen_.show_modal();
-    if (values.SessionStatus == "Completed") take_result(order);
-    status = values.CancelRequested ? "Cancelled" : values.SessionStatus;
+    const bool taken = trap_(order.command.reported_as, [&] {
+      if (values.SessionStatus == "Completed") take_result(order);
+      return true;
+    });
+    if (taken) status = values.SessionStatus;
+    if (values.CancelRequested) status = "Cancelled";
     if (!values.CancelRequested) link_.NotifyScheduler(link::SchedulerRequest::kSessionOver);
   });
   if (!posted_) trap_(order.command.reported_as, [&] { discard(); });
