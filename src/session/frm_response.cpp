@@ -1,6 +1,7 @@
 #include "session/frm_response.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <limits>
 
@@ -24,7 +25,10 @@ const Check kChecks[] = {
      }},
     {EntryKind::kFullCheck,
      [](rules::BusinessRules& rules, const base::SiteValues& site) {
-       if (site.MachineType.empty()) rules.QVRSettings_MachineTypeID();
+       if (site.MachineType.empty()) {
+         rules.Get_Current_Config();
+         rules.QVRSettings_MachineTypeID();
+       }
        return rules.Version_Compactibility(site.FirmwareVersion, site.MachineType);
      }},
 };
@@ -266,6 +270,12 @@ std::string frmResponse::NextSequenceText() {
     throw base::Fault(base::kOverflow, "One dialog can number 32767 jobs. Close it and start again.");
   }
   return sequence_text(++sequence_);
+}
+
+void frmResponse::UpdateListExtent(const std::string& text, ExtentList& list) {
+  const double pixels = list.text_width("  " + text) / list.units_per_pixel();
+  widest_ = std::max(widest_, static_cast<int>(std::lround(pixels)));
+  list.set_horizontal_extent(widest_);
 }
 
 // The view closes last: the request may still show a box over it.

@@ -13,6 +13,7 @@
 #include "rules/business_rules.h"
 #include "session/all_partitions.h"
 #include "session/device_view.h"
+#include "session/extent_list.h"
 #include "session/operations.h"
 #include "session/same_log_operations.h"
 #include "session/session_frame.h"
@@ -59,6 +60,9 @@ class frmResponse : public SessionFrame {
   // The next job suffix: "001" to "099", "100" and above as they are. Fault "Overflow" beyond 32767.
   std::string NextSequenceText();
 
+  // Lets the list scroll far enough for two blanks and this text, and for every text it was called with.
+  void UpdateListExtent(const std::string& text, ExtentList& list);
+
  private:
   void prepare();
   void run_operation();
@@ -87,6 +91,7 @@ class frmResponse : public SessionFrame {
   std::function<void()> when_activated_ = [] {};
   std::unique_ptr<platform::Window> window_;
   std::int16_t sequence_ = 0;
+  int widest_ = 0;           // text of UpdateListExtent, in pixels
   bool refused_ = false;     // the site at hand; its text stays on screen
   bool started_ = false;     // the operation runs or has run
   bool ended_ = false;       // it has run

@@ -199,6 +199,20 @@ TEST(frmResponse, NumbersTheSitesOfOneRun) {
   EXPECT_THROW(dialog.NextSequenceText(), base::Fault);
 }
 
+TEST(frmResponse, WidensAListForItsLongestText) {
+  struct TwipList : ExtentList {
+    double text_width(const std::string& text) const override { return 150.0 * double(text.size()); }
+    double units_per_pixel() const override { return 15; }
+    void set_horizontal_extent(int pixels) override { extents.push_back(pixels); }
+    std::vector<int> extents;
+  } list;
+  DialogRun run;
+  frmResponse dialog(run.parts(), run.view);
+  for (const char* text : {"MSG1", "MSG12345", ""})
+    dialog.UpdateListExtent(text, list);
+  EXPECT_EQ(list.extents, (std::vector<int>{60, 100, 100}));
+}
+
 TEST(frmResponse, ChecksTheFirmwareInFull) {
   const Operation table[] = {{kRetrieve, EntryKind::kFullCheck,
                               [](SiteOperations& all) { all.statistics.ResetStatSinPart_NewQVR(); }}};
@@ -208,19 +222,23 @@ TEST(frmResponse, ChecksTheFirmwareInFull) {
     const char* message;
     platform::Icon icon;
   };
-  for (const Verdict& each : {Verdict{"6.69", "2", "", {}}, Verdict{"6.69", "4", "", {}},
-                              Verdict{"0", "2", kUnknown, platform::Icon::kWarning},
-                              Verdict{"6.70", "2",
-                                      "Site : USA_Office\r\nFW Version : 6.70\r\nThis version of software is "
-                                      "incompatible with the QVR+/RDN firmware load. Please upgrade your "
-                                      "software or contact Corbelin for technical assistance. Click About on "
-                                      "the main menu to find Corbelin's contact information.",
-                                      platform::Icon::kError}}) {
+  for (const Verdict& each :
+       {Verdict{"6.69", "2", "", {}}, Verdict{"6.69", "4", "", {}}, Verdict{"1.30", "", "", {}},
+        Verdict{"0", "2", kUnknown, platform::Icon::kWarning},
+        Verdict{"6.70", "2",
+                "Site : USA_Office\r\nFW Version : 6.70\r\nThis version of software is "
+                "incompatible with the QVR+/RDN firmware load. Please upgrade your "
+                "software or contact Corbelin for technical assistance. Click About on "
+                "the main menu to find Corbelin's contact information.",
+                platform::Icon::kError}}) {
     SCOPED_TRACE(each.firmware);
     DialogRun run;
+    run.engine.answer("QVRSettings", {"Machine_Type_ID"}, {{"3"}});  // of the current configuration
     run.session.site.SiteConnections[0].fields[11] = each.firmware;
     run.session.site.SiteConnections[0].fields[12] = each.machine;
     run.go(table);
+    const bool asks = *each.machine == '\0';
+    EXPECT_EQ(run.session.site.CurrentConfigID, asks ? "5" : "");
     const bool refused = *each.message != '\0';
     EXPECT_EQ(run.ui.messages.size(), refused ? 1U : 0U);
     EXPECT_EQ(run.scheduler.scripts.size(), refused ? 0U : 1U);

@@ -47,8 +47,8 @@ struct MemoryComponents : platform::Components {
 // One row for every answer but "none".
 struct MemoryXml : platform::XmlRows {
   base::Rows load(std::string_view text) const override {
-    base::Rows rows({"PartitionID"});
-    if (text != "none") rows.add({"1"});
+    base::Rows rows({"PartitionID", "ID"});
+    if (text != "none") rows.add({"1", "5"});
     return rows;
   }
 };
