@@ -8,7 +8,8 @@ StatisticsWindows::StatisticsWindows(Suite& suite)
     : suite_(suite),
       logs_(suite.ui, suite.files, suite.folders),
       dialogs_({[&suite] { return suite.session.run.SessionStatus == "Error"; },
-                [this](QWidget* over) { logs_.show(suite_.session.job.Name, over); }}),
+                [this](QWidget* over) { logs_.show(suite_.session.job.Name, over); }},
+               ui::transfer_source(suite.scheduler, suite.session.job)),
       screen_(suite.session_parts(), dialogs_),
       viewer_(components_, suite.files) {
   components_.add(ui::ucStats::kComponentName,

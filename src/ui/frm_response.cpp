@@ -40,11 +40,12 @@ void announce(QWidget* widget) {
 
 }  // namespace
 
-ResponseDialog::ResponseDialog(LogOffer log, QWidget* parent)
+ResponseDialog::ResponseDialog(LogOffer log, QWidget* parent, TransferSource transfer)
     : QDialog(parent),
       lblInfo_(text_label("lblInfo", 1, this)),
       lblCancelCommInfo_(text_label("lblCancelCommInfo", kHintLines, this)),
       lblNotice_(text_label("lblNotice", 2, this)),
+      transfer_(new TransferProgress(std::move(transfer), this)),
       cmdCancel_(captioned<QPushButton>("cmdCancel", QStringLiteral("&Cancel"), this)),
       cmdOpenLog_(captioned<QPushButton>("cmdOpenLog", QStringLiteral("Open &Log"), this)),
       RichTextBox1_(named(new QTextEdit(this), "RichTextBox1", QStringLiteral("RichTextBox1"))),
@@ -74,6 +75,7 @@ void ResponseDialog::lay_out() {
   auto* all = new QVBoxLayout(this);
   for (QLabel* label : {lblInfo_, lblCancelCommInfo_, lblNotice_})
     all->addWidget(label);
+  all->addWidget(transfer_);
   all->addStretch();
   all->addLayout(buttons);
   setMinimumWidth(460);
@@ -116,12 +118,14 @@ void ResponseDialog::set_timer(bool running) {
     Timer1_->start();
   else
     Timer1_->stop();
+  transfer_->set_running(running);
   lblNotice_->hide();
 }
 
 void ResponseDialog::close() {
   closed_ = true;
   Timer1_->stop();
+  transfer_->set_running(false);
   hide();
 }
 
@@ -154,7 +158,7 @@ void ResponseDialog::reject() {
 }
 
 std::unique_ptr<session::SessionWindow> ResponseDialogs::make() {
-  return std::make_unique<ResponseDialog>(log_, QApplication::activeWindow());
+  return std::make_unique<ResponseDialog>(log_, QApplication::activeWindow(), transfer_);
 }
 
 }  // namespace qvrcom::ui

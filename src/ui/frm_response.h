@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "session/session_view.h"
+#include "ui/transfer_progress.h"
 
 class QLabel;
 class QPushButton;
@@ -28,7 +29,7 @@ struct LogOffer {
 // The window of the session dialog. Closing hides it; whoever made it destroys it after show_modal().
 class ResponseDialog : public QDialog, public session::SessionWindow {
  public:
-  explicit ResponseDialog(LogOffer log, QWidget* parent = nullptr);
+  explicit ResponseDialog(LogOffer log, QWidget* parent = nullptr, TransferSource transfer = {});
 
   void set_info(const std::string& text) override;
   void set_info_visible(bool visible) override;
@@ -58,6 +59,7 @@ class ResponseDialog : public QDialog, public session::SessionWindow {
   QLabel* lblInfo_;
   QLabel* lblCancelCommInfo_;
   QLabel* lblNotice_;  // the scheduler has gone
+  TransferProgress* transfer_;
   QPushButton* cmdCancel_;
   QPushButton* cmdOpenLog_;
   QTextEdit* RichTextBox1_;
@@ -71,11 +73,13 @@ class ResponseDialog : public QDialog, public session::SessionWindow {
 // Makes the window of each session over the window that is active then.
 class ResponseDialogs : public session::SessionWindows {
  public:
-  explicit ResponseDialogs(LogOffer log) : log_(std::move(log)) {}
+  explicit ResponseDialogs(LogOffer log, TransferSource transfer = {})
+      : log_(std::move(log)), transfer_(std::move(transfer)) {}
   std::unique_ptr<session::SessionWindow> make() override;
 
  private:
   LogOffer log_;
+  TransferSource transfer_;
 };
 
 }  // namespace qvrcom::ui
