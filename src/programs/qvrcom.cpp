@@ -6,10 +6,13 @@
 
 #include "programs/statistics_windows.h"
 #include "ui/attempt.h"
+#include "ui/device_page.h"
 #include "ui/first_start.h"
 #include "ui/jobs_page.h"
 #include "ui/main_window.h"
 #include "ui/message_boxes.h"
+#include "ui/messages_page.h"
+#include "ui/same_logs_page.h"
 #include "ui/sites_page.h"
 #include "ui/statistics_page.h"
 #include "ui/uc_stats.h"
@@ -59,10 +62,10 @@ int run_desktop() {
   programs::Suite suite(boxes);
   if (!ui::prepare_machine({boxes, suite.machine, suite.files}, suite.set_up(), suite.proposed_folders()))
     return kNotSetUp;
+  suite.report_plugin_problems();
 
   programs::StatisticsWindows windows(suite);
   ui::MainWindow window;
-  suite.report_plugin_problems();
   auto* statistics = new ui::StatisticsPage(windows.parts());
   window.add_page(QStringLiteral("Stat&istics"), statistics);
   auto* sites = new ui::SitesPage({suite.sites, boxes, suite.files, windows.chooser()});
@@ -70,7 +73,19 @@ int run_desktop() {
   window.add_page(QStringLiteral("&Jobs"),
                   new ui::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs,
                                     suite.files, suite.folders, boxes, windows.logs()}));
-  QObject::connect(sites, &ui::SitesPage::sites_changed, statistics, &ui::StatisticsPage::reload_sites);
+  const control::SessionRequestParts request = windows.parts().request;
+  auto* device = new ui::DevicePage({request, suite.sites, windows.chooser()});
+  window.add_page(QStringLiteral("&Device"), device);
+  auto* same_logs = new ui::SameLogsPage({request, suite.sites, suite.files, suite.folders});
+  window.add_page(QStringLiteral("SAME Lo&gs"), same_logs);
+  auto* messages = new ui::MessagesPage(request, suite.sites);
+  window.add_page(QStringLiteral("&Messages"), messages);
+  QObject::connect(sites, &ui::SitesPage::sites_changed, &window, [=] {
+    statistics->reload_sites();
+    device->reload_sites();
+    same_logs->reload_sites();
+    messages->reload_sites();
+  });
   window.show();
   return QApplication::exec();
 }

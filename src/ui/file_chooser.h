@@ -16,7 +16,7 @@ class FileChooserQt : public control::FileChooser {
   std::optional<std::string> open_file(const control::FileChoice& choice) override;
 
   // The path to write to; the user has agreed when it is there already.
-  std::optional<std::string> save_file(const std::string& filter, const std::string& name);
+  virtual std::optional<std::string> save_file(const std::string& filter, const std::string& name);
 
  private:
   QString folder_;

@@ -69,8 +69,8 @@ QWidget* SitesPage::make_buttons() {
   static constexpr Row kRows[] = {
       {&SitesPage::cmdAdd_, "cmdAddSite", "&Add...", &SitesPage::add_site},
       {&SitesPage::cmdEdit_, "cmdEditSite", "&Edit...", &SitesPage::edit_site},
-      {&SitesPage::cmdDelete_, "cmdDeleteSite", "&Delete...", &SitesPage::delete_site},
-      {&SitesPage::cmdImport_, "cmdImportSites", "I&mport...", &SitesPage::import_sites},
+      {&SitesPage::cmdDelete_, "cmdDeleteSite", "De&lete...", &SitesPage::delete_site},
+      {&SitesPage::cmdImport_, "cmdImportSites", "Im&port...", &SitesPage::import_sites},
       {&SitesPage::cmdExport_, "cmdExportSites", "E&xport...", &SitesPage::export_sites},
       {&SitesPage::cmdReload_, "cmdReloadSites", "&Refresh", &SitesPage::reload},
   };

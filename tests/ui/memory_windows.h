@@ -20,12 +20,20 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
     for (const char* name : site_names)
       rows.push_back({std::to_string(7 + rows.size()), name, std::to_string(101 + rows.size()), std::nullopt,
                       "0", "10.0.0.5", "10", "secret", "", "", "6.62"});
+    const std::vector<std::string> columns{"SiteID",
+                                           "User_Defined_Site_Name",
+                                           "User_Defined_Site_ID",
+                                           "ControlCardType",
+                                           "ConnectMethodID",
+                                           "IPLAN",
+                                           "IPMODEM",
+                                           "AccessCode",
+                                           "DialupConnection",
+                                           "NumberToDial",
+                                           "FirmwareVersion"};
+    suite.engine.answer("FROM Site ORDER BY", columns, rows);
     suite.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
-    suite.engine.answer(
-        "FROM Site",
-        {"SiteID", "User_Defined_Site_Name", "User_Defined_Site_ID", "ControlCardType", "ConnectMethodID",
-         "IPLAN", "IPMODEM", "AccessCode", "DialupConnection", "NumberToDial", "FirmwareVersion"},
-        rows);
+    suite.engine.answer("FROM Site", columns, rows);
     suite.session.site = {};
     suite.on_event = [] { QCoreApplication::processEvents(); };
   }

@@ -15,12 +15,15 @@
 #include "adapters/files_posix.h"
 #include "adapters/paths.h"
 #include "doubles/settable_machine.h"
+#include "ui/device_page.h"
 #include "ui/first_start.h"
 #include "ui/jobs_page.h"
 #include "ui/main_window.h"
 #include "ui/memory_windows.h"
 #include "ui/message_boxes.h"
+#include "ui/messages_page.h"
 #include "ui/modal_driver.h"
+#include "ui/same_logs_page.h"
 #include "ui/site_dialog.h"
 #include "ui/sites_page.h"
 #include "ui/text_window.h"
@@ -248,9 +251,13 @@ TEST_F(PagesTest, NamesEveryElementAndTakesItsColoursFromThePalette) {
   main.add_page("Stat&istics", new StatisticsPage(control.parts()));
   main.add_page("Si&tes", new SitesPage({sites, ui, files, chooser}));
   main.add_page("&Jobs", new JobsPage(jobs_parts()));
+  const control::SessionRequestParts request = control.parts().request;
+  main.add_page("&Device", new DevicePage({request, sites, chooser}));
+  main.add_page("SAME Lo&gs", new SameLogsPage({request, sites, files, folders}));
+  main.add_page("&Messages", new MessagesPage(request, sites));
   SiteDialog site(
       "Edit Site", {}, [](const auto&) { return std::vector<sitebook::SiteProblem>(); }, nullptr);
-  ResponseDialog response({});
+  ResponseDialog response({}, nullptr, [] { return Transfer{"Sending", 1, 2}; });
   TextWindow text("Log", "line", nullptr);
   const auto check = [](QWidget& window) {
     QStringList mnemonics;
@@ -270,7 +277,7 @@ TEST_F(PagesTest, NamesEveryElementAndTakesItsColoursFromThePalette) {
     }
   };
   main.show();
-  for (int index = 0; index < 3; ++index) {
+  for (int index = 0; index < 6; ++index) {
     main.show_page(index);
     check(main);
   }

@@ -1,0 +1,256 @@
+#include "ui/device_page.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "control/all_partitions_request.h"
+#include "ui/attempt.h"
+#include "ui/clock_panel.h"
+#include "ui/device_texts.h"
+#include "ui/elements.h"
+#include "ui/reading_text.h"
+#include "ui/site_picker.h"
+
+namespace qvrcom::ui {
+namespace {
+
+namespace operation = session::operation;
+using control::RequestResult;
+
+constexpr const char* kTextFiles = "Text Files (*.txt)|*.txt";
+
+}  // namespace
+
+// A file of the user's that goes to the device.
+struct DevicePage::Sending {
+  const char* operation;
+  const char* what;
+  const char* filter;
+};
+
+const DevicePage::Sending DevicePage::kFirmware{operation::kSendFirmware, "firmware", "Firmware Files (*)|*"};
+const DevicePage::Sending DevicePage::kCannedMessages{operation::kSendCannedMessages, "canned messages",
+                                                      "Canned Messages (*)|*"};
+
+DevicePage::DevicePage(const DevicePageParts& parts, QWidget* parent)
+    : QWidget(parent),
+      parts_(parts),
+      picker_(new SitePicker(parts.sites, SitePicker::Asks::kSiteAndPartition, this)),
+      clock_(new ClockPanel(parts.request.rules.clock, this)),
+      text_(reading_text("txtAnswer", QStringLiteral("Answer of the device:"), this)),
+      lblState_(named(new QLabel(this), "lblDeviceState", QStringLiteral("State of the last command"))),
+      cmdSave_(captioned<QPushButton>("cmdSaveAnswer", QStringLiteral("Sa&ve Answer..."), this)) {
+  setObjectName(QStringLiteral("devicePage"));
+  lay_out();
+  connect(picker_, &SitePicker::chosen, this, &DevicePage::site_changed);
+  connect(clock_, &ClockPanel::read_wanted, this, &DevicePage::read_clock);
+  connect(clock_, &ClockPanel::set_wanted, this, &DevicePage::set_clock);
+  connect(cmdSave_, &QPushButton::clicked, this, &DevicePage::save_answer);
+  site_changed();
+}
+
+void DevicePage::lay_out() {
+  lblState_->setTextFormat(Qt::PlainText);
+  lblState_->setWordWrap(true);
+  cmdSave_->setAutoDefault(true);
+  auto* top = new QHBoxLayout;
+  top->addWidget(clock_);
+  top->addWidget(make_commands(), 1);
+  auto* bottom = new QHBoxLayout;
+  bottom->addWidget(lblState_, 1);
+  bottom->addWidget(cmdSave_);
+  auto* all = new QVBoxLayout(this);
+  all->addWidget(picker_);
+  all->addLayout(top);
+  all->addWidget(label_for(text_, "lblAnswer", QStringLiteral("Answer of t&he device:"), this));
+  all->addWidget(text_, 1);
+  all->addLayout(bottom);
+  setFocusProxy(picker_);
+}
+
+QWidget* DevicePage::make_commands() {
+  struct Row {
+    const char* name;
+    const char* caption;
+    void (DevicePage::*action)();
+  };
+  static constexpr Row kRows[] = {
+      {"cmdInformation", "System In&formation", &DevicePage::get_information},
+      {"cmdPartition", "Pa&rtition Information", &DevicePage::get_partition},
+      {"cmdGetLog", "Fetch &Log", &DevicePage::get_log},
+      {"cmdGetAndResetLog", "F&etch and Reset Log...", &DevicePage::get_and_reset_log},
+      {"cmdResetLog", "Reset L&og...", &DevicePage::reset_log},
+      {"cmdSendFirmware", "Send Firm&ware...", &DevicePage::send_firmware},
+      {"cmdSendCannedMessages", "Se&nd Canned Messages...", &DevicePage::send_canned_messages},
+      {"cmdAllPartitions", "Retrieve and Reset &All Statistics...", &DevicePage::reset_all_partitions},
+  };
+  auto* frame = captioned<QGroupBox>("fraCommands", QStringLiteral("Commands"), this);
+  auto* grid = new QGridLayout(frame);
+  for (const Row& row : kRows) {
+    auto* button = captioned<QPushButton>(row.name, QString::fromLatin1(row.caption), frame);
+    button->setAutoDefault(true);
+    connect(button, &QPushButton::clicked, this, row.action);
+    const int place = static_cast<int>(commands_.size());
+    grid->addWidget(button, place / 2, place % 2);
+    commands_.push_back(button);
+  }
+  return frame;
+}
+
+void DevicePage::reload_sites() {
+  picker_->reload();
+}
+
+// An answer belongs to the site that gave it.
+void DevicePage::site_changed() {
+  const bool chosen = picker_->site() != nullptr;
+  for (QPushButton* button : commands_)
+    button->setEnabled(chosen);
+  clock_->enable_buttons(chosen);
+  clock_->show_device(std::nullopt);
+  lblState_->setText(chosen ? QString() : QStringLiteral("Choose a site first."));
+  show_answer({}, {}, "");
+}
+
+control::SystemAnswer DevicePage::command(const char* operation, control::SystemOrder order) {
+  order.site = picker_->row();
+  order.operation = operation;
+  const control::SystemAnswer answer = control::SystemRequest(parts_.request).run(order);
+  lblState_->setText(outcome_line(operation, answer));
+  return answer;
+}
+
+void DevicePage::read_clock() {
+  const control::SystemAnswer answer = command(operation::kGetDateAndTime);
+  if (answer.result == RequestResult::kDone) return clock_->show_device(answer.clock);
+  if (answer.record.empty()) return;
+  clock_->show_device(std::nullopt);
+  const QString text = unread_text(answer.record);
+  show_answer(text, utf8(text), "clock.txt");
+}
+
+void DevicePage::set_clock() {
+  if (!agreed("Set the clock of " + picker_->title() + " to the PC's date and time?")) return;
+  control::SystemOrder order;
+  order.clock = parts_.request.rules.clock.now();
+  command(operation::kSetDateAndTime, order);
+  clock_->show_device(std::nullopt);  // what was read is no longer true
+}
+
+void DevicePage::get_information() {
+  const control::SystemAnswer answer = command(operation::kGetSystemInformation);
+  if (answer.record.empty()) return;
+  const bool known = answer.result == RequestResult::kDone;
+  const QString text = known ? information_text(answer.information) : unread_text(answer.record);
+  show_answer(text, utf8(text), "information.txt");
+}
+
+void DevicePage::get_partition() {
+  const int partition = picker_->partition();
+  control::SystemOrder order;
+  order.partition = std::to_string(partition);
+  const control::SystemAnswer answer = command(operation::kRetrieveMessageIndex, order);
+  if (answer.result != RequestResult::kDone) return;
+  const QString text = partition_text(partition, answer.partition_times);
+  show_answer(text, utf8(text), "partition.txt");
+}
+
+void DevicePage::get_log() {
+  const control::SystemAnswer answer = command(operation::kGetLog);
+  if (answer.result == RequestResult::kDone) show_log(answer.log);
+}
+
+// The device will have no log any more: where it is kept is settled before it is fetched.
+void DevicePage::get_and_reset_log() {
+  const auto path = parts_.chooser.save_file(kTextFiles, "log.txt");
+  if (!path) return;
+  control::SystemOrder order;
+  order.save_log_as = *path;
+  const control::SystemAnswer answer = command(operation::kGetAndResetLog, order);
+  const bool done = answer.result == RequestResult::kDone;
+  if (done || !answer.log.empty()) show_log(answer.log);
+  if (done) lblState_->setText(lblState_->text() + QStringLiteral(". The log is saved in ") + qt_text(*path));
+}
+
+void DevicePage::reset_log() {
+  if (agreed("Reset the log of " + picker_->title() + "? What it holds is lost.",
+             "Fetch the log to keep it."))
+    command(operation::kResetLog);
+}
+
+void DevicePage::send_firmware() {
+  send(kFirmware);
+}
+
+void DevicePage::send_canned_messages() {
+  send(kCannedMessages);
+}
+
+void DevicePage::send(const Sending& what) {
+  const auto path =
+      parts_.chooser.open_file({.filter = what.filter, .flags = control::FileChoice::kFileMustExist});
+  if (!path) return;
+  std::uint64_t length = 0;
+  const std::string refused = std::string("The ") + what.what + " cannot be sent.";
+  const bool fit = attempt(parts_.request.rules.ui, refused, [&] {
+    length = parts_.request.rules.files.length(*path);
+    if (length == 0) throw base::Fault("The file is empty.", *path);
+  });
+  if (!fit) return;
+  const std::string question = std::string("Send the ") + what.what + " to " + picker_->title() + "?\n" +
+                               *path + " (" + utf8(byte_count(length)) + ")";
+  if (!agreed(question)) return;
+  control::SystemOrder order;
+  order.file = *path;
+  command(what.operation, order);
+}
+
+void DevicePage::reset_all_partitions() {
+  if (!agreed("Retrieve the statistics of all partitions of " + picker_->title() +
+                  " and reset them on the device?",
+              "This is for devices that keep their statistics in the older form; others are refused."))
+    return;
+  const auto answer = control::AllPartitionsRequest(parts_.request).run(picker_->row());
+  lblState_->setText(outcome_line(operation::kRetrieveResetAllStatistics, answer.result, {}));
+  if (answer.files.empty()) return;
+  std::vector<base::PartitionFile> files = answer.files;
+  for (base::PartitionFile& file : files)
+    file.file = parts_.request.rules.files.native(file.file);
+  const QString text = files_text(files);
+  show_answer(text, utf8(text), "statistics.txt");
+}
+
+bool DevicePage::agreed(const std::string& question, const std::string& detail) {
+  return parts_.request.rules.ui.show({.text = question,
+                                       .title = platform::kSuiteTitle,
+                                       .icon = platform::Icon::kWarning,
+                                       .buttons = platform::Buttons::kOkCancel,
+                                       .detail = detail}) == platform::Button::kOk;
+}
+
+void DevicePage::show_log(const std::string& log) {
+  show_answer(text_of_bytes(log), log, "log.txt");
+}
+
+void DevicePage::show_answer(const QString& text, const std::string& bytes, const char* file_name) {
+  text_->setPlainText(text);
+  answer_ = bytes;
+  answer_name_ = file_name;
+  cmdSave_->setEnabled(!answer_.empty());
+}
+
+void DevicePage::save_answer() {
+  const auto path = parts_.chooser.save_file(kTextFiles, answer_name_);
+  if (!path) return;
+  attempt(parts_.request.rules.ui, "The answer cannot be saved.", [&] {
+    parts_.request.rules.files.replace(*path, answer_);
+    lblState_->setText(QStringLiteral("Saved in ") + qt_text(*path));
+  });
+}
+
+}  // namespace qvrcom::ui

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QWidget>
+#include <string>
+#include <vector>
+
+#include "control/system_request.h"
+#include "sitebook/site_book.h"
+#include "ui/file_chooser.h"
+
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace qvrcom::ui {
+
+class ClockPanel;
+class SitePicker;
+
+struct DevicePageParts {
+  control::SessionRequestParts request;
+  sitebook::SiteBook& sites;
+  FileChooserQt& chooser;
+};
+
+// What can be asked of one device as a whole, and told to it. What it answers stands in one text, which can
+// be saved. Whatever changes the device asks first.
+class DevicePage : public QWidget {
+ public:
+  explicit DevicePage(const DevicePageParts& parts, QWidget* parent = nullptr);
+
+  void reload_sites();
+
+ private:
+  struct Sending;
+  static const Sending kFirmware;
+  static const Sending kCannedMessages;
+
+  void lay_out();
+  QWidget* make_commands();
+  void site_changed();
+
+  control::SystemAnswer command(const char* operation, control::SystemOrder order = {});
+  void read_clock();
+  void set_clock();
+  void get_information();
+  void get_partition();
+  void get_log();
+  void get_and_reset_log();
+  void reset_log();
+  void send_firmware();
+  void send_canned_messages();
+  void send(const Sending& what);
+  void reset_all_partitions();
+
+  bool agreed(const std::string& question, const std::string& detail = {});
+  void show_log(const std::string& log);
+  void show_answer(const QString& text, const std::string& bytes, const char* file_name);
+  void save_answer();
+
+  DevicePageParts parts_;
+  SitePicker* picker_;
+  ClockPanel* clock_;
+  std::vector<QPushButton*> commands_;
+  QPlainTextEdit* text_;
+  QLabel* lblState_;
+  QPushButton* cmdSave_;
+  std::string answer_;       // what would be saved
+  std::string answer_name_;  // and the file name that is proposed for it
+};
+
+}  // namespace qvrcom::ui

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "base/session_values.h"
+#include "control/system_request.h"
+#include "devicefiles/system_information.h"
+
+// What a device answers, as the desktop writes it: lines, no line end behind the last.
+namespace qvrcom::ui {
+
+QString information_text(const devicefiles::SystemInformation& information);
+QString partition_text(int partition, const std::array<base::TimeRecord, 2>& times);
+QString files_text(const std::vector<base::PartitionFile>& files);
+
+// Bytes that nobody here can read, sixteen on a line, under a line that says so.
+QString unread_text(const std::string& bytes);
+
+// "The device is 3 seconds behind the PC."
+QString clock_difference(base::LocalTime device, base::LocalTime pc);
+
+// "Get Log File: Completed", or how else it ended.
+QString outcome_line(const std::string& operation, const control::SystemAnswer& answer);
+
+// "Get Log File: not done (Error)"
+QString outcome_line(const std::string& operation, control::RequestResult result, const std::string& status);
+
+}  // namespace qvrcom::ui

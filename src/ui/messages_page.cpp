@@ -1,0 +1,91 @@
+#include "ui/messages_page.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include "ui/device_texts.h"
+#include "ui/elements.h"
+#include "ui/site_picker.h"
+#include "ui/tables.h"
+#include "ui/value_table_model.h"
+
+namespace qvrcom::ui {
+namespace {
+
+// A number where it is one, so that it is sorted as one.
+QVariant number_of(const std::string& text) {
+  bool is_number = false;
+  const int number = qt_text(text).toInt(&is_number);
+  return is_number ? QVariant(number) : QVariant(qt_text(text));
+}
+
+QString count_of(std::size_t messages, int partition) {
+  const QString count =
+      messages == 1 ? QStringLiteral("1 message") : QStringLiteral("%1 messages").arg(messages);
+  return count + QStringLiteral(" in partition %1").arg(partition);
+}
+
+}  // namespace
+
+MessagesPage::MessagesPage(const control::SessionRequestParts& request, sitebook::SiteBook& sites,
+                           QWidget* parent)
+    : QWidget(parent),
+      request_(request),
+      picker_(new SitePicker(sites, SitePicker::Asks::kSiteAndPartition, this)),
+      model_(new ValueTableModel({QStringLiteral("Partition"), QStringLiteral("Message")}, this)),
+      sorted_(new QSortFilterProxyModel(this)),
+      table_(named(new QTableView(this), "tblMessages", QStringLiteral("Messages on the device"))),
+      lblState_(named(new QLabel(this), "lblMessagesState", QStringLiteral("State of the messages"))),
+      cmdView_(captioned<QPushButton>("cmdViewMessages", QStringLiteral("&View Messages"), this)) {
+  setObjectName(QStringLiteral("messagesPage"));
+  sorted_->setSourceModel(model_);
+  lay_out();
+  connect(picker_, &SitePicker::chosen, this, &MessagesPage::site_changed);
+  connect(cmdView_, &QPushButton::clicked, this, &MessagesPage::view);
+  site_changed();
+}
+
+void MessagesPage::lay_out() {
+  prepare_row_table(*table_, *sorted_);
+  table_->verticalHeader()->hide();
+  lblState_->setTextFormat(Qt::PlainText);
+  lblState_->setWordWrap(true);
+  cmdView_->setAutoDefault(true);
+  picker_->append(cmdView_);
+  auto* all = new QVBoxLayout(this);
+  all->addWidget(picker_);
+  all->addWidget(label_for(table_, "lblMessages", QStringLiteral("Messages &on the device:"), this));
+  all->addWidget(table_, 1);
+  all->addWidget(lblState_);
+  setFocusProxy(picker_);
+}
+
+void MessagesPage::reload_sites() {
+  picker_->reload();
+}
+
+// What is listed belongs to the site that was asked.
+void MessagesPage::site_changed() {
+  const bool chosen = picker_->site() != nullptr;
+  cmdView_->setEnabled(chosen);
+  model_->show({});
+  lblState_->setText(chosen ? QString() : QStringLiteral("Choose a site first."));
+}
+
+void MessagesPage::view() {
+  const int partition = picker_->partition();
+  const control::ViewAnswer answer = control::ViewRequest(request_).run(picker_->row(), partition);
+  std::vector<QVariantList> rows;
+  for (const std::string& message : answer.messages)
+    rows.push_back({partition, number_of(message)});
+  model_->show(std::move(rows));
+  lblState_->setText(answer.result == control::RequestResult::kDone
+                         ? count_of(answer.messages.size(), partition)
+                         : outcome_line(session::operation::kViewDevice, answer.result, {}));
+}
+
+}  // namespace qvrcom::ui

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QWidget>
+
+#include "control/view_request.h"
+#include "sitebook/site_book.h"
+
+class QLabel;
+class QPushButton;
+class QSortFilterProxyModel;
+class QTableView;
+
+namespace qvrcom::ui {
+
+class SitePicker;
+class ValueTableModel;
+
+// The messages that a device has in one partition.
+class MessagesPage : public QWidget {
+ public:
+  MessagesPage(const control::SessionRequestParts& request, sitebook::SiteBook& sites,
+               QWidget* parent = nullptr);
+
+  void reload_sites();
+
+ private:
+  void lay_out();
+  void view();
+  void site_changed();
+
+  control::SessionRequestParts request_;
+  SitePicker* picker_;
+  ValueTableModel* model_;
+  QSortFilterProxyModel* sorted_;
+  QTableView* table_;
+  QLabel* lblState_;
+  QPushButton* cmdView_;
+};
+
+}  // namespace qvrcom::ui

@@ -1,0 +1,94 @@
+#include "ui/site_picker.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "ui/attempt.h"
+#include "ui/elements.h"
+
+namespace qvrcom::ui {
+namespace {
+
+constexpr int kPartitions = 64;
+
+QComboBox* site_list(QWidget* parent) {
+  auto* list = named(new QComboBox(parent), "cmbSite", QStringLiteral("Site:"));
+  list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  list->setMinimumContentsLength(24);
+  list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  return list;
+}
+
+// The line inside the field has the focus, so it needs the name too.
+QSpinBox* partition_field(QWidget* parent) {
+  auto* field = named(new QSpinBox(parent), "txtPartition", QStringLiteral("Partition:"));
+  field->setRange(1, kPartitions);
+  field->findChild<QLineEdit*>()->setAccessibleName(field->accessibleName());
+  return field;
+}
+
+}  // namespace
+
+SitePicker::SitePicker(sitebook::SiteBook& sites, Asks asks, QWidget* parent)
+    : QWidget(parent),
+      sites_(sites),
+      line_(new QHBoxLayout),
+      cmbSite_(site_list(this)),
+      lblProblem_(named(new QLabel(this), "lblSiteProblem", QStringLiteral("State of the site book"))) {
+  line_->addWidget(label_for(cmbSite_, "lblSite", QStringLiteral("&Site:"), this));
+  line_->addWidget(cmbSite_, 1);
+  if (asks == Asks::kSiteAndPartition) {
+    txtPartition_ = partition_field(this);
+    line_->addWidget(label_for(txtPartition_, "lblPartition", QStringLiteral("&Partition:"), this));
+    line_->addWidget(txtPartition_);
+  }
+  lblProblem_->setWordWrap(true);
+  lblProblem_->setTextFormat(Qt::PlainText);
+  auto* all = new QVBoxLayout(this);
+  all->setContentsMargins({});
+  all->addLayout(line_);
+  all->addWidget(lblProblem_);
+  connect(cmbSite_, &QComboBox::currentIndexChanged, this, &SitePicker::chosen);
+  setFocusProxy(cmbSite_);
+  reload();
+}
+
+void SitePicker::append(QWidget* widget) {
+  line_->addWidget(widget);
+}
+
+void SitePicker::reload() {
+  const std::int32_t before = site() == nullptr ? 0 : site()->site_id;
+  records_.clear();
+  const auto fault = fault_of([this] { records_ = sites_.list(); });
+  {
+    const QSignalBlocker quiet(cmbSite_);
+    cmbSite_->clear();
+    cmbSite_->addItem(
+        QLatin1String(records_.empty() ? control::SiteList::kNoSite : control::SiteList::kPlaceholder));
+    for (const sitebook::SiteRecord& record : records_)
+      cmbSite_->addItem(qt_text(sitebook::title_of(record)), record.site_id);
+    cmbSite_->setCurrentIndex(std::max(0, before == 0 ? 0 : cmbSite_->findData(before)));
+  }
+  if (fault)
+    lblProblem_->setText(QStringLiteral("The site book cannot be used. ") + qt_text(sentence_of(*fault)));
+  lblProblem_->setVisible(fault.has_value());
+  emit chosen();
+}
+
+const sitebook::SiteRecord* SitePicker::site() const {
+  const int index = cmbSite_->currentIndex();
+  return index < 1 ? nullptr : &records_[static_cast<std::size_t>(index - 1)];
+}
+
+int SitePicker::partition() const {
+  return txtPartition_ == nullptr ? 1 : txtPartition_->value();
+}
+
+}  // namespace qvrcom::ui

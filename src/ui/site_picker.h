@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QWidget>
+#include <optional>
+#include <vector>
+
+#include "control/site_list.h"
+#include "sitebook/site_book.h"
+
+class QComboBox;
+class QHBoxLayout;
+class QLabel;
+class QSpinBox;
+
+namespace qvrcom::ui {
+
+// A line in which a site of the book is chosen and, where it is asked for, a partition.
+class SitePicker : public QWidget {
+  Q_OBJECT
+
+ public:
+  enum class Asks { kSite, kSiteAndPartition };
+  SitePicker(sitebook::SiteBook& sites, Asks asks, QWidget* parent);
+
+  // Reads the book anew and keeps the chosen site when it is still there.
+  void reload();
+
+  // Nothing while none is chosen.
+  const sitebook::SiteRecord* site() const;
+  // As a session takes it over; only while a site is chosen.
+  control::SiteRow row() const { return control::site_row(*site()); }
+  // "name - identifier"
+  std::string title() const { return sitebook::title_of(*site()); }
+  int partition() const;
+
+  // Puts a widget at the end of the line.
+  void append(QWidget* widget);
+
+ signals:
+  void chosen();
+
+ private:
+  sitebook::SiteBook& sites_;
+  QHBoxLayout* line_;
+  QComboBox* cmbSite_;
+  QSpinBox* txtPartition_ = nullptr;
+  QLabel* lblProblem_;  // why the book cannot be read
+  std::vector<sitebook::SiteRecord> records_;
+};
+
+}  // namespace qvrcom::ui
