@@ -61,15 +61,15 @@ platform::WindowHandle SchedulerLink::find_or_start(const char* title, const cha
 void SchedulerLink::NotifyScheduler(SchedulerRequest request) {
   std::string reason;
   const auto window = find_or_start(kJobPilotTitle, environment::kJobPilotProgram, reason);
-  missing_ = window == 0;
-  if (missing_) {
+  if (request == SchedulerRequest::kJobsSubmitted) missing_ = false;
+  if (window == 0) {
+    missing_ = true;
     parts_.ui.show({.text = "SCHEDULER not found!",
                     .title = platform::kSuiteTitle,
                     .detail = reason + " Start JobPilot, then try again."});
     return;
   }
   parts_.channel.post(window, SchedulerMessageId(), 0, static_cast<std::int16_t>(request));
-  ++posted_;
 }
 
 void SchedulerLink::NotifyRePilot(SchedulerRequest request) {

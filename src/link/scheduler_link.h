@@ -55,9 +55,8 @@ class SchedulerLink {
   // As above for RePilot, but without a box: a request to a missing RePilot is posted to no window.
   void NotifyRePilot(SchedulerRequest request);
 
-  // Whether the last request to JobPilot was dropped, and how many were posted so far.
+  // Whether a request to JobPilot was dropped since jobs were submitted last, that one included.
   bool scheduler_missing() const { return missing_; }
-  std::uint64_t posted() const { return posted_; }
   bool scheduler_window_stands() const;
 
   // Puts SessionWindowProc in front of the window's procedure; the second puts the saved one back.
@@ -86,7 +85,6 @@ class SchedulerLink {
   std::array<platform::MessageId, kSlots> identifiers_{};  // 0 is not registered yet
   platform::WindowProcedure previous_;
   bool missing_ = false;
-  std::uint64_t posted_ = 0;
 };
 
 }  // namespace qvrcom::link

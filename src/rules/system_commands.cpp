@@ -270,10 +270,9 @@ void SystemCommands::submit(const Order& order) {
   parts_.ui.pump_events();
   rules_.Validate_Index_File();
   require_listed(rules_, link_);
-  const auto before = link_.posted();
   link_.NotifyScheduler(link::SchedulerRequest::kJobsSubmitted);
+  posted_ = !link_.scheduler_missing();
   link_.NotifyScheduler(link::SchedulerRequest::kShowSession);
-  posted_ = link_.posted() != before;
 }
 
 void SystemCommands::take_result(const Order& order) {

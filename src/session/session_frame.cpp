@@ -70,10 +70,9 @@ void SessionFrame::run_now(const JobRun& job) {
 }
 
 void SessionFrame::post_and_wait(bool quiet) {
-  const auto before = link_.posted();
   link_.NotifyScheduler(link::SchedulerRequest::kJobsSubmitted);
+  posted_ = !link_.scheduler_missing();
   if (!quiet) link_.NotifyScheduler(link::SchedulerRequest::kShowSession);
-  posted_ = link_.posted() != before;
   WaitForScheduler();
   const bool tells_end = !quiet && !session_.run.CancelRequested;
   if (tells_end) link_.NotifyScheduler(link::SchedulerRequest::kSessionOver);

@@ -69,7 +69,7 @@ TEST_F(LinkTest, StartsAMissingProgramAndWaitsOneSecond) {
   EXPECT_THAT(channel.posts, ElementsAre(Post{"JOBPILOT", "CBL_QVRCOM_SCHEDULER", 0, 9}));
   link.NotifyScheduler(SchedulerRequest::kResultsTaken);
   EXPECT_EQ(programs.started.size(), 1U);
-  EXPECT_EQ(link.posted(), 2U);
+  EXPECT_EQ(channel.posts.size(), 2U);
 }
 
 TEST_F(LinkTest, TellsOfAMissingJobPilotButNotOfAMissingRePilot) {
@@ -82,6 +82,12 @@ TEST_F(LinkTest, TellsOfAMissingJobPilotButNotOfAMissingRePilot) {
   EXPECT_EQ(ui.messages[0].detail, "There is no such program. Start JobPilot, then try again.");
   EXPECT_TRUE(link.scheduler_missing());
   EXPECT_THAT(channel.posts, IsEmpty());
+  const auto late = window("JOBPILOT");
+  link.NotifyScheduler(SchedulerRequest::kShowSession);
+  EXPECT_TRUE(link.scheduler_missing());  // it has not heard of the jobs
+  link.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
+  EXPECT_FALSE(link.scheduler_missing());
+  channel.posts.clear();
   link.NotifyRePilot(SchedulerRequest::kJobsSubmitted);
   EXPECT_EQ(ui.messages.size(), 1U);
   EXPECT_THAT(channel.posts, ElementsAre(Post{"", "CBL_QVRCOM_REPILOT", 0, 1}));

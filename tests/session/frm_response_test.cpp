@@ -49,6 +49,13 @@ const std::map<std::string, std::function<void(DialogRun&)>> kTwists = {
        run.session.site.SelectedSites[0] = "7";
      }},
     {"no JobPilot", [](DialogRun& run) { run.scheduler.window.reset(); }},
+    {"JobPilot is slow",
+     [](DialogRun& run) {
+       run.scheduler.window.reset();
+       run.programs.on_start = [&run] {
+         if (run.programs.started.size() == 2) run.scheduler.open();
+       };
+     }},
     {"JobPilot dies",
      [](DialogRun& run) {
        run.scheduler.vanishes = true;
@@ -85,6 +92,7 @@ Retrieve ...~      |6.62|completed|disk full          |4|J1 J5 J6 J2|Nov15261210
 Retrieve ...~      |6.62|         |name with ;        |3|           |                 ||Error_Handler: ReceiveStatSinPart_NewQVR#Job not listed
 Reset ...          |6.62|         |                   |0|           |                 ||
 Retrieve ...~      |6.62|         |no JobPilot        |3|           |                 ||SCHEDULER not found! SCHEDULER not found! SCHEDULER not found! SCHEDULER not found!
+Retrieve ...~      |6.62|         |JobPilot is slow   |3|J5 J5 J2   |                 ||SCHEDULER not found!
 Retrieve ...~      |6.62|         |JobPilot dies      |3|J1 J5 J5 J2|Nov1526121005001 ||
 Retrieve ...~      |6.62|         |later              |2|?1         |Nov1526121005001 index.sch|Required Action(s) Scheduled Successfully|)";
 
