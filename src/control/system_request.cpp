@@ -140,12 +140,14 @@ bool SystemRequest::take_log(const Call& call, SystemAnswer& answer) {
 }
 
 bool SystemRequest::take_clock(const Call& call, SystemAnswer& answer) {
-  answer.clock = devicefiles::read_device_time(images::clock_bytes(call.clock)).moment;
+  answer.record = images::clock_bytes(call.clock);
+  answer.clock = devicefiles::read_device_time(answer.record).moment;
   return true;
 }
 
 bool SystemRequest::take_information(const Call& call, SystemAnswer& answer) {
-  answer.information = devicefiles::read_system_information(images::firmware_bytes(call.information));
+  answer.record = images::firmware_bytes(call.information);
+  answer.information = devicefiles::read_system_information(answer.record);
   return true;
 }
 

@@ -31,7 +31,8 @@ struct SystemAnswer {
   base::LocalTime clock{};                          // the device's
   devicefiles::SystemInformation information;       // of the device
   std::array<base::TimeRecord, 2> partition_times;  // recorded time, and the room for it
-  std::string shortfall;                            // sentence: a file that was too short; or ""
+  std::string record;     // the bytes of clock or information, those of another form too; or ""
+  std::string shortfall;  // sentence: a file that was too short; or ""
 };
 
 // The bridge from a user's wish to the system commands. Before anything is sent a file is refused that is not

@@ -100,6 +100,7 @@ TEST_F(DeviceRequests, TellWhatIsNoAnswer) {
   const SystemAnswer clock = command(operation::kGetDateAndTime);
   EXPECT_EQ(clock.result, RequestResult::kNotDone);
   EXPECT_THAT(clock.shortfall, HasSubstr("5 of 8 bytes"));
+  EXPECT_EQ(clock.record, std::string("short\0\0\0", 8));
   EXPECT_THAT(run.ui.texts(), ElementsAre(StartsWith("Error_Handler: SystemRequest\r\n")));
   run.ui.messages.clear();
   EXPECT_EQ(command(operation::kRetrieveMessageIndex).result, RequestResult::kNotDone);
