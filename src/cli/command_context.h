@@ -3,7 +3,8 @@
 #include <iosfwd>
 
 #include "cli/console.h"
-#include "cli/statistics_sessions.h"
+#include "cli/session_batch.h"
+#include "cli/telnet_terminal.h"
 #include "csv/byte_source.h"
 #include "environment/files_and_folders.h"
 #include "environment/set_up.h"
@@ -34,7 +35,9 @@ struct CommandContext {
   sitebook::SiteBook& sites;
   const results::JobBoard& jobs;
   const csv::ByteSources& byte_sources;
-  StatisticsSessions& statistics;
+  SessionBatch& sessions;
+  const control::SessionRequestParts& requests;  // of the commands that run sessions
+  TelnetTerminal& telnet;
 };
 
 }  // namespace qvrcom::cli

@@ -13,6 +13,10 @@ namespace qvrcom::cli {
 void add_setup_commands(CLI::App& app, Invocation& invocation);
 void add_sites_commands(CLI::App& app, Invocation& invocation);
 void add_stats_commands(CLI::App& app, Invocation& invocation);
+void add_system_commands(CLI::App& app, Invocation& invocation);
+void add_telnet_command(CLI::App& system, Invocation& invocation);
+void add_same_log_commands(CLI::App& app, Invocation& invocation);
+void add_view_command(CLI::App& app, Invocation& invocation);
 void add_jobs_commands(CLI::App& app, Invocation& invocation);
 void add_scheduler_commands(CLI::App& app, Invocation& invocation);
 

@@ -47,8 +47,18 @@ void Console::prompt(std::string_view text) {
   err_ << text << std::flush;
 }
 
+void Console::pass(std::string_view bytes) {
+  erase_status();
+  out_.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush();
+}
+
+void Console::show_status(bool shown) {
+  erase_status();
+  status_shown_ = shown;
+}
+
 void Console::set_status(const std::string& text) {
-  if (!terminal_) return;
+  if (!has_status()) return;
   const std::string shown(clipped(printable(text), kStatusWidth));
   if (shown == status_) return;
   const std::size_t old_width = width_of(status_);

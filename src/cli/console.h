@@ -33,6 +33,13 @@ class Console {
   // A question that waits for what is typed behind it.
   void prompt(std::string_view text);
 
+  // Bytes as they are, at once: what a device writes to the user's terminal.
+  void pass(std::string_view bytes);
+
+  // No status line from here on, or again.
+  void show_status(bool shown);
+  bool has_status() const { return terminal_ && status_shown_; }
+
   void set_status(const std::string& text);
   void erase_status();
 
@@ -43,6 +50,7 @@ class Console {
   std::ostream& out_;
   std::ostream& err_;
   bool terminal_;
+  bool status_shown_ = true;
   std::string status_;  // as it stands on the terminal
 };
 

@@ -1,8 +1,15 @@
 #include "cli/console_sessions.h"
 
+#include <QTimer>
+
 #include "session/frm_response.h"
 
 namespace qvrcom::cli {
+namespace {
+
+constexpr std::chrono::milliseconds kLook{500};
+
+}  // namespace
 
 class ConsoleSessions::Window : public session::SessionWindow {
  public:
@@ -10,7 +17,10 @@ class ConsoleSessions::Window : public session::SessionWindow {
   ~Window() override { sessions_.open_ = nullptr; }
 
   // A terminal's line does not blink, and a hint about a button has no place on it.
-  void set_info(const std::string& text) override { sessions_.console_.set_status(text); }
+  void set_info(const std::string& text) override {
+    sessions_.info_ = text;
+    sessions_.show_status();
+  }
   void set_info_visible(bool) override {}
   void set_hint(const std::string&) override {}
   void set_hint_visible(bool) override {}
@@ -36,6 +46,10 @@ class ConsoleSessions::Window : public session::SessionWindow {
   void show_modal(session::frmResponse& dialog) override {
     dialog_ = &dialog;
     sessions_.open_ = this;
+    sessions_.behind_.clear();
+    QTimer looks;
+    QObject::connect(&looks, &QTimer::timeout, &looks, [this] { sessions_.look(); });
+    if (sessions_.console_.has_status()) looks.start(kLook);
     dialog.Form_Activate();
     if (!closed_) dialog.cmdCancel_Click();
     sessions_.open_ = nullptr;
@@ -57,6 +71,15 @@ class ConsoleSessions::Window : public session::SessionWindow {
 
 std::unique_ptr<session::SessionWindow> ConsoleSessions::make() {
   return std::make_unique<Window>(*this);
+}
+
+void ConsoleSessions::show_status() {
+  console_.set_status(behind_.empty() ? info_ : info_ + ": " + behind_);
+}
+
+void ConsoleSessions::look() {
+  behind_ = progress_();
+  show_status();
 }
 
 void ConsoleSessions::cancel() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -27,16 +28,25 @@ class ConsoleSessions : public session::SessionWindows {
   // Whether a session ended because no scheduler came up.
   bool scheduler_missing() const { return scheduler_missing_; }
 
+  // While a session's dialog is open and there is a status line, `progress` is asked now and then for what
+  // stands behind the dialog's text; "" for nothing.
+  void watch(std::function<std::string()> progress) { progress_ = std::move(progress); }
+
   // Says who has the session and lets a moment pass; false after a cancel.
   bool wait_for(const std::string& owner);
 
  private:
   class Window;
+  void show_status();
+  void look();
 
   Console& console_;
   platform::UserInterface& ui_;
   platform::Clock& clock_;
   Window* open_ = nullptr;
+  std::function<std::string()> progress_ = [] { return std::string(); };
+  std::string info_;
+  std::string behind_;  // what `progress_` said last
   bool cancelled_ = false;
   bool scheduler_missing_ = false;
 };

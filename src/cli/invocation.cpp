@@ -44,8 +44,8 @@ Invocation read_command_line(std::vector<std::string> arguments, const std::stri
   app.fallthrough();
   app.failure_message(usage_message);
   add_global_options(app, invocation, version);
-  for (const auto add : {add_setup_commands, add_sites_commands, add_stats_commands, add_jobs_commands,
-                         add_scheduler_commands})
+  for (const auto add : {add_setup_commands, add_sites_commands, add_stats_commands, add_system_commands,
+                         add_same_log_commands, add_view_command, add_jobs_commands, add_scheduler_commands})
     add(app, invocation);
   std::reverse(arguments.begin(), arguments.end());  // the order in which the parser takes them
   try {

@@ -1,5 +1,4 @@
 #include <CLI/CLI.hpp>
-#include <QDateTime>
 #include <algorithm>
 
 #include "base/text.h"
@@ -22,9 +21,7 @@ std::string moment_text(const std::optional<base::LocalTime>& moment) {
 }
 
 QJsonValue moment_json(const std::optional<base::LocalTime>& moment) {
-  if (!moment) return {};
-  const auto seconds = moment->time_since_epoch().count();
-  return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString("yyyy-MM-ddTHH:mm:ss");
+  return moment ? json_moment(*moment) : QJsonValue();
 }
 
 QJsonObject job_json(const results::BoardJob& job) {

@@ -44,6 +44,12 @@ QJsonValue json_or_null(const base::Field& field) {
   return field ? json(std::string_view(*field)) : QJsonValue();
 }
 
+QJsonValue json_moment(base::LocalTime moment) {
+  std::string text = base::clock_text(moment);
+  text[text.find(' ')] = 'T';
+  return json(text);
+}
+
 std::string json_text(std::string_view text) {
   if (is_plain(text)) return '"' + std::string(text) + '"';
   const std::string array = to_text(QJsonDocument(QJsonArray{json(text)}), QJsonDocument::Compact);

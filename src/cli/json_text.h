@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/date_serial.h"
 #include "base/rows.h"
 
 namespace qvrcom::cli {
@@ -14,6 +15,9 @@ namespace qvrcom::cli {
 // Texts as JSON values; bytes that are no UTF-8 become U+FFFD.
 QJsonValue json(std::string_view text);
 QJsonValue json_or_null(const base::Field& field);
+
+// "2026-11-15T12:10:05"
+QJsonValue json_moment(base::LocalTime moment);
 
 // A text with its quotation marks, and texts as an array on one line: for what is too long to be built as a
 // whole first.

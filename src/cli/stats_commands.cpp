@@ -6,24 +6,79 @@
 #include "cli/csv_view.h"
 #include "cli/partition_list.h"
 #include "cli/site_keys.h"
+#include "control/all_partitions_request.h"
 #include "control/site_list.h"
+#include "control/statistics_request.h"
 
 namespace qvrcom::cli {
 namespace {
 
+constexpr const char* kEveryPartition = "1-64";
+
 struct SessionOptions {
   std::vector<std::string> sites;
   std::string partitions;
+  bool all_partitions = false;
   bool reset = false;  // of a retrieval: afterwards
+  bool force = false;  // all partitions of a device that is not meant for it
 };
 
+// Prints the native path of each file that a session leaves.
+class PrintedStatistics : public control::StatisticsDisplay {
+ public:
+  PrintedStatistics(Console& console, const platform::Files& files) : console_(console), files_(files) {}
+  void ShowStatistics(const std::string& csvFile) override { console_.print(files_.native(csvFile)); }
+
+ private:
+  Console& console_;
+  const platform::Files& files_;
+};
+
+control::RequestResult run_order(CommandContext& context, const control::StatisticsOrder& order) {
+  PrintedStatistics printed(context.console, context.files);
+  return control::StatisticsRequest(context.requests, printed)
+      .run(order.site[control::SiteColumn::kControlCardType], order);
+}
+
 ExitCode run_sessions(CommandContext& context, const SessionOptions& options, const char* operation) {
-  std::vector<control::StatisticsOrder> orders;
+  std::vector<SessionStep> steps;
   const std::vector<int> partitions = parse_partitions(options.partitions).value();
-  for (const sitebook::SiteRecord& site : find_sites(context.sites, options.sites))
-    for (const int partition : partitions)
-      orders.push_back({control::site_row(site), partition, operation});
-  return context.statistics.run(orders);
+  for (const sitebook::SiteRecord& site : find_sites(context.sites, options.sites)) {
+    for (const int partition : partitions) {
+      const control::StatisticsOrder order{control::site_row(site), partition, operation};
+      steps.push_back({sitebook::title_of(site) + ", partition " + std::to_string(partition),
+                       [&context, order] { return run_order(context, order); }});
+    }
+  }
+  return context.sessions.run(steps);
+}
+
+control::RequestResult run_all_partitions(CommandContext& context, const control::SiteRow& site, bool force) {
+  const auto answer = control::AllPartitionsRequest(context.requests).run(site, force);
+  context.console.erase_status();
+  for (const base::PartitionFile& each : answer.files)
+    context.console.print(context.files.native(each.file));
+  return answer.result;
+}
+
+// One job a site.
+ExitCode retrieve_reset_all(CommandContext& context, const SessionOptions& options) {
+  std::vector<SessionStep> steps;
+  for (const sitebook::SiteRecord& site : find_sites(context.sites, options.sites)) {
+    const control::SiteRow row = control::site_row(site);
+    const bool force = options.force;
+    steps.push_back({sitebook::title_of(site),
+                     [&context, row, force] { return run_all_partitions(context, row, force); }});
+  }
+  return context.sessions.run(steps);
+}
+
+ExitCode retrieve(CommandContext& context, SessionOptions options) {
+  if (options.all_partitions && options.reset) return retrieve_reset_all(context, options);
+  if (options.all_partitions) options.partitions = kEveryPartition;
+  return run_sessions(
+      context, options,
+      options.reset ? session::operation::kRetrieveResetStatistics : session::operation::kRetrieveStatistics);
 }
 
 std::string check_partitions(const std::string& text) {
@@ -31,35 +86,38 @@ std::string check_partitions(const std::string& text) {
   return "\"" + text + "\" is no list of partitions: 3, 1-8 or 1,4,7, each from 1 to 64";
 }
 
-std::shared_ptr<SessionOptions> add_session_options(CLI::App& command, Invocation& invocation) {
-  auto options = std::make_shared<SessionOptions>();
+// Returns the option of the partitions.
+CLI::Option* add_session_options(CLI::App& command, SessionOptions& options, Invocation& invocation) {
   command
-      .add_option("--site", options->sites, "Key, identifier or \"name - identifier\" of a site; may repeat")
+      .add_option("--site", options.sites, "Key, identifier or \"name - identifier\" of a site; may repeat")
       ->required()
       ->allow_extra_args(false);
-  command.add_option("--partition", options->partitions, "Partitions: 3, 1-8 or 1,4,7")
-      ->required()
-      ->check(CLI::Validator(check_partitions, "LIST"));
   command.add_flag("--wait", invocation.wait, "Wait for another program's session to end");
-  return options;
+  return command.add_option("--partition", options.partitions, "Partitions: 3, 1-8 or 1,4,7")
+      ->check(CLI::Validator(check_partitions, "LIST"));
 }
 
 void add_retrieve(CLI::App& stats, Invocation& invocation) {
-  CLI::App* retrieve = stats.add_subcommand("retrieve", "Fetch statistics; prints the path of each CSV file");
-  const auto options = add_session_options(*retrieve, invocation);
-  retrieve->add_flag("--reset", options->reset, "Start the device's counters anew afterwards");
-  retrieve->callback([options, &invocation] {
-    invocation.command = [options](CommandContext& context) {
-      return run_sessions(context, *options,
-                          options->reset ? session::operation::kRetrieveResetStatistics
-                                         : session::operation::kRetrieveStatistics);
-    };
+  CLI::App* command = stats.add_subcommand("retrieve", "Fetch statistics; prints the path of each CSV file");
+  const auto options = std::make_shared<SessionOptions>();
+  CLI::Option* listed = add_session_options(*command, *options, invocation);
+  CLI::Option* all = command->add_flag("--all-partitions", options->all_partitions,
+                                       "All 64; with --reset in one job, for older firmware");
+  all->excludes(listed);
+  CLI::Option* reset =
+      command->add_flag("--reset", options->reset, "Start the device's counters anew afterwards");
+  command->add_flag("--force", options->force, "With both: for any firmware")->needs(all)->needs(reset);
+  command->callback([options, &invocation] {
+    if (options->partitions.empty() && !options->all_partitions)
+      throw CLI::RequiredError("--partition or --all-partitions");
+    invocation.command = [options](CommandContext& context) { return retrieve(context, *options); };
   });
 }
 
 void add_reset(CLI::App& stats, Invocation& invocation) {
   CLI::App* reset = stats.add_subcommand("reset", "Start the device's counters anew");
-  const auto options = add_session_options(*reset, invocation);
+  const auto options = std::make_shared<SessionOptions>();
+  add_session_options(*reset, *options, invocation)->required();
   reset->callback([options, &invocation] {
     invocation.command = [options](CommandContext& context) {
       return run_sessions(context, *options, session::operation::kResetStatistics);

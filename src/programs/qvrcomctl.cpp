@@ -4,9 +4,11 @@
 #include <iostream>
 
 #include "adapters/byte_source_posix.h"
+#include "adapters/terminal_local.h"
 #include "base/fault.h"
 #include "cli/command_context.h"
 #include "cli/invocation.h"
+#include "cli/transfer_text.h"
 #include "programs/suite.h"
 #include "scheduler/session_log.h"
 #include "session/session_run.h"
@@ -31,9 +33,13 @@ cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
 
   programs::Suite suite(ui, wait);
   ui.on_message = [&](platform::Message& message) { add_reason(message, suite); };
-  session::SessionRun screen(suite.session_parts(), sessions);
-  cli::StatisticsSessions statistics(console, ui, sessions, suite.request_parts(screen));
   suite.report_plugin_problems();
+  session::SessionRun screen(suite.session_parts(), sessions);
+  const control::SessionRequestParts requests = suite.request_parts(screen);
+  cli::SessionBatch batch(console, ui, sessions, requests);
+  adapters::TerminalLocal terminal(suite.layout.run_folder, suite.layout.runtime_folder);
+  cli::TelnetTerminal telnet(console, terminal, STDIN_FILENO);
+  sessions.watch([&] { return cli::transfer_text(suite.scheduler.status(), suite.session.job.Name); });
   environment::SetUp set_up = suite.set_up();
   const adapters::ByteSourcesPosix byte_sources;
   cli::CommandContext context{console,
@@ -50,7 +56,9 @@ cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
                               suite.sites,
                               suite.jobs,
                               byte_sources,
-                              statistics};
+                              batch,
+                              requests,
+                              telnet};
   return cli::run(invocation, context);
 }
 

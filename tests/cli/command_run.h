@@ -34,11 +34,31 @@ struct FakeScreen : link::SessionScreen {
     const bool fails = run.PartitionID == failing_partition;
     suite->session.run.SessionStatus = fails ? "Error" : "Completed";
     if (fails) suite->ui.show({.text = "went wrong", .title = "ERROR"});
-    if (!fails) suite->session.run.StatsResultFile = "\\stats\\P" + run.PartitionID + ".csv";
+    if (fails) return;
+    suite->session.run.StatsResultFile = "\\stats\\P" + run.PartitionID + ".csv";
+    suite->session.run.SameLogFile = "\\same\\" + suite->session.site.UserSiteID + ".log";
+    suite->session.run.PartitionResults = {{1, "\\stats\\P1.csv"}, {8, "\\stats\\P8.csv"}};
+    suite->session.received.MessageNumbers = {"001", "\x1b[31m", ""};  // the last is the spare one
   }
   programs::Suite* suite = nullptr;
-  std::string failing_partition;
+  std::string failing_partition = "none";
   std::vector<std::string> shown;
+};
+
+// A terminal at a session that is there at once.
+struct FakeTerminal : platform::Terminal {
+  void attach(const std::string&, platform::TerminalEvents given) override {
+    events = std::move(given);
+    events.attached();
+  }
+  void send(std::string_view bytes) override { sent += bytes; }
+  std::size_t unsent() const override { return waiting; }
+  void resize(std::uint16_t, std::uint16_t) override {}
+  void leave() override { left = true; }
+  platform::TerminalEvents events;
+  std::string sent;
+  std::size_t waiting = 0;
+  bool left = false;
 };
 
 // Runs command lines in this process, below a root of their own, on real files and a real database.
@@ -87,7 +107,10 @@ class CommandRun {
     programs::Suite suite(ui);
     screen.suite = &suite;
     ConsoleSessions sessions(console, ui, suite.clock);
-    StatisticsSessions statistics(console, ui, sessions, suite.request_parts(screen));
+    const control::SessionRequestParts requests = suite.request_parts(screen);
+    SessionBatch batch(console, ui, sessions, requests);
+    FakeTerminal terminal;
+    TelnetTerminal telnet(console, terminal, -1);
     environment::SetUp set_up = suite.set_up();
     const adapters::ByteSourcesPosix byte_sources;
     std::istringstream in(input);
@@ -105,7 +128,9 @@ class CommandRun {
                            suite.sites,
                            suite.jobs,
                            byte_sources,
-                           statistics};
+                           batch,
+                           requests,
+                           telnet};
     return run(invocation, context);
   }
 };

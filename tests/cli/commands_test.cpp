@@ -138,6 +138,59 @@ TEST_F(CommandsTest, SessionsRunSitesOutsidePartitionsInsideAndAFailureStopsNone
   EXPECT_THAT(run.screen.shown, ElementsAre("7/4 Reset Statistics for Partition "));
 }
 
+TEST_F(CommandsTest, AllPartitionsAreOneJobForOldFirmwareAlone) {
+  const std::vector<std::string> everything = {"stats",     "retrieve",         "--site",
+                                               "Berne - 7", "--all-partitions", "--reset"};
+  EXPECT_EQ(run(everything), 1);
+  EXPECT_THAT(run.err, HasSubstr("does not keep its statistics in the older form"));
+  EXPECT_TRUE(run.screen.shown.empty());
+  std::vector<std::string> forced = everything;
+  forced.push_back("--force");
+  EXPECT_EQ(run(forced), 0);
+  EXPECT_EQ(run(std::vector<std::string>{"sites", "edit", "7", "--firmware", "5.01"}), 0);
+  EXPECT_EQ(run(everything), 0);
+  EXPECT_EQ(run.out, "/stats/P1.csv\n/stats/P8.csv\n");
+  const std::string operation = "7/ Retrieve Reset Statistics All Partitions";
+  EXPECT_THAT(run.screen.shown, ElementsAre(operation, operation));
+  run.screen.shown.clear();
+  EXPECT_EQ(run({"stats", "retrieve", "--site", "7", "--all-partitions"}), 0);
+  ASSERT_EQ(run.screen.shown.size(), 64U);
+  EXPECT_EQ(run.screen.shown.back(), "7/64 Retrieve Statistics for Partition ");
+}
+
+TEST_F(CommandsTest, SeveralSitesAnswerUnderTheirNames) {
+  EXPECT_EQ(run({"view", "--site", "7", "--site", "Office - 1", "--partition", "2"}), 0);
+  EXPECT_EQ(run.out, "Berne - 7:\n001\n\\x1B[31m\nOffice - 1:\n001\n\\x1B[31m\n");
+  EXPECT_EQ(run({"same-log", "retrieve", "--site", "7", "--site", "Office - 1"}), 0);
+  EXPECT_EQ(run.out, "/same/7.log\n/same/1.log\n");
+  EXPECT_EQ(run({"view", "--site", "7", "--partition", "2", "--json"}), 0);
+  EXPECT_EQ(json()[0]["site-id"], QJsonValue(1));
+  EXPECT_EQ(json()[0]["result"], QJsonValue("done"));
+  EXPECT_EQ(json()[0]["messages"].toArray(), (QJsonArray{"001", "\x1b[31m"}));
+  run.screen.failing_partition = "2";
+  EXPECT_EQ(run({"view", "--site", "7", "--partition", "2", "--json"}), 1);
+  EXPECT_EQ(json()[0]["result"], QJsonValue("failed"));
+  EXPECT_TRUE(json()[0]["messages"].isNull());
+}
+
+TEST_F(CommandsTest, FilesAreRefusedBeforeAnythingIsSent) {
+  write("empty", "");
+  const struct {
+    std::vector<std::string> arguments;
+    const char* reason;
+  } cases[] = {
+      {{"system", "firmware", "/nowhere/x"}, "there is no file /nowhere/x"},
+      {{"system", "prompts", run.path("empty")}, "is empty"},
+      {{"system", "prompts", "a\\b"}, "holds a backslash"},
+  };
+  for (auto each : cases) {
+    each.arguments.insert(each.arguments.end(), {"--site", "7"});
+    EXPECT_EQ(run(each.arguments), 1);
+    EXPECT_THAT(run.err, HasSubstr(each.reason));
+  }
+  EXPECT_TRUE(run.screen.shown.empty());
+}
+
 TEST_F(CommandsTest, ABusySessionNamesItsOwner) {
   adapters::SessionLockQt lock(run.path("run"));
   const auto hold = lock.try_acquire();

@@ -19,7 +19,7 @@ TEST(CommandLine, WrongUsageIsToldBeforeAnythingIsTouched) {
     const char* first_line;  // of standard error
   } cases[] = {
       {{}, 2, "A subcommand is required"},
-      {{"bogus"}, 2, "A subcommand is required"},
+      {{"bogus"}, 2, "There is no command \"bogus\""},
       {{"sites"}, 2, "A subcommand is required"},
       {{"folders", "extra"}, 2, "The following argument was not expected: extra"},
       {{"folders", "--yaml"}, 2, "The following argument was not expected: --yaml"},
@@ -34,7 +34,22 @@ TEST(CommandLine, WrongUsageIsToldBeforeAnythingIsTouched) {
        2,
        "--access-code excludes --access-code-file"},
       {{"stats", "retrieve", "--partition", "1"}, 2, "--site is required"},
-      {{"stats", "retrieve", "--site", "1"}, 2, "--partition is required"},
+      {{"stats", "retrieve", "--site", "1"}, 2, "--partition or --all-partitions is required"},
+      {{"stats", "retrieve", "--site", "1", "--partition", "1", "--all-partitions"},
+       2,
+       "--partition excludes --all-partitions"},
+      {{"stats", "retrieve", "--site", "1", "--all-partitions", "--force"}, 2, "--force requires --reset"},
+      {{"system", "clock", "--site", "1", "--set", "2026-02-30 12:00:00"},
+       2,
+       "--set: \"2026-02-30 12:00:00\" is neither \"now\" nor a moment of 2000 to 2135 such as "
+       "\"2026-11-15 12:10:05\""},
+      {{"system", "log", "--site", "1", "--reset-only", "--reset"}, 2, "--reset excludes --reset-only"},
+      {{"system", "log", "--site", "1", "--site", "2", "--output", "x"},
+       2,
+       "--output: One file takes the log of one site"},
+      {{"system", "partition", "65", "--site", "1"}, 2, "N: Value 65 not in range 1 to 64"},
+      {{"view", "--site", "1"}, 2, "--partition is required"},
+      {{"system", "firmware", "--site", "1"}, 2, "FILE is required"},
       {{"stats", "retrieve", "--site", "1", "2", "--partition", "3"},
        2,
        "The following argument was not expected: 2"},
@@ -62,9 +77,11 @@ TEST(CommandLine, WrongUsageIsToldBeforeAnythingIsTouched) {
 TEST(CommandLine, EveryCommandHasHelp) {
   CommandRun run;
   for (const char* command :
-       {"setup", "folders", "sites list", "sites add", "sites edit", "sites remove", "sites import",
-        "sites export", "stats retrieve", "stats reset", "stats show", "jobs list", "jobs stop",
-        "scheduler start", "scheduler status", "scheduler stop"}) {
+       {"setup",           "folders",        "sites list",      "sites add",         "sites edit",
+        "sites remove",    "sites import",   "sites export",    "stats retrieve",    "stats reset",
+        "stats show",      "system log",     "system clock",    "system info",       "system partition",
+        "system firmware", "system prompts", "system telnet",   "same-log retrieve", "view",
+        "jobs list",       "jobs stop",      "scheduler start", "scheduler status",  "scheduler stop"}) {
     std::vector<std::string> arguments;
     for (const auto word : base::split(command, " "))
       arguments.emplace_back(word);

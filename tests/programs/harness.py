@@ -30,12 +30,14 @@ def wait_until(condition, seconds=15, what="the condition"):
 class Device:
     def __init__(self, folder, *options):
         self.log_file = folder / "device.log"
+        self.data = folder / "data"
         port_file = folder / "device.port"
         telnet_port_file = folder / "device.telnet-port"
         for leftover in (self.log_file, port_file, telnet_port_file):
             leftover.unlink(missing_ok=True)
         self.process = subprocess.Popen(
-            [DEVICE, "--port-file", port_file, "--telnet-port-file", telnet_port_file, "--password", PASSWORD, "--log", self.log_file,
+            [DEVICE, "--port-file", port_file, "--telnet-port-file", telnet_port_file, "--password", PASSWORD,
+             "--log", self.log_file, "--data-dir", self.data,
              "--clock", "2026-11-15 12:10:05", "--clock-stands", "--seed", "7", *options],
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
         wait_until(port_file.exists, what="the device's port file")
@@ -60,9 +62,9 @@ class Place:
         self.devices = []
         self.sites = 0
 
-    def ctl(self, *arguments, check=None):
+    def ctl(self, *arguments, check=None, typed=""):
         result = subprocess.run([BIN / "qvrcomctl", *map(str, arguments)], env=self.environment, text=True,
-                                stdin=subprocess.DEVNULL, capture_output=True, timeout=PATIENCE, check=False)
+                                input=typed, capture_output=True, timeout=PATIENCE, check=False)
         if check is not None and result.returncode != check:
             raise AssertionError(f"qvrcomctl {arguments} ended with {result.returncode}, not {check}:\n"
                                  f"{result.stdout}\n{result.stderr}")
@@ -83,7 +85,8 @@ class Place:
         device = Device(folder, *device_options)
         self.devices.append(device)
         self.ctl("sites", "add", "--name", f"Office{self.sites}", "--id", 100 + self.sites, "--card-type", "NEW",
-                 "--lan", f"127.0.0.1:{device.port}:{device.telnet_port}", "--access-code", access_code, "--firmware", firmware, check=0)
+                 "--lan", f"127.0.0.1:{device.port}:{device.telnet_port}", "--access-code", access_code, "--firmware", firmware,
+                 check=0)
         return device
 
     def find(self, pattern):

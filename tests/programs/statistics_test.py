@@ -75,11 +75,30 @@ class StatisticsTest(unittest.TestCase):
         self.assertEqual([pathlib.Path(path).name for path in ended.stdout.splitlines()], ["Stats1.csv", "Stats2.csv"])
         self.assert_nothing_left()
 
-    def test_old_statistics_are_refused_before_anything_is_written(self):
-        self.place.set_up(firmware="5.01")
-        refused = self.retrieve(check=1)
-        self.assertIn("Error_Handler: ReceiveStatSinPart_NewQVR", refused.stderr)
+    def test_old_statistics(self):
+        device = self.place.set_up("--firmware", "5.01", "--partitions", "1,3,8", firmware="5.01")
+        done = self.retrieve("--reset", check=0)
+        csv = pathlib.Path(done.stdout.rstrip("\n"))
+        self.assertIn(b"SiteName,Office1\r\n", csv.read_bytes())
+        self.assertEqual(done.stderr, "")
+        self.assertEqual([line.split()[1:3] for line in device.commands() if line.startswith("part3 DELE")],
+                         [["DELE", "linestat"], ["DELE", "nodestat"]])
+        self.place.ctl("stats", "reset", "--site", 101, "--partition", 8, check=0)
+        self.assertEqual(sum(line.startswith("part8 DELE") for line in device.commands()), 2)
         self.assert_nothing_left()
+
+    def test_all_partitions(self):
+        old = self.place.set_up("--firmware", "5.01", "--partitions", "1,3,8", firmware="5.01")
+        everything = ("stats", "retrieve", "--all-partitions", "--reset")
+        done = self.place.ctl(*everything, "--site", 101, check=0)
+        self.assertEqual([pathlib.Path(path).exists() for path in done.stdout.splitlines()], [True] * 3, done.stderr)
+        self.assertEqual(sum("DELE" in line for line in old.commands()), 6)
+        self.assertEqual(sum("USER" in line for line in old.commands()), 1)
+        self.assert_nothing_left()
+        new = self.place.add_device()
+        refused = self.place.ctl(*everything, "--site", 102, check=1)
+        self.assertIn("does not keep its statistics in the older form", refused.stderr)
+        self.assertEqual(new.commands() if new.log_file.exists() else [], [])
 
     def test_machine_without_its_parts(self):
         self.assertEqual(self.retrieve(check=3).stdout, "")

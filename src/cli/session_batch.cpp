@@ -1,0 +1,40 @@
+#include "cli/session_batch.h"
+
+#include "cli/cancel_signals.h"
+
+namespace qvrcom::cli {
+
+ExitCode SessionBatch::run(const std::vector<SessionStep>& steps) {
+  const CancelSignals cancel_signals([this] { sessions_.cancel(); });
+  ExitCode code = ExitCode::kDone;
+  for (const SessionStep& step : steps) {
+    const ExitCode one = run_one(step);
+    if (one != ExitCode::kDone && steps.size() > 1 && !sessions_.cancelled())
+      console_.tell(step.name + ": not done.");
+    code = worse(code, one);
+    if (sessions_.scheduler_missing()) return code;
+    if (sessions_.cancelled() && &step != &steps.back()) return ExitCode::kFailed;
+  }
+  return code;
+}
+
+ExitCode SessionBatch::run_one(const SessionStep& step) {
+  ui_.begin_run();
+  const control::RequestResult result = step.run();
+  console_.erase_status();
+  if (result == control::RequestResult::kDone) return ExitCode::kDone;
+  if (sessions_.scheduler_missing()) return ExitCode::kMissing;
+  if (sessions_.cancelled()) tell_cancelled();
+  return ExitCode::kFailed;
+}
+
+// A job that the scheduler was told of goes on without its dialog; one that it never knew has no folder left.
+void SessionBatch::tell_cancelled() {
+  const base::JobValues& job = parts_.rules.session.job;
+  const bool goes_on = !job.Folder.empty() && parts_.rules.files.folder_exists(job.Folder);
+  console_.tell(
+      "Cancelled.",
+      goes_on ? "The scheduler still has the job; \"qvrcomctl jobs stop " + job.Name + "\" ends it." : "");
+}
+
+}  // namespace qvrcom::cli

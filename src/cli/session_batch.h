@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/console.h"
+#include "cli/console_sessions.h"
+#include "cli/console_user_interface.h"
+#include "cli/exit_code.h"
+#include "control/session_request.h"
+
+namespace qvrcom::cli {
+
+// One communication session.
+struct SessionStep {
+  std::string name;  // "Berne - 7, partition 2": what was not done
+  std::function<control::RequestResult()> run;
+};
+
+// Communication sessions, one after another.
+class SessionBatch {
+ public:
+  SessionBatch(Console& console, ConsoleUserInterface& ui, ConsoleSessions& sessions,
+               const control::SessionRequestParts& parts)
+      : console_(console), ui_(ui), sessions_(sessions), parts_(parts) {}
+
+  // One that fails does not stop the rest; a cancel and a scheduler that is not found do.
+  ExitCode run(const std::vector<SessionStep>& steps);
+
+ private:
+  ExitCode run_one(const SessionStep& step);
+  void tell_cancelled();
+
+  Console& console_;
+  ConsoleUserInterface& ui_;
+  ConsoleSessions& sessions_;
+  control::SessionRequestParts parts_;
+};
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QJsonObject>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/command_context.h"
+
+namespace CLI {
+class App;
+}
+
+namespace qvrcom::cli {
+
+struct Invocation;
+
+// How the answers of several sites stand among each other.
+enum class Headings { kNone, kSites };
+
+struct SiteOptions {
+  std::vector<std::string> sites;
+  bool as_json = false;
+  Headings headings = Headings::kSites;  // of the text form, with several sites
+};
+
+// What a site answered: rows of cells for people, values for programs. Values are there after a failure, too.
+struct SiteAnswer {
+  control::RequestResult result = control::RequestResult::kNotDone;
+  std::vector<std::vector<std::string>> rows = {};
+  QJsonObject values = {};
+};
+
+using AskSite = std::function<SiteAnswer(CommandContext&, const control::SiteRow&)>;
+
+// --site, which may repeat, --wait, and --json.
+void add_site_options(CLI::App& command, SiteOptions& options, Invocation& invocation);
+
+// Asks each site in a session of its own. Texts are written as they come; JSON is one array of objects, one
+// for each site that was asked.
+ExitCode ask_sites(CommandContext& context, const SiteOptions& options, const AskSite& ask);
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,52 @@
+#include <CLI/CLI.hpp>
+
+#include "cli/command_context.h"
+#include "cli/commands.h"
+#include "cli/site_keys.h"
+#include "control/site_list.h"
+#include "control/system_request.h"
+
+namespace qvrcom::cli {
+namespace {
+
+// The session dialog with the user's terminal beside it.
+class TelnetScreen : public link::SessionScreen {
+ public:
+  TelnetScreen(link::SessionScreen& dialog, TelnetTerminal& terminal, const base::JobValues& job)
+      : dialog_(dialog), terminal_(terminal), job_(job) {}
+
+  void show_modal() override {
+    terminal_.attach(job_.Name);
+    dialog_.show_modal();
+    terminal_.leave();
+  }
+
+ private:
+  link::SessionScreen& dialog_;
+  TelnetTerminal& terminal_;
+  const base::JobValues& job_;
+};
+
+ExitCode telnet(CommandContext& context, const std::string& key) {
+  const sitebook::SiteRecord site = find_sites(context.sites, {key}).front();
+  const control::SessionRequestParts& parts = context.requests;
+  TelnetScreen screen(parts.screen, context.telnet, parts.rules.session.job);
+  control::SystemRequest request({parts.rules, parts.database, parts.gate, screen, parts.link});
+  const control::SystemOrder order{.site = control::site_row(site),
+                                   .operation = session::operation::kTelnetSession};
+  return context.sessions.run({{sitebook::title_of(site), [&] { return request.run(order).result; }}});
+}
+
+}  // namespace
+
+void add_telnet_command(CLI::App& system, Invocation& invocation) {
+  CLI::App* command = system.add_subcommand("telnet", "Talk to the device; Ctrl-] leaves");
+  auto site = std::make_shared<std::string>();
+  command->add_option("--site", *site, "Key, identifier or \"name - identifier\" of a site")->required();
+  command->add_flag("--wait", invocation.wait, "Wait for another program's session to end");
+  command->callback([site, &invocation] {
+    invocation.command = [site](CommandContext& context) { return telnet(context, *site); };
+  });
+}
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,105 @@
+#include "cli/telnet_terminal.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+namespace qvrcom::cli {
+namespace {
+
+constexpr char kLeaveKey = '\x1D';  // Ctrl-]
+constexpr std::chrono::milliseconds kTick{100};
+constexpr int kSilentTicks = 20;
+constexpr std::size_t kMostUnsent = 65536;  // bytes; more is not read from the keyboard
+
+}  // namespace
+
+TelnetTerminal::TelnetTerminal(Console& console, platform::Terminal& terminal, int keyboard)
+    : console_(console), terminal_(terminal), keyboard_(keyboard) {
+  QObject::connect(&ticks_, &QTimer::timeout, &ticks_, [this] { tick(); });
+}
+
+void TelnetTerminal::attach(const std::string& job_name) {
+  platform::TerminalEvents events;
+  events.attached = [this] { attached(); };
+  events.output = [this](std::string_view bytes) { hear(bytes); };
+  events.echo = [this](bool device_echoes) {
+    device_echoes_ = device_echoes;
+    if (raw_) raw_->show_typed(!device_echoes);
+  };
+  events.ended = [this](const std::string& why) { ended(why); };
+  terminal_.attach(job_name, std::move(events));
+}
+
+void TelnetTerminal::leave() {
+  terminal_.leave();
+  give_back();
+}
+
+void TelnetTerminal::attached() {
+  console_.show_status(false);
+  raw_.emplace(keyboard_);
+  raw_->show_typed(!device_echoes_);
+  if (raw_->is_terminal()) console_.tell("Telnet session with the device; Ctrl-] leaves it.");
+  tell_size();
+  typed_ = std::make_unique<QSocketNotifier>(keyboard_, QSocketNotifier::Read);
+  QObject::connect(typed_.get(), &QSocketNotifier::activated, typed_.get(), [this] { take_typed(); });
+  ticks_.start(kTick);
+}
+
+void TelnetTerminal::hear(std::string_view bytes) {
+  silent_ticks_ = 0;
+  console_.pass(bytes);
+}
+
+void TelnetTerminal::ended(const std::string& why) {
+  give_back();
+  console_.tell(why);
+}
+
+void TelnetTerminal::take_typed() {
+  std::array<char, 4096> bytes;
+  const ssize_t count = read(keyboard_, bytes.data(), bytes.size());
+  if (count > 0) return take({bytes.data(), static_cast<std::size_t>(count)});
+  if (count < 0 && (errno == EINTR || errno == EAGAIN)) return;
+  input_ended_ = true;
+  typed_->setEnabled(false);
+}
+
+void TelnetTerminal::take(std::string_view typed) {
+  const std::size_t end = raw_->is_terminal() ? typed.find(kLeaveKey) : std::string_view::npos;
+  if (end != 0) terminal_.send(typed.substr(0, end));
+  silent_ticks_ = 0;
+  if (end != std::string_view::npos) return leave();
+  if (terminal_.unsent() > kMostUnsent) typed_->setEnabled(false);
+}
+
+void TelnetTerminal::tick() {
+  tell_size();
+  const bool sent = terminal_.unsent() <= kMostUnsent;
+  if (!input_ended_) return typed_->setEnabled(sent);
+  if (++silent_ticks_ >= kSilentTicks && terminal_.unsent() == 0) leave();
+}
+
+void TelnetTerminal::tell_size() {
+  winsize size{};
+  if (!raw_->is_terminal() || ioctl(keyboard_, TIOCGWINSZ, &size) != 0) return;
+  if (size.ws_col == 0 || std::pair(size.ws_col, size.ws_row) == size_) return;
+  size_ = {size.ws_col, size.ws_row};
+  terminal_.resize(size.ws_col, size.ws_row);
+}
+
+// The notifier may be the one that is being served.
+void TelnetTerminal::give_back() {
+  ticks_.stop();
+  if (typed_) {
+    typed_->setEnabled(false);
+    typed_.release()->deleteLater();
+  }
+  if (raw_) console_.show_status(true);
+  raw_.reset();
+}
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QSocketNotifier>
+#include <QTimer>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "cli/console.h"
+#include "cli/raw_terminal.h"
+#include "platform/terminal.h"
+
+namespace qvrcom::cli {
+
+// The user's end of a device's Telnet session: what is typed goes to the device, what the device says to
+// standard output. On a terminal Ctrl-] leaves. Where the input ends, as a pipe does, the session is left
+// once the device has been silent for two seconds.
+class TelnetTerminal {
+ public:
+  // `keyboard` is the descriptor that is typed at.
+  TelnetTerminal(Console& console, platform::Terminal& terminal, int keyboard);
+  ~TelnetTerminal() { leave(); }
+  TelnetTerminal(const TelnetTerminal&) = delete;
+  TelnetTerminal& operator=(const TelnetTerminal&) = delete;
+
+  // Waits for the job's session while events are pumped, and attaches to it. Once.
+  void attach(const std::string& job_name);
+
+  // Ends the session, when it has not ended by itself, and gives the user's terminal back.
+  void leave();
+
+ private:
+  void attached();
+  void hear(std::string_view bytes);
+  void ended(const std::string& why);
+  void take_typed();
+  void take(std::string_view typed);
+  void tick();
+  void tell_size();
+  void give_back();
+
+  Console& console_;
+  platform::Terminal& terminal_;
+  int keyboard_;
+  std::optional<RawTerminal> raw_;
+  std::unique_ptr<QSocketNotifier> typed_;
+  QTimer ticks_;
+  int silent_ticks_ = 0;
+  bool input_ended_ = false;
+  bool device_echoes_ = false;
+  std::pair<std::uint16_t, std::uint16_t> size_;  // columns and rows as told last
+};
+
+}  // namespace qvrcom::cli

@@ -1,0 +1,137 @@
+"""The commands to a device as a whole, each from qvrcomctl through JobPilot to a device and back."""
+import json
+import os
+import pathlib
+import pty
+import re
+import select
+import subprocess
+import termios
+import unittest
+
+from harness import BIN, PASSWORD, PATIENCE, Place, wait_until
+
+
+class SystemTest(unittest.TestCase):
+    def setUp(self):
+        self.place = Place()
+        self.addCleanup(self.place.leave)
+        self.device = self.place.set_up()
+
+    def system(self, *arguments, check=0, site=101, typed=""):
+        return self.place.ctl("system", *arguments, "--site", site, check=check, typed=typed)
+
+    def json(self, *arguments, check=0):
+        return json.loads(self.place.ctl(*arguments, "--site", 101, "--json", check=check).stdout)[0]
+
+    def assert_nothing_left(self):
+        self.assertEqual(self.place.job_folders(), [])
+        for name in ("index.sch", "CompletedToProcess.sch", "ErrorToProcess.sch", "CancelledToProcess.sch"):
+            self.assertEqual(self.place.scheduler(name), [], name)
+
+    def test_log(self):
+        printed = self.system("log").stdout
+        self.assertGreater(len(printed.splitlines()), 1)
+        file = self.place.root / "saved.log"
+        saved = self.system("log", "--reset", "--output", file)
+        self.assertEqual((saved.stdout, saved.stderr), ("", ""))
+        self.assertEqual(file.read_bytes().decode().splitlines()[0], printed.splitlines()[0])
+        self.assertTrue(file.read_bytes().endswith(b"\r\n"))
+        self.assertEqual(sum("DELE log" in line for line in self.device.commands()), 1)
+        self.assertEqual(self.system("log", "--reset-only").stdout, "")
+        self.assertEqual(sum("DELE log" in line for line in self.device.commands()), 2)
+        self.assertEqual(self.json("system", "log")["result"], "done")
+        self.assert_nothing_left()
+
+    def test_clock(self):
+        self.assertRegex(self.system("clock").stdout,
+                         r"^Device clock  2026-11-15 12:10:05\nPC clock      20\d\d-\d\d-\d\d \d\d:\d\d:\d\d\n$")
+        self.system("clock", "--set", "2027-02-28 23:59:58")
+        clock = self.json("system", "clock")
+        self.assertEqual(clock["device-clock"], "2027-02-28T23:59:58")
+        self.assertTrue(clock["record"].startswith(b"QT\1".hex()))
+        set_to = re.search(r"[\d-]{10} [\d:]{8}", self.system("clock", "--set", "now").stdout)[0]
+        self.assertIn(f"Device clock  {set_to}\n", self.system("clock").stdout)
+        self.assert_nothing_left()
+
+    def test_information_and_partition(self):
+        self.assertRegex(self.system("info").stdout, r"Firmware +6\.61\n")
+        information = self.json("system", "info")
+        self.assertEqual((information["firmware"], information["device-clock"]), ("6.61", "2026-11-15T12:10:05"))
+        self.assertGreater(information["memory"], information["memory-used"])
+        self.assertRegex(self.system("partition", 3).stdout, r"^Recorded +\d+:\d\d\nRoom for +\d+:\d\d\n$")
+        self.assertGreater(self.json("system", "partition", 3)["room-seconds"], 0)
+        self.assert_nothing_left()
+        several = self.place.ctl("system", "info", "--site", 101, "--site", self.second_site(), check=1)
+        self.assertIn("Office1 - 101:\nFirmware", several.stdout)
+        self.assertIn("QVRCOM+: Office2 - 102: not done.", several.stderr)
+
+    def second_site(self):
+        self.place.add_device(access_code="no such word")
+        return 102
+
+    def test_firmware_and_prompts(self):
+        content = os.urandom(300_000)
+        file = self.place.root / "new firmware.bin"
+        file.write_bytes(content)
+        for command in ("firmware", "prompts"):
+            self.assertEqual(self.system(command, file).stderr, "")
+            self.assertEqual((self.device.data / "device" / command).read_bytes(), content)
+        sent = len(self.device.commands())
+        file.write_bytes(b"")
+        self.assertIn("is empty", self.system("firmware", file, check=1).stderr)
+        self.assertIn("there is no file", self.system("firmware", "/nowhere/at all", check=1).stderr)
+        self.assertEqual(len(self.device.commands()), sent)
+        self.system("prompts", "--force", file)
+        self.assertEqual((self.device.data / "device/prompts").read_bytes(), b"")
+        self.assert_nothing_left()
+
+    def test_failure_has_one_message_and_no_data(self):
+        for arguments in (("log",), ("clock", "--set", "now"), ("partition", 3), ("info",)):
+            failed = self.system(*arguments, check=1, site=self.place.sites == 1 and self.second_site() or 102)
+            self.assertIn("530", failed.stderr)
+            self.assertEqual(failed.stdout, "")
+
+    def test_same_log_and_view(self):
+        filed = self.place.ctl("same-log", "retrieve", "--site", 101, check=0).stdout.rstrip("\n")
+        self.assertIn("SAME", filed)
+        self.assertTrue(pathlib.Path(filed).read_bytes())
+        shown = self.place.ctl("view", "--partition", 3, "--site", 101, check=0).stdout.splitlines()
+        self.assertEqual(self.json("view", "--partition", 3)["messages"], shown)
+        self.assertTrue(shown)
+        self.assert_nothing_left()
+
+    def test_telnet_through_a_pipe(self):
+        for leaving in ("exit\n", ""):  # the device hangs up; the input just ends
+            told = self.system("telnet", typed=f"admin\n{PASSWORD}\nversion\n{leaving}")
+            self.assertIn("Firmware 6.61", told.stdout)
+        self.assert_nothing_left()
+
+    def test_telnet_on_a_terminal(self):
+        ours, theirs = pty.openpty()
+        self.addCleanup(os.close, ours)
+        before = termios.tcgetattr(theirs)
+        process = subprocess.Popen([BIN / "qvrcomctl", "system", "telnet", "--site", "101"], env=self.place.environment,
+                                   stdin=theirs, stdout=theirs, stderr=theirs)
+        self.addCleanup(process.kill)
+        seen = bytearray()
+
+        def shows(text):
+            while select.select([ours], [], [], 0)[0]:
+                seen.extend(os.read(ours, 4096))
+            return text in seen
+
+        for prompt, typed in ((b"login: ", b"admin\r"), (b"password: ", PASSWORD.encode() + b"\r"), (b"> ", b"version\r"),
+                              (b"Firmware 6.61", b"\x1d")):
+            wait_until(lambda prompt=prompt: shows(prompt), PATIENCE, f"{prompt}, after {bytes(seen)}")
+            os.write(ours, typed)
+        self.assertEqual(process.wait(PATIENCE), 0)
+        self.assertNotIn(PASSWORD.encode(), seen)
+        self.assertIn(b"version\r\n", seen)
+        self.assertEqual(termios.tcgetattr(theirs), before)
+        os.close(theirs)
+        self.assert_nothing_left()
+
+
+if __name__ == "__main__":
+    unittest.main()
