@@ -60,7 +60,7 @@ bool SessionRequest::accepts_card(const std::string& card_type) const {
 
 // Such a site's index line would be dropped, and its answer waited for without end.
 bool SessionRequest::accepts(const SiteRow& site) const {
-  const auto problems = sitebook::problems_of(record_of(site));
+  const auto problems = sitebook::session_problems_of(record_of(site));
   if (problems.empty()) return true;
   refuse("No session is started for this site. " + sitebook::reasons_of(problems),
          "Correct the site in the site book, then try again.");

@@ -71,6 +71,8 @@ void StatisticsControl::Load_Partitions() {
       partitions_.push_back({name ? identifier + " - " + *name : "Part" + identifier, number});
     }
     parts_.view.show_partitions(partitions_);
+    state_.partition = -1;
+    changed();
   });
 }
 

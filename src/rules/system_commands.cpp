@@ -278,6 +278,7 @@ void SystemCommands::submit(const Order& order) {
 void SystemCommands::take_result(const Order& order) {
   const std::string file = local_path(order);
   if (order.command.transfer == Transfer::kFetch && !parts_.files.file_exists(file)) {
+    if (!order.command.keeps_folder) rules_.Remove_Folder();
     throw base::Fault(base::kFileNotFound,
                       "The job has completed, but " + parts_.files.native(file) + " did not arrive.");
   }

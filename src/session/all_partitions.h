@@ -27,7 +27,7 @@ class AllPartitions {
 
  private:
   void write();
-  bool save_statistics();
+  void save_statistics();
   bool has_arrived(const std::string& partition);
 
   base::Session& session_;

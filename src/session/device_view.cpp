@@ -14,6 +14,7 @@ void DeviceView::retrieve_index() {
 }
 
 void DeviceView::write() {
+  frame_.show_step("Creating Script");
   const std::string partition(base::trim(session_.run.PartitionID));
   rules_.Write_Script_Header(rules::script_header(session_, operation::kRetrieveAllMessageIndexes));
   rules_.Write_Script("FTPACCT;part" + partition + ";" + std::string(base::kCrLf) +

@@ -63,11 +63,15 @@ class frmResponse : public SessionFrame {
   // Lets the list scroll far enough for two blanks and this text, and for every text it was called with.
   void UpdateListExtent(const std::string& text, ExtentList& list);
 
+  // Without a loop over sites: waits for a job that its caller has written, and runs its outcome.
+  void ProcessSystemCommand(const std::string& operation_name);
+
+  // Its own loop over the sites: the message index of the current partition from each.
+  void View_QVR(const Operation& operation);
+
  private:
   void prepare();
   void run_operation();
-  void ProcessSystemCommand(const std::string& operation_name);
-  void View_QVR(const Operation& operation);
   void view_site(const Operation& operation, const std::string& site);
   void run_sites(const Operation& operation, const std::string& operation_name);
   void run_site(const Operation& operation, const std::string& operation_name);

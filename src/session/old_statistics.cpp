@@ -62,8 +62,7 @@ bool OldStatistics::write_csv(const std::string& partition, const std::string& l
 }
 
 void OldStatistics::miss(const std::string& reason) {
-  session_.run.MissingResult =
-      reason + " What the device sent is kept in " + parts_.files.native(session_.job.Folder) + ".";
+  session_.run.MissingResult = reason;
   rules::log_to_job(parts_, session_.run.MissingResult);
 }
 

@@ -179,7 +179,7 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
   session_.run.StatsResultFile = path;
 }
 
-// False leaves the job's files where they are: after a reset they are all there is.
+// False leaves the job's files where they are: nothing has been decoded from them.
 bool StatisticsOperations::decode_statistics(const std::string& line_stat_file,
                                              const std::string& node_stat_file) {
   old_.take_images();
@@ -187,12 +187,13 @@ bool StatisticsOperations::decode_statistics(const std::string& line_stat_file,
   if (!old_.has_delivered(wanted)) {
     old_.miss("Partition " + partition() +
               " is not in the configuration, or its image could not be read, so its statistics were not "
-              "decoded.");
+              "decoded. What the device sent is kept in " +
+              files_.native(session_.job.Folder) + ".");
     return false;
   }
-  if (old_.write_csv(wanted, line_stat_file, node_stat_file)) return true;
-  old_.miss("No CSV was written for partition " + partition() + ".");
-  return false;
+  if (!old_.write_csv(wanted, line_stat_file, node_stat_file))
+    old_.miss("No CSV was written for partition " + partition() + ".");
+  return true;
 }
 
 }  // namespace qvrcom::session

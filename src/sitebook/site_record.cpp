@@ -13,14 +13,24 @@ bool is_small_number(std::string_view text) {
          std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-// Why `text` cannot stand in a column of this kind, as the end of a sentence; "" when it can.
-std::string refusal(SiteText kind, const std::string& text) {
+bool stands_in_index(SiteText kind) {
+  return kind == SiteText::kIndexed || kind == SiteText::kAddress;
+}
+
+// Why `text` would break the line of a job that it stands in, as the end of a sentence; "" when it would not.
+// A ";" ends a field of the job index and of a script, a "^" a part of one.
+std::string break_of_line(SiteText kind, const std::string& text) {
   if (base::has_control_character(text)) return "holds a control character";
+  if (stands_in_index(kind) && text.find_first_of(";^") != std::string::npos) return "holds \";\" or \"^\"";
+  return {};
+}
+
+// Why `text` cannot stand in a column of this kind of the book.
+std::string refusal(SiteText kind, const std::string& text) {
+  if (const std::string broken = break_of_line(kind, text); !broken.empty()) return broken;
   if (!base::is_utf8(text)) return "holds bytes that are no text";
   if (kind == SiteText::kAny || text.empty()) return {};
   if (kind == SiteText::kNumber) return is_small_number(text) ? "" : "is no number between 0 and 9999";
-  // A ";" ends a field of the job index and of a script, a "^" a part of one.
-  if (text.find_first_of(";^") != std::string::npos) return "holds \";\" or \"^\"";
   return kind == SiteText::kAddress ? environment::device_address_problem(text) : std::string{};
 }
 
@@ -30,14 +40,27 @@ std::string title_of(const SiteRecord& site) {
   return site.name.value_or("") + " - " + site.identifier.value_or("");
 }
 
-std::vector<SiteProblem> problems_of(const SiteRecord& site) {
+namespace {
+
+std::vector<SiteProblem> problems_by(std::string (*judge)(SiteText, const std::string&),
+                                     const SiteRecord& site) {
   std::vector<SiteProblem> problems;
   for (const SiteColumn& column : kSiteColumns) {
-    const std::string reason = refusal(column.text, (site.*column.member).value_or(""));
+    const std::string reason = judge(column.text, (site.*column.member).value_or(""));
     if (reason.empty()) continue;
     problems.push_back({column.key, std::string(column.label) + " " + reason + "."});
   }
   return problems;
+}
+
+}  // namespace
+
+std::vector<SiteProblem> problems_of(const SiteRecord& site) {
+  return problems_by(refusal, site);
+}
+
+std::vector<SiteProblem> session_problems_of(const SiteRecord& site) {
+  return problems_by(break_of_line, site);
 }
 
 std::string reasons_of(const std::vector<SiteProblem>& problems) {

@@ -66,8 +66,11 @@ struct SiteProblem {
   std::string reason;    // a sentence
 };
 
-// What is wrong with the record's own texts.
+// What keeps the record's own texts out of the book.
 std::vector<SiteProblem> problems_of(const SiteRecord& site);
+
+// What keeps a stored site out of a session: its job's lines would be read as something else.
+std::vector<SiteProblem> session_problems_of(const SiteRecord& site);
 
 // The reasons, one sentence after the other.
 std::string reasons_of(const std::vector<SiteProblem>& problems);
