@@ -22,6 +22,7 @@ QLabel* value_label(const char* object_name, QWidget* parent) {
   QFont bold = label->font();
   bold.setBold(true);
   label->setFont(bold);
+  label->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(QStringLiteral("0000-00-00 00:00:00 ")));
   return label;
 }
 

@@ -43,6 +43,7 @@ DevicePage::DevicePage(const DevicePageParts& parts, QWidget* parent)
       picker_(new SitePicker(parts.sites, SitePicker::Asks::kSiteAndPartition, this)),
       clock_(new ClockPanel(parts.request.rules.clock, this)),
       text_(reading_text("txtAnswer", QStringLiteral("Answer of the device:"), this)),
+      lblAnswer_(label_for(text_, "lblAnswer", {}, this)),
       lblState_(named(new QLabel(this), "lblDeviceState", QStringLiteral("State of the last command"))),
       cmdSave_(captioned<QPushButton>("cmdSaveAnswer", QStringLiteral("Sa&ve Answer..."), this)) {
   setObjectName(QStringLiteral("devicePage"));
@@ -67,7 +68,7 @@ void DevicePage::lay_out() {
   auto* all = new QVBoxLayout(this);
   all->addWidget(picker_);
   all->addLayout(top);
-  all->addWidget(label_for(text_, "lblAnswer", QStringLiteral("Answer of t&he device:"), this));
+  all->addWidget(lblAnswer_);
   all->addWidget(text_, 1);
   all->addLayout(bottom);
   setFocusProxy(picker_);
@@ -114,7 +115,7 @@ void DevicePage::site_changed() {
   clock_->enable_buttons(chosen);
   clock_->show_device(std::nullopt);
   lblState_->setText(chosen ? QString() : QStringLiteral("Choose a site first."));
-  show_answer({}, {}, "");
+  show_answer("", {}, {}, "");
 }
 
 control::SystemAnswer DevicePage::command(const char* operation, control::SystemOrder order) {
@@ -130,8 +131,7 @@ void DevicePage::read_clock() {
   if (answer.result == RequestResult::kDone) return clock_->show_device(answer.clock);
   if (answer.record.empty()) return;
   clock_->show_device(std::nullopt);
-  const QString text = unread_text(answer.record);
-  show_answer(text, utf8(text), "clock.txt");
+  show_text(operation::kGetDateAndTime, unread_text(answer.record), "clock.txt");
 }
 
 void DevicePage::set_clock() {
@@ -147,7 +147,7 @@ void DevicePage::get_information() {
   if (answer.record.empty()) return;
   const bool known = answer.result == RequestResult::kDone;
   const QString text = known ? information_text(answer.information) : unread_text(answer.record);
-  show_answer(text, utf8(text), "information.txt");
+  show_text(operation::kGetSystemInformation, text, "information.txt");
 }
 
 void DevicePage::get_partition() {
@@ -156,13 +156,13 @@ void DevicePage::get_partition() {
   order.partition = std::to_string(partition);
   const control::SystemAnswer answer = command(operation::kRetrieveMessageIndex, order);
   if (answer.result != RequestResult::kDone) return;
-  const QString text = partition_text(partition, answer.partition_times);
-  show_answer(text, utf8(text), "partition.txt");
+  show_text(operation::kRetrieveMessageIndex, partition_text(partition, answer.partition_times),
+            "partition.txt");
 }
 
 void DevicePage::get_log() {
   const control::SystemAnswer answer = command(operation::kGetLog);
-  if (answer.result == RequestResult::kDone) show_log(answer.log);
+  if (answer.result == RequestResult::kDone) show_log(operation::kGetLog, answer.log);
 }
 
 // The device will have no log any more: where it is kept is settled before it is fetched.
@@ -173,8 +173,8 @@ void DevicePage::get_and_reset_log() {
   order.save_log_as = *path;
   const control::SystemAnswer answer = command(operation::kGetAndResetLog, order);
   const bool done = answer.result == RequestResult::kDone;
-  if (done || !answer.log.empty()) show_log(answer.log);
-  if (done) lblState_->setText(lblState_->text() + QStringLiteral(". The log is saved in ") + qt_text(*path));
+  if (done || !answer.log.empty()) show_log(operation::kGetAndResetLog, answer.log);
+  if (done) lblState_->setText(lblState_->text() + QStringLiteral(". Saved in ") + qt_text(*path));
 }
 
 void DevicePage::reset_log() {
@@ -221,8 +221,7 @@ void DevicePage::reset_all_partitions() {
   std::vector<base::PartitionFile> files = answer.files;
   for (base::PartitionFile& file : files)
     file.file = parts_.request.rules.files.native(file.file);
-  const QString text = files_text(files);
-  show_answer(text, utf8(text), "statistics.txt");
+  show_text(operation::kRetrieveResetAllStatistics, files_text(files), "statistics.txt");
 }
 
 bool DevicePage::agreed(const std::string& question, const std::string& detail) {
@@ -233,11 +232,24 @@ bool DevicePage::agreed(const std::string& question, const std::string& detail) 
                                        .detail = detail}) == platform::Button::kOk;
 }
 
-void DevicePage::show_log(const std::string& log) {
-  show_answer(text_of_bytes(log), log, "log.txt");
+void DevicePage::show_log(const char* operation, const std::string& log) {
+  show_answer(operation, text_of_bytes(log), log, "log.txt");
+  if (log.empty()) lblState_->setText(lblState_->text() + QStringLiteral(". The log is empty"));
 }
 
-void DevicePage::show_answer(const QString& text, const std::string& bytes, const char* file_name) {
+void DevicePage::show_text(const char* operation, const QString& text, const char* file_name) {
+  show_answer(operation, text, utf8(text), file_name);
+}
+
+// A later command that fails or answers nothing leaves the text, so the caption tells what it is.
+void DevicePage::show_answer(const char* operation, const QString& text, const std::string& bytes,
+                             const char* file_name) {
+  const QString asked = QLatin1String(operation).trimmed();
+  const QString caption = QStringLiteral("Answer of t&he device") +
+                          (asked.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(asked)) +
+                          QLatin1Char(':');
+  lblAnswer_->setText(caption);
+  text_->setAccessibleName(shown_caption(caption));
   text_->setPlainText(text);
   answer_ = bytes;
   answer_name_ = file_name;

@@ -54,8 +54,10 @@ class DevicePage : public QWidget {
   void reset_all_partitions();
 
   bool agreed(const std::string& question, const std::string& detail = {});
-  void show_log(const std::string& log);
-  void show_answer(const QString& text, const std::string& bytes, const char* file_name);
+  void show_log(const char* operation, const std::string& log);
+  void show_text(const char* operation, const QString& text, const char* file_name);
+  void show_answer(const char* operation, const QString& text, const std::string& bytes,
+                   const char* file_name);
   void save_answer();
 
   DevicePageParts parts_;
@@ -63,6 +65,7 @@ class DevicePage : public QWidget {
   ClockPanel* clock_;
   std::vector<QPushButton*> commands_;
   QPlainTextEdit* text_;
+  QLabel* lblAnswer_;
   QLabel* lblState_;
   QPushButton* cmdSave_;
   std::string answer_;       // what would be saved

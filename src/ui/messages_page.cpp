@@ -52,6 +52,7 @@ MessagesPage::MessagesPage(const control::SessionRequestParts& request, sitebook
 void MessagesPage::lay_out() {
   prepare_row_table(*table_, *sorted_);
   table_->verticalHeader()->hide();
+  table_->horizontalHeader()->setStretchLastSection(true);
   lblState_->setTextFormat(Qt::PlainText);
   lblState_->setWordWrap(true);
   cmdView_->setAutoDefault(true);

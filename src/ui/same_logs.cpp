@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <tuple>
 
 #include "ui/widget_text.h"
 

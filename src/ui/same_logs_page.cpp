@@ -57,6 +57,7 @@ SameLogsPage::SameLogsPage(const SameLogsPageParts& parts, QWidget* parent)
 void SameLogsPage::lay_out() {
   prepare_row_table(*table_, *sorted_);
   table_->verticalHeader()->hide();
+  table_->horizontalHeader()->setStretchLastSection(true);
   lblState_->setTextFormat(Qt::PlainText);
   lblState_->setWordWrap(true);
   picker_->append(cmdRetrieve_);

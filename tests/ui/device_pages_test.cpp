@@ -150,6 +150,7 @@ TEST_F(DevicePages, ShowAndSaveTheLog) {
   device_page();
   run("cmdGetLog");
   EXPECT_EQ(text(), "started\xC2\xB0\nstopped\n");
+  EXPECT_EQ(label("lblAnswer"), "Answer of t&he device (Get Log File):");
   chooser.save = "C:\\Logs\\one";
   click("cmdSaveAnswer");
   EXPECT_EQ(chooser.proposed, "log.txt");
@@ -161,7 +162,7 @@ TEST_F(DevicePages, ShowAndSaveTheLog) {
   chooser.save = "C:\\Logs\\two";
   run("cmdGetAndResetLog");
   EXPECT_EQ(files()["C:\\Logs\\two"], device["log"]);
-  EXPECT_THAT(label("lblDeviceState"), HasSubstr("The log is saved in C:\\Logs\\two"));
+  EXPECT_THAT(label("lblDeviceState"), HasSubstr(". Saved in C:\\Logs\\two"));
 
   chooser.save = "C:\\None\\three";
   run("cmdGetAndResetLog");
