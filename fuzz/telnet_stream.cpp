@@ -9,8 +9,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   std::size_t shown = 0;
-  qvrcom::adapters::TelnetProtocol telnet({[](std::string_view) {},
-                                           [&](std::string_view text) { shown += text.size(); }, [](bool) {}});
+  qvrcom::adapters::TelnetProtocol telnet(
+      {[](std::string_view) {}, [&](std::string_view text) { shown += text.size(); }, [](bool) {}});
   try {
     telnet.received(bytes.substr(0, size / 2));
     telnet.resized(1, 65535);

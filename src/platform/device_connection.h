@@ -53,7 +53,8 @@ class DeviceConnection {
   virtual void close() = 0;
 
   // Whether the next operation would reach the device in the account that was selected: true after a success
-  // and after a refusal, false once the connection is gone, cancelled, or may be out of step with its replies.
+  // and after a refusal, false once the connection is gone, cancelled, or may be out of step with its
+  // replies.
   virtual bool alive() const = 0;
 
   // Ends the running operation, and every later one, with SessionCancelled. The one member that another
