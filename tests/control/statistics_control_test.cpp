@@ -48,12 +48,13 @@ struct ControlTest : ::testing::Test, ControlView, ControlEvents, StatisticsView
     explicit Windows(ControlTest& owner) : test(owner) {}
     std::unique_ptr<session::SessionWindow> make() override {
       test.log.push_back(test.lock.held ? "session under lock" : "session");
-      return std::make_unique<session::RecordingView>();
+      return std::make_unique<session::RecordingView>(test.shown);
     }
     ControlTest& test;
   };
 
   session::MemorySuite suite;
+  session::Shown shown;
   MemoryLock lock;
   std::vector<Fields> sites;
   base::Field firmware = "6.62";

@@ -121,34 +121,39 @@ struct MemoryScheduler {
   };
 };
 
-// A terminal: keeps what it is shown, presses the button when the activation is over, and Cancel when the
-// scheduler is not there.
-struct RecordingView : SessionWindow {
-  void set_info(const std::string& text) override { infos.push_back(text); }
-  void set_info_visible(bool value) override { info_visible = value; }
-  void set_hint(const std::string& text) override { hint = text; }
-  void set_hint_visible(bool value) override { hint_visible = value; }
-  void set_cancel(const std::string& text) override { caption = text; }
-  void set_cancel_enabled(bool value) override { enabled = value; }
-  void set_cancel_visible(bool value) override { visible = value; }
-  void set_timer(bool value) override { timer = value; }
-  void close() override { ++closed; }
-  void scheduler_not_found() override { give_up("not found"); }
-  void scheduler_gone(const std::string& sentence) override { give_up(sentence); }
-  void give_up(const std::string& why) {
-    complaints.push_back(why);
-    dialog->cmdCancel_Click();
-  }
-  void show_modal(frmResponse& shown) override {
-    dialog = &shown;
-    dialog->Form_Activate();
-  }
-
+// What the windows of one run were shown.
+struct Shown {
   frmResponse* dialog = nullptr;
   std::vector<std::string> infos, complaints;
   std::string hint, caption;
   bool info_visible = false, hint_visible = false, enabled = true, visible = true, timer = false;
   int closed = 0;
+};
+
+// A terminal: keeps what it is shown, presses the button when the activation is over, and Cancel when the
+// scheduler is not there.
+struct RecordingView : SessionWindow {
+  explicit RecordingView(Shown& kept) : shown(kept) {}
+  void set_info(const std::string& text) override { shown.infos.push_back(text); }
+  void set_info_visible(bool value) override { shown.info_visible = value; }
+  void set_hint(const std::string& text) override { shown.hint = text; }
+  void set_hint_visible(bool value) override { shown.hint_visible = value; }
+  void set_cancel(const std::string& text) override { shown.caption = text; }
+  void set_cancel_enabled(bool value) override { shown.enabled = value; }
+  void set_cancel_visible(bool value) override { shown.visible = value; }
+  void set_timer(bool value) override { shown.timer = value; }
+  void close() override { ++shown.closed; }
+  void scheduler_not_found() override { scheduler_gone("not found"); }
+  void scheduler_gone(const std::string& sentence) override {
+    shown.complaints.push_back(sentence);
+    if (shown.dialog != nullptr) shown.dialog->cmdCancel_Click();
+  }
+  void show_modal(frmResponse& dialog) override {
+    shown.dialog = &dialog;
+    dialog.Form_Activate();
+    shown.dialog = nullptr;
+  }
+  Shown& shown;
 };
 
 // The library on memory parts, with one site of new firmware filled in and the scheduler running. The
@@ -241,14 +246,14 @@ struct MemorySuite {
 // A whole run of the dialog on memory parts.
 struct DialogRun : MemorySuite, SessionWindows {
   void go(std::span<const Operation> table = operations()) {
-    frmResponse dialog(parts(), view, table);
+    frmResponse dialog(parts(), window, table);
     if (!dialog.Form_Load()) return;
-    view.show_modal(dialog);
+    window.show_modal(dialog);
     dialog.Form_Unload();
   }
   // As a request has it.
   void go_hosted() { SessionRun(parts(), *this).show_modal(); }
-  std::unique_ptr<SessionWindow> make() override;
+  std::unique_ptr<SessionWindow> make() override { return std::make_unique<RecordingView>(view); }
 
   // Presses Cancel once `when` holds while events run.
   void cancel_when(std::function<bool()> when) {
@@ -260,32 +265,8 @@ struct DialogRun : MemorySuite, SessionWindows {
     cancel_when([this, info] { return !view.infos.empty() && view.infos.back() == info; });
   }
 
-  RecordingView view;
+  Shown view;
+  RecordingView window{view};
 };
-
-// Passes everything on to the view of the run, which outlives it.
-struct LentView : SessionWindow {
-  explicit LentView(RecordingView& shared) : view(shared) {}
-  void set_info(const std::string& text) override { view.set_info(text); }
-  void set_info_visible(bool value) override { view.set_info_visible(value); }
-  void set_hint(const std::string& text) override { view.set_hint(text); }
-  void set_hint_visible(bool value) override { view.set_hint_visible(value); }
-  void set_cancel(const std::string& text) override { view.set_cancel(text); }
-  void set_cancel_enabled(bool value) override { view.set_cancel_enabled(value); }
-  void set_cancel_visible(bool value) override { view.set_cancel_visible(value); }
-  void set_timer(bool value) override { view.set_timer(value); }
-  void close() override { view.close(); }
-  void scheduler_not_found() override { view.scheduler_not_found(); }
-  void scheduler_gone(const std::string& sentence) override { view.scheduler_gone(sentence); }
-  void show_modal(frmResponse& dialog) override {
-    view.show_modal(dialog);
-    view.dialog = nullptr;
-  }
-  RecordingView& view;
-};
-
-inline std::unique_ptr<SessionWindow> DialogRun::make() {
-  return std::make_unique<LentView>(view);
-}
 
 }  // namespace qvrcom::session

@@ -10,14 +10,10 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-struct Complaints : RecordingView {
-  void scheduler_not_found() override { complaints.push_back("not found"); }
-  void scheduler_gone(const std::string& sentence) override { complaints.push_back(sentence); }
-};
-
 TEST(SchedulerWatch, TellsOnceOfAWindowThatStaysAway) {
   MemorySuite suite;
-  Complaints view;
+  Shown shown;
+  RecordingView view(shown);
   SchedulerWatch watch(suite.link, view, "Nov1526121005001");
   const auto rounds = [&](int count) {
     for (int i = 0; i < count; ++i)
@@ -32,22 +28,23 @@ TEST(SchedulerWatch, TellsOnceOfAWindowThatStaysAway) {
   rounds(3);
   suite.scheduler.window.reset();
   rounds(48);
-  EXPECT_THAT(view.complaints, IsEmpty());
+  EXPECT_THAT(shown.complaints, IsEmpty());
   rounds(100);
-  EXPECT_THAT(view.complaints,
+  EXPECT_THAT(shown.complaints,
               ElementsAre("JobPilot has been gone for 5 seconds, the job Nov1526121005001 will "
                           "not be answered."));
 }
 
 TEST(SchedulerWatch, TellsOnceOfADroppedRequest) {
   MemorySuite suite;
-  Complaints view;
+  Shown shown;
+  RecordingView view(shown);
   suite.scheduler.window.reset();
   suite.link.NotifyScheduler(link::SchedulerRequest::kJobsSubmitted);
   SchedulerWatch watch(suite.link, view, "Nov1526121005001");
   for (int i = 0; i < 200; ++i)
     watch.round();
-  EXPECT_THAT(view.complaints, ElementsAre("not found"));
+  EXPECT_THAT(shown.complaints, ElementsAre("not found"));
 }
 
 }  // namespace
