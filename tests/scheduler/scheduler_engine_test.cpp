@@ -310,15 +310,8 @@ TEST_F(SchedulerEngineTest, StopsARunningSessionAtOnce) {
   engine_->request(5);
   EXPECT_THAT(log("JobA"),
               HasSubstr("The session was asked for. It is here: Fetching allstats.csv, 100 bytes."));
-  const platform::SchedulerStatus status = engine_->status();
-  EXPECT_EQ(status.running_job, "JobA");
-  EXPECT_EQ(status.step, "Fetching allstats.csv");
-  EXPECT_EQ(status.bytes_hinted, 20000U);
-  EXPECT_EQ(status.jobs[0].state, JobState::kRunning);
-  EXPECT_EQ(status.jobs[1].state, JobState::kWaiting);
-
+  EXPECT_EQ(engine_->status().jobs[1].state, JobState::kWaiting);
   EXPECT_EQ(engine_->stop_job("JobB"), StopOutcome::kTakenOut);
-  EXPECT_EQ(engine_->stop_job("JobB"), StopOutcome::kUnknownJob);
   EXPECT_EQ(engine_->stop_job("JobA"), StopOutcome::kStopped);
   EXPECT_EQ(list("cancelled"), line("JobB") + "\r\n" + line("JobA") + "\r\n");
   EXPECT_EQ(device_.told().back(), "get allstats.csv > \\data\\Scheduler\\JobA\\Stats.csv");
@@ -345,24 +338,6 @@ TEST_F(SchedulerEngineTest, HoldsTelnetSessions) {
   EXPECT_THAT(log("JobA"),
               HasSubstr("The device ended the Telnet session; 100 bytes came from the device and "
                         "1 byte from the terminal.\r\n"));
-
-  device_.fails_at = "attached";
-  add_script("JobB", {}, jobs::ScriptKind::kTelnet);
-  add_line(line("JobB"));
-  engine_->request(1);
-  tick_until([this] { return device_.reached_hang == 1; });
-  engine_->request(9);
-  EXPECT_THAT(log("JobB"), HasSubstr("The session was asked for. It is here: Terminal attached, 100 bytes."));
-  EXPECT_EQ(engine_->stop_job("JobB"), StopOutcome::kStopped);
-  EXPECT_EQ(list("cancelled"), line("JobB") + "\r\n");
-
-  device_.fails_at = "telnet";
-  device_.reply = "Connection refused";
-  add_script("JobC", {}, jobs::ScriptKind::kTelnet);
-  add_line(line("JobC"));
-  submit();
-  EXPECT_EQ(list("error"), line("JobC") + "\r\n");
-  EXPECT_EQ(reason("JobC"), "Trying to telnet JobC 192.0.2.7:2323: Connection refused.");
 }
 
 TEST_F(SchedulerEngineTest, SurvivesFilesThatCannotBeUsed) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "base/text.h"
 #include "scheduler/scripted_device.h"
 
 namespace qvrcom::scheduler {
@@ -12,7 +13,6 @@ using testing::HasSubstr;
 
 constexpr const char* kResetAll = "Retrieve Reset Statistics All Partitions";
 constexpr const char* kConfiguration = "Retrieve Entire Configuration";
-constexpr const char* kIndexes = "Retrieve All Message Indexes";
 
 // The device's own "dbase", then "linestat" of so many partitions, with its deletion where that is asked for.
 SessionPlan plan_of(const std::string& description, int partitions, bool deletes) {
@@ -57,98 +57,41 @@ Held hold(ScriptedDevice& device, const SessionPlan& plan) {
   return held;
 }
 
+// Operation | partitions | what fails = the reply ("Cut" and no reply cut the connection) | "gone" when no
+// login succeeds after it | what the device is told | "done" or "error" | in the log.
+constexpr const char* kCases =
+    R"(Retrieve Reset Statistics All Partitions|3|account part2=501 Not present||L G0 A1 G1 D A2 A3 G3 D C|done|part2 is skipped. Trying to account part2: 501 Not present.
+Retrieve Reset Statistics All Partitions|3|get linestat > 2=The transfer was cut short||L G0 A1 G1 D A2 G2 A3 G3 D C|done|2 of 3 partitions are done; skipped: part2.
+Retrieve Reset Statistics All Partitions|3|get linestat > 2=Cut||L G0 A1 G1 D A2 G2 L A3 G3 D C|done|The connection was lost; logged in again at 192.0.2.7 port 21 as admin.
+Retrieve Reset Statistics All Partitions|2|remove=||L G0 A1 G1 D L A2 G2 D C|done|Selected part2.
+Retrieve Entire Configuration|2|get linestat > 2=Cut||L G0 A1 G1 A2 G2|done|1 of 2 partitions are done; skipped: part2.
+Retrieve Reset Statistics All Partitions|4|get linestat > 2=Cut|gone|L G0 A1 G1 D A2 G2 L L|done|1 of 4 partitions are done; skipped: part2, part3, part4.
+Retrieve Entire Configuration|3|get linestat > 1=Cut|gone|L G0 A1 G1 L L|error|part3 is skipped. Trying to login admin:***@192.0.2.7:21: 530 Not with ***.
+Retrieve All Message Indexes|2|account part1=501 Not present||L G0 A1 A2 G2 C|done|1 of 2 partitions are done; skipped: part1.
+Retrieve All Message Indexes|1|account part1=501 Not present||L G0 A1|error|
+Retrieve Reset Statistics All Partitions|2|get dbase=550 No||L G0|error|
+Retrieve Entire Configuration |2|account part1=501 Not present||L G0 A1|error|
+Retrieve Statistics All Partitions|2|get linestat > 1=Cut||L G0 A1 G1|error|)";
+
 TEST(SessionConversation, SkipsTheRestOfAFailedPartition) {
-  const struct {
-    const char* name;
-    SessionPlan plan;
-    std::vector<ScriptedDevice::Trouble> troubles;
-    const char* told;
-    Outcome outcome;
-    const char* log;
-  } rows[] = {
-      {"a missing partition",
-       plan_of(kResetAll, 3, true),
-       {{"account part2", "501 Not present"}},
-       "L G0 A1 G1 D A2 A3 G3 D C",
-       Outcome::kCompleted,
-       "part2 is skipped. Trying to account part2: 501 Not present.\n"},
-      {"a failed fetch is not deleted",
-       plan_of(kResetAll, 3, true),
-       {{"get linestat > 2", "The transfer was cut short"}},
-       "L G0 A1 G1 D A2 G2 A3 G3 D C",
-       Outcome::kCompleted,
-       "2 of 3 partitions are done; skipped: part2.\n"},
-      {"cut in the middle",
-       plan_of(kResetAll, 3, true),
-       {{"get linestat > 2", "Cut", true}},
-       "L G0 A1 G1 D A2 G2 L A3 G3 D C",
-       Outcome::kCompleted,
-       "The connection was lost; logged in again at 192.0.2.7 port 21 as admin.\n"},
-      {"cut between two",
-       plan_of(kResetAll, 2, true),
-       {{"remove", "", true}},
-       "L G0 A1 G1 D L A2 G2 D C",
-       Outcome::kCompleted,
-       "Selected part2.\n"},
-      {"cut in the last",
-       plan_of(kConfiguration, 2, false),
-       {{"get linestat > 2", "Cut", true}},
-       "L G0 A1 G1 A2 G2",
-       Outcome::kCompleted,
-       "1 of 2 partitions are done; skipped: part2.\n"},
-      {"cut twice and never back, something was deleted",
-       plan_of(kResetAll, 4, true),
-       {{"get linestat > 2", "Cut", true}, {"login", "", false}, {"login", "530 Not with secret", true, 9}},
-       "L G0 A1 G1 D A2 G2 L L",
-       Outcome::kCompleted,
-       "1 of 4 partitions are done; skipped: part2, part3, part4.\n"},
-      {"never back, nothing was deleted",
-       plan_of(kConfiguration, 3, false),
-       {{"get linestat > 1", "Cut", true}, {"login", "", false}, {"login", "530 Not with secret", true, 9}},
-       "L G0 A1 G1 L L",
-       Outcome::kError,
-       "part3 is skipped. Trying to login admin:***@192.0.2.7:21: 530 Not with ***.\n"},
-      {"several indexes",
-       plan_of(kIndexes, 2, false),
-       {{"account part1", "501 Not present"}},
-       "L G0 A1 A2 G2 C",
-       Outcome::kCompleted,
-       "1 of 2 partitions are done; skipped: part1.\n"},
-      {"one index",
-       plan_of(kIndexes, 1, false),
-       {{"account part1", "501 Not present"}},
-       "L G0 A1",
-       Outcome::kError,
-       ""},
-      {"the device's own lines are no partition",
-       plan_of(kResetAll, 2, true),
-       {{"get dbase", "550 No"}},
-       "L G0",
-       Outcome::kError,
-       ""},
-      {"nothing but these words",
-       plan_of("Retrieve Entire Configuration ", 2, false),
-       {{"account part1", "501 Not present"}},
-       "L G0 A1",
-       Outcome::kError,
-       ""},
-      {"another operation",
-       plan_of("Retrieve Statistics All Partitions", 2, false),
-       {{"get linestat > 1", "Cut", true}},
-       "L G0 A1 G1",
-       Outcome::kError,
-       ""},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
+  for (const std::string_view row : base::lines_of(kCases)) {
+    SCOPED_TRACE(row);
+    const std::vector<std::string_view> fields = base::split(row, "|");
+    const std::vector<std::string> cells(fields.begin(), fields.end());
+    ASSERT_EQ(cells.size(), 7U);
+    const std::string at = cells[2].substr(0, cells[2].find('='));
+    const std::string reply = cells[2].substr(at.size() + 1);
     ScriptedDevice device;
-    device.troubles = row.troubles;
-    const Held held = hold(device, row.plan);
-    EXPECT_EQ(told(device), row.told);
-    EXPECT_EQ(held.report.outcome, row.outcome) << held.report.reason;
-    EXPECT_THAT(held.log, HasSubstr(row.log));
+    device.troubles = {{at, reply, reply.empty() || reply == "Cut"}};
+    if (cells[3] == "gone")
+      device.troubles.insert(device.troubles.end(),
+                             {{"login", ""}, {"login", "530 Not with secret", true, 9}});
+    const Held held = hold(device, plan_of(cells[0], std::stoi(cells[1]), cells[0] == kResetAll));
+    EXPECT_EQ(told(device), cells[4]);
+    EXPECT_EQ(held.report.outcome, cells[5] == "done" ? Outcome::kCompleted : Outcome::kError);
+    EXPECT_EQ(held.report.reason.empty(), cells[5] == "done");
+    EXPECT_THAT(held.log, HasSubstr(cells[6]));
     EXPECT_EQ(held.log.find("secret"), std::string::npos);
-    EXPECT_EQ(held.report.reason.empty(), row.outcome == Outcome::kCompleted);
   }
 }
 
