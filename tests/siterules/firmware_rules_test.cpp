@@ -13,52 +13,28 @@ struct FirmwareRulesTest : testing::Test {
 };
 
 TEST_F(FirmwareRulesTest, JudgesCompatibilityByMachineType) {
-  struct Case {
-    const char* version;
-    const char* machine_type;
-    const char* verdict;
+  const struct {
+    const char *machine_type, *verdict;
+    std::vector<const char*> versions;
+  } rows[] = {
+      {"2", kCompatible, {"6.60", "6.69", "6.80", "6.89"}},
+      {"2", kBackwardCompatible, {"6.59", "6.00", "5.02", "5.10", "5.29", "6.ac", "05.C0"}},
+      {"2",
+       kNotCompatible,
+       {"6.70", "6.79", "6.90", "5.03", "5.30", "6.AC", "5.cb", "6.6", " 6.60", "6.600"}},
+      {"2", kNoFirmwareVersion, {"", "0"}},
+      {"3", kCompatible, {"1.30", "1.39"}},
+      {"3", kBackwardCompatible, {"1.29", "1.00"}},
+      {"3", kNotCompatible, {"1.40", "6.61"}},
+      {"3", kNoFirmwareVersion, {"0"}},
+      {"4", "", {"6.61", ""}},
   };
-  const Case cases[] = {
-      {"6.60", "2", kCompatible},
-      {"6.69", "2", kCompatible},
-      {"6.70", "2", kNotCompatible},
-      {"6.79", "2", kNotCompatible},
-      {"6.80", "2", kCompatible},
-      {"6.89", "2", kCompatible},
-      {"6.90", "2", kNotCompatible},
-      {"6.59", "2", kBackwardCompatible},
-      {"6.00", "2", kBackwardCompatible},
-      {"5.02", "2", kBackwardCompatible},
-      {"5.03", "2", kNotCompatible},
-      {"5.10", "2", kBackwardCompatible},
-      {"5.29", "2", kBackwardCompatible},
-      {"5.30", "2", kNotCompatible},
-      {"6.ac", "2", kBackwardCompatible},
-      {"6.AC", "2", kNotCompatible},
-      {"05.C0", "2", kBackwardCompatible},
-      {"5.cb", "2", kNotCompatible},
-      {"6.6", "2", kNotCompatible},
-      {" 6.60", "2", kNotCompatible},
-      {"6.600", "2", kNotCompatible},
-      {"", "2", kNoFirmwareVersion},
-      {"0", "2", kNoFirmwareVersion},
-      {"1.30", "3", kCompatible},
-      {"1.39", "3", kCompatible},
-      {"1.29", "3", kBackwardCompatible},
-      {"1.00", "3", kBackwardCompatible},
-      {"1.40", "3", kNotCompatible},
-      {"6.61", "3", kNotCompatible},
-      {"0", "3", kNoFirmwareVersion},
-      {"6.61", "4", ""},
-      {"", "4", ""},
-  };
-  for (const Case& one : cases)
-    EXPECT_EQ(rules.Version_Compactibility(one.version, one.machine_type), one.verdict)
-        << one.version << " on " << one.machine_type;
+  for (const auto& row : rows) {
+    for (const char* version : row.versions)
+      EXPECT_EQ(rules.Version_Compactibility(version, row.machine_type), row.verdict)
+          << version << " on " << row.machine_type;
+  }
   EXPECT_TRUE(ui.messages.empty());
-}
-
-TEST_F(FirmwareRulesTest, ReportsAMachineTypeThatIsNoNumber) {
   EXPECT_EQ(rules.Version_Compactibility("6.61", "two"), "");
   EXPECT_THAT(ui.texts(), testing::ElementsAre("Error_Handler: Version_Compactibility\r\nType mismatch"));
 }

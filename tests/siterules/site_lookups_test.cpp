@@ -7,6 +7,7 @@
 #include "doubles/memory_database.h"
 #include "doubles/memory_files.h"
 #include "doubles/memory_machine.h"
+#include "doubles/recording_components.h"
 #include "doubles/recording_user_interface.h"
 #include "siterules/device_address.h"
 
@@ -14,33 +15,6 @@ namespace qvrcom::siterules {
 namespace {
 
 using base::SiteConnection;
-
-// Components that all answer with one text and note what they were asked.
-class OneAnswer : public platform::Components {
- public:
-  std::unique_ptr<platform::Component> create(std::string_view name) override {
-    if (!registered) throw base::Fault("Component cannot be created");
-    asked += std::string(name);
-    return std::make_unique<Answering>(*this);
-  }
-
-  std::string answer;
-  std::string asked;
-  bool registered = true;
-
- private:
-  struct Answering : platform::Component {
-    explicit Answering(OneAnswer& components) : owner(components) {}
-    std::optional<std::string> call(std::string_view operation,
-                                    std::span<const std::string> arguments) override {
-      owner.asked += "." + std::string(operation);
-      for (const std::string& argument : arguments)
-        owner.asked += " " + argument;
-      return owner.answer;
-    }
-    OneAnswer& owner;
-  };
-};
 
 // "column|value|value": a "-" is a null.
 class BarRows : public platform::XmlRows {
@@ -58,7 +32,7 @@ class BarRows : public platform::XmlRows {
 struct SiteLookupsTest : testing::Test {
   doubles::RecordingUserInterface ui;
   base::SiteValues site;
-  OneAnswer components;
+  doubles::RecordingComponents components;
   BarRows xml_rows;
   doubles::MemoryMachine machine;
   doubles::MemoryFiles files;
@@ -72,44 +46,43 @@ TEST_F(SiteLookupsTest, TheLastRowOfAnAnswerDecides) {
   struct Case {
     void (SiteLookups::*lookup)();
     std::string base::SiteValues::*value;
-    const char* answer;
-    const char* asked;
-    const char* result;
+    const char *component, *operation, *asked, *answer, *result;
   };
   const Case cases[] = {
-      {&SiteLookups::Get_ControlCardType, &base::SiteValues::ControlCardType, "ControlCardType|OLD|X",
-       "QVRdb.SITE.Get_Site_Rows 42", "X"},
-      {&SiteLookups::Get_ControlCardType, &base::SiteValues::ControlCardType, "ControlCardType|OLD|-",
-       "QVRdb.SITE.Get_Site_Rows 42", "NEW"},
-      {&SiteLookups::Get_Current_User, &base::SiteValues::LoginName, "LoginName|",
-       "QVRdb.Use.Get_Current_User_Rows", "admin"},
-      {&SiteLookups::Get_Current_User, &base::SiteValues::LoginName, "LoginName",
-       "QVRdb.Use.Get_Current_User_Rows", "before"},
-      {&SiteLookups::Get_Current_Config, &base::SiteValues::CurrentConfigID, "ID|-",
-       "QVRdb.Config.Get_Current_Config_Rows", "1"},
-      {&SiteLookups::Get_Current_Config, &base::SiteValues::CurrentConfigID, "ID|12",
-       "QVRdb.Config.Get_Current_Config_Rows", "12"},
+      {&SiteLookups::Get_ControlCardType, &base::SiteValues::ControlCardType, "QVRdb.SITE", "Get_Site_Rows",
+       " 42", "ControlCardType|OLD|X", "X"},
+      {&SiteLookups::Get_ControlCardType, &base::SiteValues::ControlCardType, "QVRdb.SITE", "Get_Site_Rows",
+       " 42", "ControlCardType|OLD|-", "NEW"},
+      {&SiteLookups::Get_Current_User, &base::SiteValues::LoginName, "QVRdb.Use", "Get_Current_User_Rows", "",
+       "LoginName|", "admin"},
+      {&SiteLookups::Get_Current_User, &base::SiteValues::LoginName, "QVRdb.Use", "Get_Current_User_Rows", "",
+       "LoginName", "before"},
+      {&SiteLookups::Get_Current_Config, &base::SiteValues::CurrentConfigID, "QVRdb.Config",
+       "Get_Current_Config_Rows", "", "ID|-", "1"},
+      {&SiteLookups::Get_Current_Config, &base::SiteValues::CurrentConfigID, "QVRdb.Config",
+       "Get_Current_Config_Rows", "", "ID|12", "12"},
   };
   for (const Case& one : cases) {
     site = {};
     site.SiteID = "42";
     site.*one.value = "before";
-    components.answer = one.answer;
-    components.asked.clear();
+    components.answers[one.operation] = one.answer;
+    components.events.clear();
     (lookups.*one.lookup)();
     EXPECT_EQ(site.*one.value, one.result) << one.answer;
-    EXPECT_EQ(components.asked, one.asked);
+    EXPECT_EQ(components.events[1], one.operation + std::string(one.asked));
+    EXPECT_EQ(components.events[0], "create " + std::string(one.component));
   }
   EXPECT_TRUE(ui.messages.empty());
 }
 
 TEST_F(SiteLookupsTest, AFaultIsReportedByTheLookupAndKeepsTheValue) {
   site.LoginName = "before";
-  components.answer = "";
+  components.answers["Get_Current_User_Rows"] = "";
   lookups.Get_Current_User();
-  components.answer = "Other|x";
+  components.answers["Get_Current_User_Rows"] = "Other|x";
   lookups.Get_Current_User();
-  components.registered = false;
+  components.unknown = {"QVRud.udconfig"};
   lookups.Update_SiteID_in_SessionQVR();
   EXPECT_EQ(site.LoginName, "before");
   EXPECT_THAT(ui.texts(), testing::ElementsAre(
