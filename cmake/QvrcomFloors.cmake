@@ -58,16 +58,19 @@ function(qvrcom_tests folder)
   set_tests_properties(${folder} PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
 
-# qvrcom_fuzz(NAME LINKS library...): fuzz/NAME.cpp. With QVRCOM_FUZZ it is a libFuzzer program, otherwise
-# it is replayed over every stored sample of fuzz/samples/NAME as a test.
+# qvrcom_fuzz(NAME [SOURCE other] LINKS library...): fuzz/NAME.cpp or fuzz/other.cpp. With QVRCOM_FUZZ it is a
+# libFuzzer program, otherwise it is replayed over every stored sample of fuzz/samples/NAME as a test.
 function(qvrcom_fuzz name)
-  cmake_parse_arguments(FUZZ "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(FUZZ "" "SOURCE" "LINKS" ${ARGN})
+  if(NOT FUZZ_SOURCE)
+    set(FUZZ_SOURCE ${name})
+  endif()
   if(QVRCOM_FUZZ)
-    add_executable(fuzz_${name} ${CMAKE_SOURCE_DIR}/fuzz/${name}.cpp)
+    add_executable(fuzz_${name} ${CMAKE_SOURCE_DIR}/fuzz/${FUZZ_SOURCE}.cpp)
     target_link_options(fuzz_${name} PRIVATE -fsanitize=fuzzer)
     target_compile_options(fuzz_${name} PRIVATE -fsanitize=fuzzer-no-link)
   else()
-    add_executable(fuzz_${name} ${CMAKE_SOURCE_DIR}/fuzz/${name}.cpp ${CMAKE_SOURCE_DIR}/fuzz/replay.cpp)
+    add_executable(fuzz_${name} ${CMAKE_SOURCE_DIR}/fuzz/${FUZZ_SOURCE}.cpp ${CMAKE_SOURCE_DIR}/fuzz/replay.cpp)
     add_test(NAME fuzz_${name} COMMAND fuzz_${name} ${CMAKE_SOURCE_DIR}/fuzz/samples/${name})
   endif()
   target_link_libraries(fuzz_${name} PRIVATE ${FUZZ_LINKS})

@@ -1,0 +1,50 @@
+// Any bytes as a file of the device, read by QVRCOM_READ: written back alike by QVRCOM_WRITE, or refused with
+// a reason.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "base/fault.h"
+#include "devicefiles/configuration_image.h"
+#include "devicefiles/crc32.h"
+#include "devicefiles/device_time.h"
+#include "devicefiles/line_statistics.h"
+#include "devicefiles/node_statistics.h"
+#include "devicefiles/system_information.h"
+
+namespace {
+
+using namespace qvrcom;
+
+void try_device_file(std::string_view bytes) {
+  try {
+    const auto value = devicefiles::QVRCOM_READ(bytes);
+    if (!(devicefiles::QVRCOM_READ(devicefiles::QVRCOM_WRITE(value)) == value)) std::abort();
+  } catch (const base::Fault& fault) {
+    if (fault.description().empty() || fault.detail().empty()) std::abort();
+  }
+}
+
+void put_number(std::string& bytes, std::size_t at, std::uint32_t value) {
+  for (std::size_t i = 0; i < 4; ++i)
+    bytes[at + i] = static_cast<char>(value >> (24 - 8 * i));
+}
+
+// The bytes with the checksum in the last four made right: damage behind a wrong one would never be reached.
+std::string sealed(std::string bytes) {
+  const std::size_t end = bytes.size() - 4;
+  put_number(bytes, end, devicefiles::crc32(std::string_view(bytes).substr(0, end)));
+  return bytes;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  std::string bytes(reinterpret_cast<const char*>(data), size);
+  try_device_file(bytes);
+  if (size < 16) return 0;
+  try_device_file(sealed(bytes));
+  put_number(bytes, 8, static_cast<std::uint32_t>(size));  // where files of sections hold their length
+  try_device_file(sealed(bytes));
+  return 0;
+}
