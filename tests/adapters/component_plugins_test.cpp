@@ -7,7 +7,7 @@
 
 #include "adapters/paths.h"
 #include "adapters/temporary_suite.h"
-#include "base/fault.h"
+#include "doubles/caught.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -44,17 +44,6 @@ struct ComponentPluginsTest : testing::Test {
 
   TemporaryFolder folder;
 };
-
-// "description: detail" of what the body throws.
-template <class Body>
-std::string fault_of(Body body) {
-  try {
-    body();
-  } catch (const base::Fault& fault) {
-    return fault.description() + ": " + fault.detail();
-  }
-  return "no fault";
-}
 
 TEST_F(ComponentPluginsTest, LeavesOutWhatCannotBeUsedAndSaysWhy) {
   const struct {
@@ -150,12 +139,12 @@ TEST_F(ComponentPluginsTest, TurnsFailuresIntoFaults) {
        "operation \"Sing\"."},
   };
   for (const auto& row : rows)
-    EXPECT_EQ(fault_of([&] { component->call(row.operation, {}); }), row.fault);
+    EXPECT_EQ(doubles::whole_fault_of([&] { component->call(row.operation, {}); }), row.fault);
   EXPECT_EQ(
-      fault_of([&] { make("Test.Refusing"); }),
+      doubles::whole_fault_of([&] { make("Test.Refusing"); }),
       "The licence has expired.: \"Test.Refusing\" of the plug-in \"good.so\" could not be made (code 1).");
   EXPECT_EQ(
-      fault_of([&] { make("Test.Bursting"); }),
+      doubles::whole_fault_of([&] { make("Test.Bursting"); }),
       "Plug-in ended with an exception: \"Test.Bursting\" of the plug-in \"good.so\", while it was made: "
       "no room");
 }
@@ -177,7 +166,7 @@ TEST_F(ComponentPluginsTest, RunsTheExample) {
                                      suite_path(std::string(QVRCOM_SAMPLES "/system_image/") + row.sample)};
     EXPECT_EQ(component->call("DecodeSystemImage", arguments), row.answer) << row.sample;
   }
-  EXPECT_THAT(fault_of([&] { component->call("DecodeSystemImage", {}); }),
+  EXPECT_THAT(doubles::whole_fault_of([&] { component->call("DecodeSystemImage", {}); }),
               StartsWith("DecodeSystemImage takes a configuration and a file.: "));
 }
 

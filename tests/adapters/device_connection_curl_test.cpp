@@ -15,11 +15,14 @@
 #include "adapters/files_posix.h"
 #include "adapters/paths.h"
 #include "adapters/simulated_device.h"
+#include "doubles/caught.h"
 
 namespace qvrcom::adapters {
 namespace {
 
 using namespace std::chrono_literals;
+using doubles::caught;
+using doubles::fault_of;
 using platform::DeviceConnection;
 using testing::Contains;
 using testing::HasSubstr;
@@ -56,15 +59,6 @@ class DeviceConnectionCurlTest : public testing::Test {
   }
   void write(const std::string& name, const std::string& text) const {
     std::ofstream(native(name), std::ios::binary) << text;
-  }
-
-  static std::pair<std::string, std::string> fault_of(const std::function<void()>& body) {
-    try {
-      body();
-    } catch (const base::Fault& fault) {
-      return {fault.description(), fault.detail()};
-    }
-    return {};
   }
 
   QTemporaryDir folder_;
@@ -135,7 +129,7 @@ TEST_F(DeviceConnectionCurlTest, SaysWhatTheDeviceSaidOrWhyItCouldNot) {
     const SimulatedDevice device({row.fault});
     write("stats.csv", "what was there");
     const auto began = std::chrono::steady_clock::now();
-    const auto [description, detail] = fault_of([&] {
+    const base::Fault fault = caught([&] {
       const auto connection = connect(device);
       connection->account("part3");
       connection->get("allstats.csv", local("stats.csv"));
@@ -143,9 +137,9 @@ TEST_F(DeviceConnectionCurlTest, SaysWhatTheDeviceSaidOrWhyItCouldNot) {
       connection->put(local("out"), "dbase");
       connection->remove("linestat");
     });
-    EXPECT_THAT(description, testing::StartsWith(row.description));
-    EXPECT_THAT(detail, testing::StartsWith(row.detail));
-    EXPECT_THAT(description + detail, Not(HasSubstr(SimulatedDevice::kPassword)));
+    EXPECT_THAT(fault.description(), testing::StartsWith(row.description));
+    EXPECT_THAT(fault.detail(), testing::StartsWith(row.detail));
+    EXPECT_THAT(fault.description() + fault.detail(), Not(HasSubstr(SimulatedDevice::kPassword)));
     EXPECT_EQ(content("stats.csv"), "what was there");
     EXPECT_FALSE(std::filesystem::exists(native("stats.csv.part")));
     EXPECT_LT(std::chrono::steady_clock::now() - began, 2s) << "its end waits for nobody";
@@ -159,8 +153,7 @@ TEST_F(DeviceConnectionCurlTest, NeverLogsInAgain) {
   fault_of([&] { connection->remove("linestat"); });
   EXPECT_FALSE(connection->alive());
   write("out", "for partition 3");
-  EXPECT_EQ(fault_of([&] { connection->put(local("out"), "dbase"); }).first,
-            "The device closed the connection");
+  EXPECT_EQ(fault_of([&] { connection->put(local("out"), "dbase"); }), "The device closed the connection");
   EXPECT_EQ(std::ranges::count(device.commands(), std::string("- USER admin 331")), 1);
 }
 
@@ -183,7 +176,7 @@ TEST_F(DeviceConnectionCurlTest, ARefusalIsNoEndAndEverythingElseIs) {
              [&] { connection->account("part4"); }, [&] { connection->get("linestat", local("in")); },
              [&] { connection->account("part3"); }, [&] { connection->put(local("out"), "dbase"); },
              [&] { connection->remove("linestat"); }}) {
-      if (!fault_of(step).first.empty()) break;
+      if (!fault_of(step).empty()) break;
     }
     EXPECT_EQ(connection->alive(), row.alive);
     if (!row.alive) continue;
@@ -201,9 +194,8 @@ TEST_F(DeviceConnectionCurlTest, KeepsItsLimits) {
   const auto connection = connect(device, limits);
   connection->account("part3");
   write("out", std::string(51, 'x'));
-  EXPECT_EQ(fault_of([&] { connection->put(local("out"), "dbase"); }).first,
-            "The file is larger than 50 bytes");
-  EXPECT_EQ(fault_of([&] { connection->get("allstats.csv", local("in")); }).first,
+  EXPECT_EQ(fault_of([&] { connection->put(local("out"), "dbase"); }), "The file is larger than 50 bytes");
+  EXPECT_EQ(fault_of([&] { connection->get("allstats.csv", local("in")); }),
             "The file is larger than 50 bytes");
   EXPECT_FALSE(std::filesystem::exists(native("in")));
 
@@ -213,15 +205,12 @@ TEST_F(DeviceConnectionCurlTest, KeepsItsLimits) {
               late->login(login_to(device));
               std::this_thread::sleep_for(2ms);
               late->account("part3");
-            }).first,
+            }),
             "The session took longer than 1 ms");
   const auto nobody = make();
-  EXPECT_EQ(fault_of([&] {
-              nobody->login({"127.0.0.1", 1, "admin", "x"});
-            }).first,
-            "No connection to the device");
-  EXPECT_EQ(fault_of([&] { nobody->login({"127.0.0.1/x", 1, "admin", "x"}); }).first, "The address is none");
-  EXPECT_NE(fault_of([&] { nobody->account("part3\r\nDELE x"); }).first, "");
+  EXPECT_EQ(fault_of([&] { nobody->login({"127.0.0.1", 1, "admin", "x"}); }), "No connection to the device");
+  EXPECT_EQ(fault_of([&] { nobody->login({"127.0.0.1/x", 1, "admin", "x"}); }), "The address is none");
+  EXPECT_NE(fault_of([&] { nobody->account("part3\r\nDELE x"); }), "");
 }
 
 TEST_F(DeviceConnectionCurlTest, FollowsNoLinkAndWritesNoFileThatItCannot) {
@@ -229,11 +218,11 @@ TEST_F(DeviceConnectionCurlTest, FollowsNoLinkAndWritesNoFileThatItCannot) {
   const auto connection = connect(device);
   write("outside", "secret");
   std::filesystem::create_symlink(native("outside"), native("link"));
-  EXPECT_EQ(fault_of([&] { connection->put(local("link"), "dbase"); }).first, "Permission denied");
+  EXPECT_EQ(fault_of([&] { connection->put(local("link"), "dbase"); }), "Permission denied");
   connection->get("log", local("link"));
   EXPECT_EQ(content("outside"), "secret");
   EXPECT_FALSE(std::filesystem::is_symlink(native("link")));
-  EXPECT_EQ(fault_of([&] { connection->get("log", local("missing") + "\\x"); }).first, "File not found");
+  EXPECT_EQ(fault_of([&] { connection->get("log", local("missing") + "\\x"); }), "File not found");
 }
 
 TEST_F(DeviceConnectionCurlTest, AFullDiskLeavesNothing) {
@@ -245,10 +234,10 @@ TEST_F(DeviceConnectionCurlTest, AFullDiskLeavesNothing) {
   std::signal(SIGXFSZ, SIG_IGN);
   const rlimit little{100, before.rlim_max};
   setrlimit(RLIMIT_FSIZE, &little);
-  const auto [description, detail] = fault_of([&] { connection->get("allstats.csv", local("stats.csv")); });
+  const base::Fault fault = caught([&] { connection->get("allstats.csv", local("stats.csv")); });
   setrlimit(RLIMIT_FSIZE, &before);
-  EXPECT_EQ(description, "File too large");
-  EXPECT_THAT(detail, testing::StartsWith("Fetching allstats.csv. Writing "));
+  EXPECT_EQ(fault.description(), "File too large");
+  EXPECT_THAT(fault.detail(), testing::StartsWith("Fetching allstats.csv. Writing "));
   EXPECT_TRUE(std::filesystem::is_empty(folder_.path().toStdString()));
 }
 

@@ -10,10 +10,12 @@
 #include <fstream>
 
 #include "adapters/paths.h"
-#include "base/fault.h"
+#include "doubles/caught.h"
 
 namespace qvrcom::adapters {
 namespace {
+
+using doubles::fault_of;
 
 class FilesPosixTest : public testing::Test {
  protected:
@@ -32,17 +34,6 @@ class FilesPosixTest : public testing::Test {
   std::size_t entries() const {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
   }
-  template <class Call>
-  static std::string fault_of(Call call) {
-    try {
-      call();
-    } catch (const base::Fault& fault) {
-      EXPECT_FALSE(fault.detail().empty());
-      return fault.description();
-    }
-    return {};
-  }
-
   std::string folder_;
   FilesPosix files_;
 };
@@ -97,7 +88,9 @@ TEST_F(FilesPosixTest, FoldersAndLists) {
   EXPECT_FALSE(files_.file_exists(path("job")));
   EXPECT_EQ(fault_of([&] { files_.remove_folder(path("job")); }), "Path/File access error");
   EXPECT_EQ(fault_of([&] { files_.make_folder(path("none\\deeper")); }), "Path not found");
-  EXPECT_EQ(fault_of([&] { files_.read(path("none")); }), "File not found");
+  EXPECT_EQ(doubles::whole_fault_of([&] { files_.read(path("none")); }),
+            "File not found: Reading \"" + folder_ +
+                "/none\": No such file or directory. Check that it is still there.");
   EXPECT_EQ(fault_of([&] { files_.read(path("job")); }), "Path/File access error");
   EXPECT_EQ(fault_of([&] { files_.list(path("none")); }), "Path not found");
   files_.remove(path("job\\x.scr"));

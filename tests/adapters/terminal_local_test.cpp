@@ -11,6 +11,7 @@
 #include "adapters/local_socket.h"
 #include "adapters/qt_application.h"
 #include "adapters/terminal_relay_local.h"
+#include "doubles/caught.h"
 #include "platform/terminal_frame.h"
 
 namespace qvrcom::adapters {
@@ -64,12 +65,7 @@ class TerminalLocalTest : public testing::Test {
   // Why the session failed.
   std::string failure() {
     EXPECT_TRUE(pump_until([this] { return over(); }));
-    try {
-      held_.get();
-    } catch (const base::Fault& fault) {
-      return fault.description();
-    }
-    return "it did not";
+    return doubles::fault_of([this] { held_.get(); });
   }
   void attach_user() {
     hold();

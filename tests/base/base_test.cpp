@@ -1,24 +1,16 @@
 #include <gtest/gtest.h>
 
 #include "base/date_serial.h"
-#include "base/fault.h"
 #include "base/number.h"
 #include "base/registry_text.h"
 #include "base/rows.h"
 #include "base/text.h"
+#include "doubles/caught.h"
 
 namespace qvrcom::base {
 namespace {
 
-template <class Call>
-std::string fault_of(Call call) {
-  try {
-    call();
-  } catch (const Fault& fault) {
-    return fault.description();
-  }
-  return {};
-}
+using doubles::fault_of;
 
 TEST(DateSerial, IsTheShortestDecimalOfTenDecimals) {
   const struct {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <set>
 
-#include "base/fault.h"
+#include "doubles/caught.h"
 #include "doubles/memory_database.h"
 #include "doubles/memory_files.h"
 #include "doubles/memory_machine.h"
@@ -112,12 +112,7 @@ TEST(CommandSet, RefusesADatabaseOfAnotherSchema) {
     doubles::MemoryDatabase engine;
     engine.version = std::to_string(version);
     DataBase commands(engine, folders);
-    try {
-      commands.run("Get_AllSites");
-      ADD_FAILURE() << version;
-    } catch (const base::Fault& fault) {
-      EXPECT_EQ(fault.description(), description);
-    }
+    EXPECT_EQ(doubles::fault_of([&] { commands.run("Get_AllSites"); }), description);
     engine.version = std::to_string(kSchemaVersion);
     commands.run("Get_AllSites");
   }

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "base/fault.h"
+#include "doubles/caught.h"
 #include "doubles/memory_files.h"
 #include "doubles/memory_machine.h"
 #include "environment/names.h"
@@ -53,12 +53,7 @@ TEST_F(FilesAndFoldersTest, FallsBackToTheRegistryUnchecked) {
   machine.special_folders = {{35, "C:\\Data"}};
   registry_text(kCommonAppDataValue, "E:\\Nowhere");
   EXPECT_EQ(folders.GetAppDataRoot(), "E:\\Nowhere\\Corbelin\\QVRCOM+\\");
-  try {
-    folders.GetAppDocsRoot();
-    FAIL() << "a missing shell folder value must be a fault";
-  } catch (const base::Fault& fault) {
-    EXPECT_EQ(fault.description(), "Unsupported value type");
-  }
+  EXPECT_EQ(doubles::fault_of([&] { folders.GetAppDocsRoot(); }), "Unsupported value type");
   machine.registry_keys.clear();
   EXPECT_EQ(folders.GetAppDocsRoot(), "\\Corbelin\\QVRCOM+\\");
 }

@@ -3,13 +3,14 @@
 #include <gmock/gmock.h>
 
 #include "adapters/temporary_suite.h"
-#include "base/fault.h"
+#include "doubles/caught.h"
 #include "sitebook/sample_site.h"
 #include "sitebook/site_csv.h"
 
 namespace qvrcom::sitebook {
 namespace {
 
+using doubles::whole_fault_of;
 using testing::ElementsAre;
 
 SiteRecord site(const std::string& name, const std::string& identifier) {
@@ -51,15 +52,6 @@ TEST(SiteProblems, RefusesWhatAJobCannotCarry) {
 
 struct SiteBookTest : testing::Test, adapters::TemporarySuite {
   SiteBookTest() { set_up(); }
-  template <class Call>
-  static std::string fault_of(Call call) {
-    try {
-      call();
-    } catch (const base::Fault& fault) {
-      return fault.description() + ": " + fault.detail();
-    }
-    return {};
-  }
   SiteBook book{connection};
 };
 
@@ -75,20 +67,20 @@ TEST_F(SiteBookTest, AddsEditsAndRemovesWithTheStatisticsSettings) {
   book.edit(office);
   EXPECT_THAT(book.list(), ElementsAre(office));
 
-  EXPECT_EQ(fault_of([&] { book.add(site("Other", "101")); }),
+  EXPECT_EQ(whole_fault_of([&] { book.add(site("Other", "101")); }),
             "Site refused: \"Other - 101\": Site identifier \"101\" belongs to another site.");
   SiteRecord other = site("Other", "102");
   other.site_id = book.add(other);
   other.identifier = "101";
-  EXPECT_NE(fault_of([&] { book.edit(other); }), "");
+  EXPECT_NE(whole_fault_of([&] { book.edit(other); }), "");
   book.add(site("No identifier", ""));
   book.add(site("No identifier either", ""));
 
   book.remove(office.site_id);
   EXPECT_EQ(book.list().size(), 3U);
   EXPECT_EQ(value("SELECT COUNT(*) FROM File_Handling"), "3");
-  EXPECT_THAT(fault_of([&] { book.remove(office.site_id); }), testing::StartsWith("Site not found"));
-  EXPECT_THAT(fault_of([&] { book.edit(office); }), testing::StartsWith("Site not found"));
+  EXPECT_THAT(whole_fault_of([&] { book.remove(office.site_id); }), testing::StartsWith("Site not found"));
+  EXPECT_THAT(whole_fault_of([&] { book.edit(office); }), testing::StartsWith("Site not found"));
 }
 
 TEST_F(SiteBookTest, FindsByKeyIdentifierOrTitle) {
@@ -98,7 +90,8 @@ TEST_F(SiteBookTest, FindsByKeyIdentifierOrTitle) {
   EXPECT_EQ(book.find("Office - 101")->site_id, key);
   EXPECT_EQ(book.find("office - 101"), std::nullopt);
   EXPECT_EQ(book.find(""), std::nullopt);
-  EXPECT_THAT(fault_of([&] { book.find(std::to_string(key)); }), testing::StartsWith("Site is ambiguous"));
+  EXPECT_THAT(whole_fault_of([&] { book.find(std::to_string(key)); }),
+              testing::StartsWith("Site is ambiguous"));
 }
 
 TEST_F(SiteBookTest, ExportsAndImportsCsv) {
