@@ -44,6 +44,10 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
     order.operation = name;
     return SystemRequest(parts).run(order);
   }
+  RequestResult statistics(const char* name = operation::kRetrieveStatistics) {
+    return StatisticsRequest(parts, *this)
+        .run("NEW", {.site = site_row(record), .partition = 3, .operation = name});
+  }
 
   session::DialogRun run;
   MemoryLock lock;
@@ -177,16 +181,48 @@ TEST_F(DeviceRequests, TakeAllPartitionsOfOldFirmwareAlone) {
 }
 
 TEST_F(DeviceRequests, TellWhyOldStatisticsLeftNoFile) {
-  StatisticsRequest statistics(parts, *this);
-  const StatisticsOrder wish{.site = site_row(record), .partition = 3};
-  EXPECT_EQ(statistics.run("NEW", wish), RequestResult::kDone);
+  EXPECT_EQ(statistics(), RequestResult::kDone);
   EXPECT_THAT(shown, ElementsAre("Stats3.csv"));
   run.components.answers["Get_Partition_Rows"] = "none";
-  EXPECT_EQ(statistics.run("NEW", wish), RequestResult::kNotDone);
+  EXPECT_EQ(statistics(), RequestResult::kNotDone);
   EXPECT_EQ(shown.size(), 1U);
   ASSERT_EQ(run.ui.messages.size(), 1U);
   EXPECT_EQ(run.ui.messages[0].text, "The operation ended without a statistics file.");
   EXPECT_THAT(run.ui.messages[0].detail, HasSubstr("Partition 3 is not in the configuration"));
+}
+
+TEST_F(DeviceRequests, EndStatisticsAsTheSessionEnds) {
+  EXPECT_EQ(statistics(operation::kResetStatistics), RequestResult::kDone);
+  run.scheduler.result_file = "error.sch";
+  EXPECT_EQ(statistics(operation::kResetStatistics), RequestResult::kNotDone);
+  run.engine.answers.clear();
+  run.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{std::nullopt}});
+  EXPECT_EQ(statistics(), RequestResult::kNotDone);
+  EXPECT_EQ(run.session.site.FirmwareVersion, "0");
+  EXPECT_THAT(shown, IsEmpty());
+  EXPECT_FALSE(lock.held);
+}
+
+TEST_F(DeviceRequests, LeaveASessionOfAnotherProgramAlone) {
+  lock.owner = "qvrcom (process 4711)";
+  const auto before = run.files.content;
+  EXPECT_EQ(statistics(), RequestResult::kBusy);
+  EXPECT_EQ(run.files.content, before);
+  EXPECT_THAT(run.ui.texts(),
+              ElementsAre("Another communication session is running: qvrcom (process 4711)."));
+  session::SessionGate patient(lock, run.ui, [this](const std::string&) {
+    lock.owner.clear();
+    return true;
+  });
+  EXPECT_NE(patient.enter(), nullptr);
+  EXPECT_EQ(run.ui.messages.size(), 1U);
+}
+
+TEST_F(DeviceRequests, ReportAFailureWithoutItsDescription) {
+  run.engine.refusal = "Database is locked";
+  EXPECT_EQ(statistics(), RequestResult::kNotDone);
+  EXPECT_THAT(run.ui.texts(), ElementsAre("ERROR! RetrieveStatSingPartition : "));
+  EXPECT_FALSE(lock.held);
 }
 
 }  // namespace
