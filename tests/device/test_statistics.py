@@ -55,16 +55,21 @@ class Statistics(DeviceTest):
                 self.assertGreater(total[0], 50)
                 self.assertTrue(all(0 <= int(row[1]) <= total[1] for row in list(nodes.values())[1:]))
 
+    def counted(self, ftp, name, counters):
+        return any(any(record[counters:]) for record in sections(get(ftp, name))[2])
+
     def test_deleting_restarts_the_counters(self):
         device = self.start("--clock-stands")
         ftp, other = self.client(device, "part3"), self.client(device, "part4")
         elsewhere = get(other, "allstats.csv")
         before = tables(get(ftp, "allstats.csv"))
+        self.assertTrue(self.counted(ftp, "linestat", 1) and self.counted(ftp, "nodestat", 2))
         ftp.delete("linestat")
         _, lines, nodes, hours = tables(get(ftp, "allstats.csv"))
         self.assertEqual((sum(numbers(lines["Total"])), int(hours["09:00"][0])), (0, 0))
         self.assertEqual(nodes, before[2])
         ftp.delete("nodestat")
+        self.assertFalse(self.counted(ftp, "linestat", 1) or self.counted(ftp, "nodestat", 2))
         caption, _, nodes, _ = tables(get(ftp, "allstats.csv"))
         self.assertFalse(any(int(row[1]) for row in list(nodes.values())[1:]))
         self.assertEqual(caption["Lines counted since"], "2026-11-16 12:10:05")
@@ -95,15 +100,6 @@ class Statistics(DeviceTest):
             self.assertEqual(chosen + timed_out + aborted, visits[kind, number])
             self.assertEqual(chosen, sum(record[-1] for record in counts if record[:2] == (kind, number)))
             self.assertEqual(chosen, sum(sum(record[-2:]) for record in details if record[:2] == (kind, number)))
-
-    def test_the_binary_counters_restart_too(self):
-        ftp = self.client(self.start("--clock-stands"), "part3")
-        for name, counters in (("linestat", 1), ("nodestat", 2)):
-            def counted():
-                return any(any(record[counters:]) for record in sections(get(ftp, name))[2])
-            self.assertTrue(counted())
-            ftp.delete(name)
-            self.assertFalse(counted())
 
     def test_old_firmware_has_no_table(self):
         for firmware, expected in (("5.01", "550"), ("5.CB", "550"), ("5.02", "ok"), ("6.61", "ok")):
