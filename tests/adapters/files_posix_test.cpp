@@ -3,13 +3,10 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 
-#include "adapters/paths.h"
+#include "adapters/temporary_suite.h"
 #include "doubles/caught.h"
 
 namespace qvrcom::adapters {
@@ -19,12 +16,6 @@ using doubles::fault_of;
 
 class FilesPosixTest : public testing::Test {
  protected:
-  FilesPosixTest() {
-    std::string pattern = "/tmp/qvrcom-files-XXXXXX";
-    folder_ = mkdtemp(pattern.data());
-  }
-  ~FilesPosixTest() override { std::filesystem::remove_all(folder_); }
-
   std::string path(const std::string& name) const { return suite_path(folder_) + "\\" + name; }
   unsigned mode(const std::string& name) const {
     struct stat status {};
@@ -34,7 +25,8 @@ class FilesPosixTest : public testing::Test {
   std::size_t entries() const {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
   }
-  std::string folder_;
+  const TemporaryFolder place_;
+  const std::string& folder_ = place_.path;
   FilesPosix files_;
 };
 
