@@ -57,6 +57,7 @@ class TelnetHandler(AsyncChat):
         self._after_return = False
         self._tries = 0
         self._answer = self._take_user
+        self._leaving = False
         self.push(OPENING)
         self._say("Device ready.\nlogin: ")
 
@@ -72,6 +73,13 @@ class TelnetHandler(AsyncChat):
             self._type(byte)
 
     def handle_close(self):
+        # Closing while the peer still sends would reset the connection and lose it what was said last.
+        if self._leaving:
+            self._leaving = False
+            try:
+                return self.socket.shutdown(socket.SHUT_WR)
+            except OSError:
+                pass  # the peer has gone already
         self.close()
 
     def _negotiate(self, verb, option):
@@ -121,6 +129,7 @@ class TelnetHandler(AsyncChat):
 
     def _leave(self, text):
         self._answer = lambda line: None
+        self._leaving = True
         self._say(text)
         self.close_when_done()
 
