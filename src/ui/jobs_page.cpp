@@ -1,7 +1,6 @@
 #include "ui/jobs_page.h"
 
 #include <QElapsedTimer>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -13,6 +12,7 @@
 
 #include "environment/names.h"
 #include "ui/attempt.h"
+#include "ui/button_strip.h"
 #include "ui/elements.h"
 #include "ui/tables.h"
 
@@ -106,31 +106,14 @@ void JobsPage::lay_out() {
 }
 
 QWidget* JobsPage::make_buttons() {
-  struct Row {
-    QPushButton* JobsPage::*button;
-    const char* name;
-    const char* caption;
-    void (JobsPage::*action)();
-  };
-  static constexpr Row kRows[] = {
+  static constexpr StripButton<JobsPage> kRows[] = {
       {&JobsPage::cmdStopJob_, "cmdStopJob", "&Stop Job...", &JobsPage::stop_job},
       {&JobsPage::cmdOpenLog_, "cmdOpenJobLog", "Open &Log", &JobsPage::open_log},
       {&JobsPage::cmdStart_, "cmdStartScheduler", "St&art Scheduler", &JobsPage::start_scheduler},
       {&JobsPage::cmdStop_, "cmdStopScheduler", "Sto&p Scheduler...", &JobsPage::stop_scheduler},
       {&JobsPage::cmdRefresh_, "cmdRefreshJobs", "&Refresh", &JobsPage::refresh},
   };
-  auto* strip = new QWidget(this);
-  auto* line = new QHBoxLayout(strip);
-  line->setContentsMargins({});
-  for (const Row& row : kRows) {
-    auto* button = captioned<QPushButton>(row.name, QString::fromLatin1(row.caption), strip);
-    button->setAutoDefault(true);
-    connect(button, &QPushButton::clicked, this, row.action);
-    this->*row.button = button;
-    line->addWidget(button);
-  }
-  line->insertStretch(2);
-  return strip;
+  return button_strip(this, kRows, 2);
 }
 
 void JobsPage::showEvent(QShowEvent* event) {

@@ -1,6 +1,5 @@
 #include "ui/sites_page.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -10,6 +9,7 @@
 
 #include "sitebook/site_csv.h"
 #include "ui/attempt.h"
+#include "ui/button_strip.h"
 #include "ui/elements.h"
 #include "ui/site_dialog.h"
 #include "ui/tables.h"
@@ -60,13 +60,7 @@ void SitesPage::lay_out() {
 }
 
 QWidget* SitesPage::make_buttons() {
-  struct Row {
-    QPushButton* SitesPage::*button;
-    const char* name;
-    const char* caption;
-    void (SitesPage::*action)();
-  };
-  static constexpr Row kRows[] = {
+  static constexpr StripButton<SitesPage> kRows[] = {
       {&SitesPage::cmdAdd_, "cmdAddSite", "&Add...", &SitesPage::add_site},
       {&SitesPage::cmdEdit_, "cmdEditSite", "&Edit...", &SitesPage::edit_site},
       {&SitesPage::cmdDelete_, "cmdDeleteSite", "De&lete...", &SitesPage::delete_site},
@@ -74,18 +68,7 @@ QWidget* SitesPage::make_buttons() {
       {&SitesPage::cmdExport_, "cmdExportSites", "E&xport...", &SitesPage::export_sites},
       {&SitesPage::cmdReload_, "cmdReloadSites", "&Refresh", &SitesPage::reload},
   };
-  auto* strip = new QWidget(this);
-  auto* line = new QHBoxLayout(strip);
-  line->setContentsMargins({});
-  for (const Row& row : kRows) {
-    auto* button = captioned<QPushButton>(row.name, QString::fromLatin1(row.caption), strip);
-    button->setAutoDefault(true);
-    connect(button, &QPushButton::clicked, this, row.action);
-    this->*row.button = button;
-    line->addWidget(button);
-  }
-  line->insertStretch(3);
-  return strip;
+  return button_strip(this, kRows, 3);
 }
 
 void SitesPage::connect_table() {
