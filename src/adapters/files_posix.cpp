@@ -10,7 +10,9 @@
 
 #include "adapters/paths.h"
 #include "adapters/posix_fault.h"
+#include "adapters/transfer_files.h"
 #include "base/fault.h"
+#include "base/text.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -156,6 +158,23 @@ void FilesPosix::append(const std::string& path, std::string_view text) {
   if (write_all(file.get(), text)) return;
   const int code = errno;
   // A part of a line would be read as a line: what was there before is all that stays.
+  if (::ftruncate(file.get(), before) != 0) fail("Undoing a part written to", native);
+  fail("Writing", native, code);
+}
+
+void FilesPosix::append_line(const std::string& path, std::string_view line) {
+  const std::string native = native_path(path);
+  const bool is_new = !file_exists(path);
+  const Descriptor file(::open(native.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
+  if (!file.open()) fail("Writing", native);
+  const off_t before = status_of(file.get(), native).st_size;
+  char last = '\n';
+  if (before > 0 && ::pread(file.get(), &last, 1, before - 1) != 1) fail("Reading", native);
+  std::string text(last == '\n' ? std::string_view{} : base::kCrLf);
+  text.append(line).append(base::kCrLf);
+  if (write_all(file.get(), text) && ::fdatasync(file.get()) == 0 && (!is_new || sync_folder_of(native)))
+    return;
+  const int code = errno;
   if (::ftruncate(file.get(), before) != 0) fail("Undoing a part written to", native);
   fail("Writing", native, code);
 }

@@ -12,6 +12,7 @@ class FilesPosix : public platform::Files {
   std::uint64_t length(const std::string& path) const override;
   std::string read(const std::string& path) const override;
   void append(const std::string& path, std::string_view text) override;
+  void append_line(const std::string& path, std::string_view line) override;
   void replace(const std::string& path, std::string_view text) override;
   void copy(const std::string& from, const std::string& to) override;
   void remove(const std::string& path) override;

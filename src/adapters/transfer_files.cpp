@@ -20,8 +20,8 @@ namespace {
   fail(what, path);
 }
 
-// So that a new name outlasts a power failure: the device may be told next to delete what was fetched. A file
-// system that cannot do this for folders keeps its names in its own way.
+}  // namespace
+
 bool sync_folder_of(const std::string& path) {
   const int folder = ::open(path.substr(0, path.rfind('/') + 1).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder < 0) return false;
@@ -29,8 +29,6 @@ bool sync_folder_of(const std::string& path) {
   ::close(folder);
   return synced;
 }
-
-}  // namespace
 
 PartFile::PartFile(std::string path) : path_(std::move(path)), part_(path_ + ".part") {
   ::unlink(part_.c_str());  // left behind by a program that was killed

@@ -7,6 +7,10 @@
 
 namespace qvrcom::adapters {
 
+// So that a new name outlasts a power failure: the device may be told next to delete what was fetched. A file
+// system that cannot do this for folders keeps its names in its own way. False with errno. `path` is native.
+bool sync_folder_of(const std::string& path);
+
 // A file that is being received: it grows under the name + ".part" and gets its own name once it is whole.
 // Neither name is followed where it is a link. Without `keep` the part is removed again.
 class PartFile {

@@ -28,6 +28,11 @@ class Files {
   // Adds to the end; a missing file is created, readable by its owner alone.
   virtual void append(const std::string& path, std::string_view text) = 0;
 
+  // Adds `line` (one line, or several joined by CR LF) and CR LF, on a line of its own: a last line that lacks
+  // its end gets one first. It is on the disk when this returns; a failed call leaves what was there. A missing
+  // file is created, readable by its owner alone.
+  virtual void append_line(const std::string& path, std::string_view line) = 0;
+
   // The file holds exactly `text` afterwards. Another program that reads the path meanwhile sees the old
   // content or the new one, never a part: the text is written aside and renamed over the old file. Where the
   // rename is refused the file is rewritten in place.

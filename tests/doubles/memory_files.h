@@ -32,6 +32,13 @@ class MemoryFiles : public platform::Files {
     need_parent(path);
     content[path].append(text);
   }
+  void append_line(const std::string& path, std::string_view line) override {
+    about_to("append", path);
+    need_parent(path);
+    std::string& text = content[path];
+    if (!text.empty() && !text.ends_with('\n')) text += "\r\n";
+    text.append(line).append("\r\n");
+  }
   void replace(const std::string& path, std::string_view text) override {
     about_to("replace", path);
     need_parent(path);

@@ -1,0 +1,83 @@
+#include "jobs/job_report.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/text.h"
+
+namespace qvrcom::jobs {
+namespace {
+
+constexpr std::string_view kHead = "QVRREPORT;1;";
+
+// By ReportWord.
+constexpr std::array<std::string_view, 7> kWords{"FETCHED", "STORING", "STORED", "DELETING",
+                                                 "DELETED", "FAILED",  "ENDED"};
+
+std::string field(std::string text) {
+  for (char& c : text) {
+    if (c == ';') c = ',';
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+  }
+  return text + ';';
+}
+
+std::optional<ReportLine> read_line(std::string_view line) {
+  const auto fields = base::split(line, ";");
+  const auto word = std::find(kWords.begin(), kWords.end(), fields[0]);
+  if (fields.size() != 6 || !fields[5].empty() || word == kWords.end() || base::has_control_character(line))
+    return std::nullopt;
+  return ReportLine{static_cast<ReportWord>(word - kWords.begin()), std::string(fields[1]),
+                    std::string(fields[2]), std::string(fields[3]), std::string(fields[4])};
+}
+
+bool any_of(const std::vector<ReportLine>& lines, ReportWord word) {
+  return std::any_of(lines.begin(), lines.end(), [&](const ReportLine& line) { return line.word == word; });
+}
+
+}  // namespace
+
+std::string report_line_text(const ReportLine& line) {
+  return std::string(kWords[static_cast<std::size_t>(line.word)]) + ';' + field(line.account) +
+         field(line.remote) + field(line.local) + field(line.text);
+}
+
+std::string report_head() {
+  return std::string(kHead);
+}
+
+bool JobReport::has_deleted() const {
+  return any_of(lines, ReportWord::kDeleting);
+}
+
+bool JobReport::has_changed() const {
+  return has_deleted() || any_of(lines, ReportWord::kStoring);
+}
+
+std::string JobReport::ending() const {
+  return !lines.empty() && lines.back().word == ReportWord::kEnded ? lines.back().text : std::string{};
+}
+
+std::optional<JobReport> read_report(std::string_view text) {
+  text = text.substr(0, text.rfind('\n') + 1);
+  const auto lines = base::lines_of(text);
+  if (text.size() > kReportLimit || lines.empty() || lines.front() != kHead) return std::nullopt;
+  JobReport report;
+  for (std::size_t i = 1; i < lines.size(); ++i) {
+    if (auto line = read_line(lines[i])) report.lines.push_back(std::move(*line));
+  }
+  return report;
+}
+
+std::string report_path(const std::string& job_folder) {
+  return job_folder + "\\" + job_folder.substr(job_folder.rfind('\\') + 1) + ".rpt";
+}
+
+std::optional<JobReport> report_of(const platform::Files& files, const std::string& job_folder) {
+  const std::string path = report_path(job_folder);
+  if (!files.file_exists(path) || files.is_link(path) || files.length(path) > kReportLimit)
+    return std::nullopt;
+  return read_report(files.read(path));
+}
+
+}  // namespace qvrcom::jobs
