@@ -99,6 +99,22 @@ std::string file_target(const std::string& path) {
   return error ? native : target.string();
 }
 
+// The names in a folder whose entries are `wanted`.
+template <class Wanted>
+std::vector<std::string> names_in(const std::string& native, Wanted wanted) {
+  std::vector<std::string> names;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(native, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    if (wanted(*entry)) names.push_back(entry->path().filename().string());
+  }
+  if (error == std::errc::no_such_file_or_directory) {
+    throw Fault(base::kPathNotFound, "Listing \"" + native + "\": there is no such folder.");
+  }
+  if (error) fail("Listing", native, error.value());
+  return names;
+}
+
 }  // namespace
 
 bool FilesPosix::file_exists(const std::string& path) const {
@@ -202,18 +218,17 @@ void FilesPosix::remove(const std::string& path) {
 }
 
 std::vector<std::string> FilesPosix::list(const std::string& folder) const {
-  std::vector<std::string> names;
-  std::error_code error;
-  std::filesystem::directory_iterator entry(native_path(folder), error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+  return names_in(native_path(folder), [](const std::filesystem::directory_entry& entry) {
     std::error_code unreadable;
-    if (!entry->is_directory(unreadable)) names.push_back(entry->path().filename().string());
-  }
-  if (error == std::errc::no_such_file_or_directory) {
-    throw Fault(base::kPathNotFound, "Listing \"" + native_path(folder) + "\": there is no such folder.");
-  }
-  if (error) fail("Listing", native_path(folder), error.value());
-  return names;
+    return !entry.is_directory(unreadable);
+  });
+}
+
+std::vector<std::string> FilesPosix::list_folders(const std::string& folder) const {
+  return names_in(native_path(folder), [](const std::filesystem::directory_entry& entry) {
+    std::error_code unreadable;
+    return entry.is_directory(unreadable) && !entry.is_symlink(unreadable);
+  });
 }
 
 void FilesPosix::make_folder(const std::string& path) {

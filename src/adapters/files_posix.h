@@ -17,6 +17,7 @@ class FilesPosix : public platform::Files {
   void copy(const std::string& from, const std::string& to) override;
   void remove(const std::string& path) override;
   std::vector<std::string> list(const std::string& folder) const override;
+  std::vector<std::string> list_folders(const std::string& folder) const override;
   void make_folder(const std::string& path) override;
   void remove_folder(const std::string& path) override;
   std::string native(const std::string& path) const override;

@@ -1,5 +1,6 @@
 #include "base/date_serial.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -90,6 +91,23 @@ std::string job_name_stamp(LocalTime moment) {
   std::snprintf(buffer.data(), buffer.size(), "%s%02u%02d%02d%02d%02d", kMonths[c.month - 1], c.day,
                 c.year % 100, c.hour, c.minute, c.second);
   return buffer.data();
+}
+
+std::optional<LocalTime> from_job_name(std::string_view text) {
+  const auto month = std::find(kMonths.begin(), kMonths.end(), text.substr(0, 3));
+  if (month == kMonths.end() || text.size() < 13) return std::nullopt;
+  std::array<int, 5> numbers{};  // day, year, hour, minute, second
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const char tens = text[3 + 2 * i], ones = text[4 + 2 * i];
+    if (tens < '0' || tens > '9' || ones < '0' || ones > '9') return std::nullopt;
+    numbers[i] = (tens - '0') * 10 + (ones - '0');
+  }
+  const auto [day_, year_, hour_, minute_, second_] = numbers;
+  const year_month_day date{year{2000 + year_},
+                            std::chrono::month(static_cast<unsigned>(month - kMonths.begin()) + 1),
+                            day{static_cast<unsigned>(day_)}};
+  if (!date.ok()) return std::nullopt;
+  return local_days(date) + hours(hour_) + minutes(minute_) + seconds(second_);
 }
 
 std::string index_stamp(LocalTime moment) {

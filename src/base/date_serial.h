@@ -28,6 +28,9 @@ std::optional<double> parse_serial(std::string_view text);
 // "mmmddyyhhmmss": 15 November 2026 12:10:05 is "Nov1526121005". Thirteen characters, English month.
 std::string job_name_stamp(LocalTime moment);
 
+// The moment of a text that begins with such a stamp, in this century; nothing when it does not.
+std::optional<LocalTime> from_job_name(std::string_view text);
+
 // "dd/mm/yyyy hh:mm:ss" with a 24-hour clock.
 std::string index_stamp(LocalTime moment);
 

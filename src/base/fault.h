@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <optional>
 #include <string>
 
 namespace qvrcom::base {
@@ -30,5 +31,18 @@ inline constexpr const char* kFileNotFound = "File not found";
 inline constexpr const char* kPathNotFound = "Path not found";
 inline constexpr const char* kPermissionDenied = "Permission denied";
 inline constexpr const char* kDiskFull = "Disk full";
+
+// Runs `body` and gives the fault that ended it: for those who have nobody in front of them to show it to.
+template <class Body>
+std::optional<Fault> fault_of(Body&& body) {
+  try {
+    body();
+  } catch (const Fault& fault) {
+    return fault;
+  } catch (const std::exception& error) {
+    return Fault(error.what());
+  }
+  return std::nullopt;
+}
 
 }  // namespace qvrcom::base

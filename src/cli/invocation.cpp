@@ -8,6 +8,8 @@
 #include "cli/command_context.h"
 #include "cli/commands.h"
 #include "cli/printable.h"
+#include "control/job_upkeep.h"
+#include "control/late_results_request.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -57,6 +59,19 @@ Invocation read_command_line(std::vector<std::string> arguments, const std::stri
   return invocation;
 }
 
+namespace {
+
+// What ended while nobody waited for it is told at every start, and keeps no access code.
+void look_after_jobs(const Invocation& invocation, CommandContext& context) {
+  control::JobUpkeep(context.requests, context.jobs, context.machine).forget_access_codes();
+  if (!invocation.tells_late_results) return;
+  const std::string sentence =
+      control::late_results_sentence(control::LateResultsRequest(context.requests, context.jobs).waiting());
+  if (!sentence.empty()) context.console.tell(sentence, "\"qvrcomctl jobs process\" finishes them.");
+}
+
+}  // namespace
+
 ExitCode run(const Invocation& invocation, CommandContext& context) {
   try {
     if (invocation.needs_set_up) {
@@ -65,6 +80,7 @@ ExitCode run(const Invocation& invocation, CommandContext& context) {
         return ExitCode::kMissing;
       }
     }
+    if (invocation.needs_set_up) look_after_jobs(invocation, context);
     const ExitCode code = invocation.command(context);
     if (context.console.flush()) return code;
     throw base::Fault("Cannot write", "Standard output did not take all of the data.");

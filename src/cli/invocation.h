@@ -19,6 +19,7 @@ struct Invocation {
   Command command;                         // empty when there is nothing to run: help, version, wrong usage
   ExitCode exit_code = ExitCode::kDone;    // then
   bool needs_set_up = true;                // otherwise: whether the machine has to be set up
+  bool tells_late_results = true;          // before it runs: finished jobs that nobody has processed
   bool wait = false;                       // for another program's session to end
   std::optional<platform::Button> answer;  // to message boxes that ask
 };

@@ -1,11 +1,14 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "base/fault.h"
 #include "base/text.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
+#include "control/job_upkeep.h"
+#include "control/late_results_request.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -52,7 +55,10 @@ std::string board_json(const results::Board& board) {
   QJsonArray problems;
   for (const results::BoardProblem& problem : board.problems)
     problems.append(problem_json(problem));
-  return json_document(QJsonObject{{"jobs", jobs}, {"problems", problems}});
+  QJsonArray abandoned;
+  for (const std::string& job : board.abandoned)
+    abandoned.append(json(job));
+  return json_document(QJsonObject{{"jobs", jobs}, {"problems", problems}, {"abandoned", abandoned}});
 }
 
 void board_table(const results::Board& board, std::ostream& out) {
@@ -64,6 +70,22 @@ void board_table(const results::Board& board, std::ostream& out) {
       lists += (lists.empty() ? "" : ", ") + list_name(file);
     table.add({job.job, lists, moment_text(job.start), job.site_name + " - " + job.site_id, job.description});
   }
+  for (const std::string& job : board.abandoned)
+    table.add({job, "", "", "", "A folder that no list names"});
+}
+
+// Fault for a name that is not among them.
+std::vector<results::BoardJob> chosen_jobs(std::vector<results::BoardJob> jobs,
+                                           const std::vector<std::string>& names) {
+  std::vector<results::BoardJob> chosen;
+  for (const std::string& name : names) {
+    const auto found =
+        std::find_if(jobs.begin(), jobs.end(), [&](const results::BoardJob& job) { return job.job == name; });
+    if (found == jobs.end())
+      throw base::Fault("No such job", "\"" + name + "\" is no finished job that waits to be processed.");
+    chosen.push_back(*found);
+  }
+  return chosen;
 }
 
 ExitCode list(CommandContext& context, bool as_json) {
@@ -76,6 +98,63 @@ ExitCode list(CommandContext& context, bool as_json) {
   for (const results::BoardProblem& problem : board.problems)
     context.console.tell(problem.file + ", line " + std::to_string(problem.line) + ": " + problem.reason,
                          problem.text);
+  return ExitCode::kDone;
+}
+
+// Without names: every job that waits for it.
+ExitCode process(CommandContext& context, const std::vector<std::string>& names) {
+  control::LateResultsRequest request(context.requests, context.jobs);
+  std::vector<results::BoardJob> jobs = request.waiting();
+  if (!names.empty()) jobs = chosen_jobs(std::move(jobs), names);
+  if (jobs.empty()) context.console.tell("No finished job waits to be processed.");
+  std::vector<SessionStep> steps;
+  for (const results::BoardJob& job : jobs) {
+    steps.push_back({job.job, [&context, &request, job] {
+                       const control::LateResultsAnswer answer = request.process(job);
+                       context.console.erase_status();
+                       for (const std::string& file : answer.files)
+                         context.console.print(context.files.native(file));
+                       return answer.result;
+                     }});
+  }
+  return context.sessions.run(steps);
+}
+
+struct RemovalText {
+  control::JobUpkeep::Removal removal;
+  const char* text;  // after the job's name
+};
+
+constexpr RemovalText kRemovalTexts[] = {
+    {control::JobUpkeep::Removal::kUnknown, ": there is no such job."},
+    {control::JobUpkeep::Removal::kInUse, ": it waits or runs; \"qvrcomctl jobs stop\" ends it."},
+};
+
+ExitCode remove(CommandContext& context, const std::vector<std::string>& names) {
+  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine);
+  ExitCode code = ExitCode::kDone;
+  for (const std::string& name : names) {
+    const control::JobUpkeep::Removal removal = upkeep.remove(name);
+    if (removal == control::JobUpkeep::Removal::kRemoved) {
+      context.console.print(name + ": its folder is removed.");
+      continue;
+    }
+    code = ExitCode::kFailed;
+    for (const RemovalText& each : kRemovalTexts) {
+      if (each.removal == removal) context.console.tell(name + each.text);
+    }
+  }
+  return code;
+}
+
+ExitCode clean(CommandContext& context) {
+  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine);
+  const control::JobUpkeep::Cleaning cleaning = upkeep.clean();
+  if (!cleaning.done) return ExitCode::kFailed;
+  for (const std::string& job : cleaning.jobs)
+    context.console.print(job + ": its folder is removed.");
+  context.console.print("Logs older than " + std::to_string(upkeep.log_days()) +
+                        " days: " + std::to_string(cleaning.logs) + " removed.");
   return ExitCode::kDone;
 }
 
@@ -116,6 +195,24 @@ void add_jobs_commands(CLI::App& app, Invocation& invocation) {
   list_command->callback([as_json, &invocation] {
     invocation.command = [as_json](CommandContext& context) { return list(context, *as_json); };
   });
+
+  using NamesCommand = ExitCode (*)(CommandContext&, const std::vector<std::string>&);
+  const auto add_with_names = [&](const char* name, const char* help, NamesCommand run) {
+    auto names = std::make_shared<std::vector<std::string>>();
+    CLI::App* command = jobs->add_subcommand(name, help);
+    command->callback([names, run, &invocation] {
+      invocation.tells_late_results = false;
+      invocation.command = [names, run](CommandContext& context) { return run(context, *names); };
+    });
+    return command->add_option("JOB", *names, "A job's name; may repeat");
+  };
+  add_with_names("process", "Take over what finished jobs have fetched; without names, of all", process);
+  add_with_names("remove", "Remove the folder of a job that has ended", remove)->required();
+  jobs->add_subcommand("clean", "Remove job folders that no list names, and old logs")
+      ->callback([&invocation] {
+        invocation.tells_late_results = false;
+        invocation.command = clean;
+      });
 
   auto job = std::make_shared<std::string>();
   CLI::App* stop_command = jobs->add_subcommand("stop", "End a job's session, or keep it from being run");

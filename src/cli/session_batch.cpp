@@ -31,10 +31,12 @@ ExitCode SessionBatch::run_one(const SessionStep& step) {
 // A job that the scheduler was told of goes on without its dialog; one that it never knew has no folder left.
 void SessionBatch::tell_cancelled() {
   const base::JobValues& job = parts_.rules.session.job;
-  const bool goes_on = !job.Folder.empty() && parts_.rules.files.folder_exists(job.Folder);
-  console_.tell(
-      "Cancelled.",
-      goes_on ? "The scheduler still has the job; \"qvrcomctl jobs stop " + job.Name + "\" ends it." : "");
+  const platform::Files& files = parts_.rules.files;
+  const bool goes_on = !job.Folder.empty() && files.folder_exists(job.Folder);
+  if (!goes_on) return console_.tell("Cancelled.");
+  console_.tell("Cancelled.", "The scheduler still has the job; \"qvrcomctl jobs stop " + job.Name +
+                                  "\" ends it. What it fetches stays in " + files.native(job.Folder) +
+                                  "; when the job has ended, \"qvrcomctl jobs process\" takes it over.");
 }
 
 }  // namespace qvrcom::cli

@@ -20,6 +20,7 @@ class TelnetScreen : public link::SessionScreen {
     dialog_.show_modal();
     terminal_.leave();
   }
+  void show_late_outcome() override { dialog_.show_late_outcome(); }
 
  private:
   link::SessionScreen& dialog_;
@@ -31,7 +32,8 @@ ExitCode telnet(CommandContext& context, const std::string& key) {
   const sitebook::SiteRecord site = find_sites(context.sites, {key}).front();
   const control::SessionRequestParts& parts = context.requests;
   TelnetScreen screen(parts.screen, context.telnet, parts.rules.session.job);
-  control::SystemRequest request({parts.rules, parts.database, parts.gate, screen, parts.link});
+  control::SystemRequest request(
+      {parts.rules, parts.database, parts.gate, screen, parts.link, parts.sites});
   const control::SystemOrder order{.site = control::site_row(site),
                                    .operation = session::operation::kTelnetSession};
   return context.sessions.run({{sitebook::title_of(site), [&] { return request.run(order).result; }}});

@@ -61,16 +61,27 @@ void check_partition(std::uint32_t found, const PartitionKey& key) {
                     "It holds partition " + std::to_string(found) + ", not " + key.partition + ".");
 }
 
+// A file of statistics that cannot be read takes the rows of the file before it along: they must not pass for
+// its contents.
+using Forget = void (*)(platform::Database&, const PartitionKey&);
+
 // "OK" after `store` has put what `read` made of the last argument's file under configuration and partition,
-// the first two arguments.
+// the first two arguments. `forget` runs when that failed.
 template <class Read, class Store>
-std::optional<std::string> decode(const Workshop& shop, Arguments arguments, Read read, Store store) {
+std::optional<std::string> decode(
+    const Workshop& shop, Arguments arguments, Read read, Store store,
+    Forget forget = [](platform::Database&, const PartitionKey&) {}) {
   return answer(name_of(arguments.back()), [&] {
     const PartitionKey key = partition_key(arguments[0], arguments[1]);
-    const auto decoded = read(shop.read(arguments.back()));
-    check_partition(decoded.partition, key);
-    store(shop.connection->database(), key, decoded);
-    return std::string("OK");
+    try {
+      const auto decoded = read(shop.read(arguments.back()));
+      check_partition(decoded.partition, key);
+      store(shop.connection->database(), key, decoded);
+      return std::string("OK");
+    } catch (const base::Fault&) {
+      forget(shop.connection->database(), key);
+      throw;
+    }
   });
 }
 
@@ -92,10 +103,12 @@ std::vector<Operation> partition_operations(const Workshop& shop) {
            }},
           {"DecodeLineStats", 3,
            [shop](Arguments arguments) {
-             return decode(shop, arguments, shop.readers.line_statistics, store_line_statistics);
+             return decode(shop, arguments, shop.readers.line_statistics, store_line_statistics,
+                           remove_line_statistics);
            }},
           {"DecodeNodeStats", 3, [shop](Arguments arguments) {
-             return decode(shop, arguments, shop.readers.node_statistics, store_node_statistics);
+             return decode(shop, arguments, shop.readers.node_statistics, store_node_statistics,
+                           remove_node_statistics);
            }}};
 }
 

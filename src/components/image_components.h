@@ -14,7 +14,8 @@ namespace qvrcom::components {
 // and likewise for the others. They read a device file (docs/formats/dbase.md, linestat.md, nodestat.md) and
 // put what it says in the place of the configuration's rows, in one transaction after the whole file has been
 // read. Each answers "OK", or a message for the user that begins with the file's name; then no row has
-// changed. Configuration and partition are decimal texts, the file is a suite path; the session key is not
+// changed, but for the statistics that the file was to replace: those are gone, so that nobody takes them for
+// new ones. Configuration and partition are decimal texts, the file is a suite path; the session key is not
 // looked at.
 void add_image_components(ComponentRegistry& registry, environment::DatabaseConnection& connection,
                           const platform::Files& files);

@@ -24,13 +24,24 @@ std::string write_csv(const StatisticsParts& parts, const std::string& configura
   return "OK" + path;
 }
 
+std::string write_csv_to(const StatisticsParts& parts, std::span<const std::string> arguments) {
+  const PartitionKey key = partition_key(arguments[0], arguments[1]);
+  parts.files.replace(arguments[2], statistics_csv(parts.connection.database(), key));
+  return "OK" + arguments[2];
+}
+
 }  // namespace
 
 void add_statistics_component(ComponentRegistry& registry, const StatisticsParts& parts) {
   const std::vector<Operation> operations{
-      {"WriteStatsCsv", 2, [parts](std::span<const std::string> arguments) {
+      {"WriteStatsCsv", 2,
+       [parts](std::span<const std::string> arguments) {
          return answer("Statistics of partition " + arguments[1],
                        [&] { return write_csv(parts, arguments[0], arguments[1]); });
+       }},
+      {"WriteStatsCsvTo", 3, [parts](std::span<const std::string> arguments) {
+         return answer("Statistics of partition " + arguments[1],
+                       [&] { return write_csv_to(parts, arguments); });
        }}};
   registry.add("QVRStats.Stats",
                [operations] { return std::make_unique<TableComponent>("QVRStats.Stats", operations); });

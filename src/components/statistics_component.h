@@ -19,10 +19,11 @@ struct StatisticsParts {
 };
 
 // Registers the statistics writer:
-//   QVRStats.Stats   WriteStatsCsv(configuration, partition)
-// It writes what was decoded for the partition into a CSV whose name the site's statistics settings give, and
-// answers "OK" and the suite path of the CSV, or a message for the user; then nothing has been written.
-// docs/formats/statistics-csv.md describes the CSV.
+//   QVRStats.Stats   WriteStatsCsv(configuration, partition), WriteStatsCsvTo(configuration, partition, file)
+// Both write what was decoded for the partition into a CSV, the first into one whose name the site's
+// statistics settings give, the second into the file of this suite path, and answer "OK" and the suite path
+// of the CSV, or a message for the user; then nothing has been written. docs/formats/statistics-csv.md
+// describes the CSV.
 void add_statistics_component(ComponentRegistry& registry, const StatisticsParts& parts);
 
 }  // namespace qvrcom::components

@@ -99,6 +99,14 @@ base::Field session_site(platform::Database& database) {
   return rows.empty() ? std::nullopt : rows[0]["SiteID"];
 }
 
+void remove_line_statistics(platform::Database& database, const PartitionKey& key) {
+  database.transaction([&] { remove_rows(database, key, StatisticsSource::kLines); });
+}
+
+void remove_node_statistics(platform::Database& database, const PartitionKey& key) {
+  database.transaction([&] { remove_rows(database, key, StatisticsSource::kNodes); });
+}
+
 void store_line_statistics(platform::Database& database, const PartitionKey& key,
                            const devicefiles::LineStatistics& statistics) {
   database.transaction([&] {

@@ -13,6 +13,10 @@ void store_line_statistics(platform::Database& database, const PartitionKey& key
 void store_node_statistics(platform::Database& database, const PartitionKey& key,
                            const devicefiles::NodeStatistics& statistics);
 
+// Takes out the rows that such statistics would replace.
+void remove_line_statistics(platform::Database& database, const PartitionKey& key);
+void remove_node_statistics(platform::Database& database, const PartitionKey& key);
+
 // The site that the session works on; null when there is none.
 base::Field session_site(platform::Database& database);
 

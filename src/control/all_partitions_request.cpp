@@ -1,6 +1,7 @@
 #include "control/all_partitions_request.h"
 
 #include "environment/names.h"
+#include "session/refusals.h"
 
 namespace qvrcom::control {
 
@@ -21,13 +22,16 @@ AllPartitionsAnswer AllPartitionsRequest::run(const SiteRow& site, bool force) {
 }
 
 bool AllPartitionsRequest::refuses_firmware() const {
-  const std::string& version = parts_.rules.session.site.FirmwareVersion;
-  if (rules::BusinessRules(parts_.rules).Check_Firmware_Version(version) == environment::kOldStats) {
-    return false;
+  const base::SiteValues& site = parts_.rules.session.site;
+  const std::string verdict = rules::BusinessRules(parts_.rules).Check_Firmware_Version(site.FirmwareVersion);
+  if (verdict == environment::kOldStats) return false;
+  if (const auto refusal = session::refusal_of(verdict, site)) {
+    parts_.rules.ui.show(*refusal);
+  } else {
+    request_.refuse("No session is started: the site's firmware " + site.FirmwareVersion +
+                        " does not keep its statistics in the older form.",
+                    "Retrieve and reset its partitions one by one, or force the command.");
   }
-  request_.refuse("No session is started: the site's firmware " + version +
-                      " does not keep its statistics in the older form.",
-                  "Retrieve and reset its partitions one by one, or force the command.");
   return true;
 }
 

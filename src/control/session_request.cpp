@@ -2,9 +2,12 @@
 
 #include <utility>
 
+#include "base/number.h"
+#include "base/text.h"
 #include "environment/names.h"
 #include "platform/message.h"
 #include "sitebook/site_record.h"
+#include "siterules/device_address.h"
 
 namespace qvrcom::control {
 namespace {
@@ -27,9 +30,6 @@ constexpr Taken kTaken[] = {
     {SiteColumn::kDialupConn, &base::SiteValues::DialupConnection, base::SiteConnection::kDialupConnection},
 };
 
-constexpr const char* kPendingLists[] = {environment::kCompletedPendingFile, environment::kErrorPendingFile,
-                                         environment::kCancelledPendingFile};
-
 sitebook::SiteRecord record_of(const SiteRow& row) {
   sitebook::SiteRecord site;
   site.site_id = row.site_id;
@@ -45,6 +45,18 @@ sitebook::SiteRecord record_of(const SiteRow& row) {
   return site;
 }
 
+// What a site without an address has in the place of one.
+constexpr const char* kNoAddress = "255.255.255.255";
+
+// Which address the site's connection method asks for and does not find; "" when it is there.
+std::string lacking_address(const SiteRow& site) {
+  const std::string& method = site[SiteColumn::kConnectMethod];
+  const std::string address = siterules::device_address(
+      method, site[SiteColumn::kIPLan], site[SiteColumn::kIPDirect], site[SiteColumn::kIPModem]);
+  if (!base::trim(address).empty() && base::trim(address) != kNoAddress) return {};
+  return base::to_int16(method) == 1 ? "modem" : "LAN";
+}
+
 }  // namespace
 
 bool SessionRequest::accepts_card(const std::string& card_type) const {
@@ -58,12 +70,20 @@ bool SessionRequest::accepts_card(const std::string& card_type) const {
   return true;
 }
 
-// Such a site's index line would be dropped, and its answer waited for without end.
+// The index line of a site with problems would be dropped, and its answer waited for without end.
 bool SessionRequest::accepts(const SiteRow& site) const {
   const auto problems = sitebook::session_problems_of(record_of(site));
-  if (problems.empty()) return true;
-  refuse("No session is started for this site. " + sitebook::reasons_of(problems),
-         "Correct the site in the site book, then try again.");
+  if (!problems.empty()) {
+    refuse("No session is started for this site. " + sitebook::reasons_of(problems),
+           "Correct the site in the site book, then try again.");
+    return false;
+  }
+  const std::string lacking = lacking_address(site);
+  if (lacking.empty()) return true;
+  refuse("No session is started for this site: it has no " + lacking + " address.",
+         "Enter the " + lacking +
+             " address in the site book: \"Edit Site...\" on the desktop, or \"qvrcomctl sites edit " +
+             std::to_string(site.site_id) + " --" + base::to_lower(lacking) + " ADDRESS\".");
   return false;
 }
 
@@ -75,12 +95,21 @@ void SessionRequest::refuse(const std::string& text, const std::string& detail) 
 RequestResult SessionRequest::run(const SessionWish& wish,
                                   const std::function<RequestResult()>& session) const {
   if (!accepts(wish.site)) return RequestResult::kNotDone;
+  return run_alone(
+      [&] {
+        take_over(wish);
+        name_session_site();
+        fill_site_table(wish.site);
+      },
+      session);
+}
+
+RequestResult SessionRequest::run_alone(const std::function<void()>& fill,
+                                        const std::function<RequestResult()>& session) const {
   auto hold = parts_.gate.enter();
   if (!hold) return RequestResult::kBusy;
-  take_over(wish);
   prepare_files();
-  name_session_site();
-  fill_site_table(wish.site);
+  fill();
   const RequestResult result = session();
   hold.reset();
   tell_missing();
@@ -88,11 +117,14 @@ RequestResult SessionRequest::run(const SessionWish& wish,
 }
 
 void SessionRequest::tell_missing() const {
-  const std::string& reason = parts_.rules.session.run.MissingResult;
+  const base::RunValues& run = parts_.rules.session.run;
+  const std::string& reason = run.MissingResult;
   if (reason.empty()) return;
-  parts_.rules.ui.show({.text = "The operation ended without a statistics file.",
+  const bool has_some = !run.StatsResultFile.empty() || !run.PartitionResults.empty();
+  parts_.rules.ui.show({.text = has_some ? "The operation has not brought everything."
+                                         : "The operation ended without a result.",
                         .title = platform::kSuiteTitle,
-                        .icon = platform::Icon::kInformation,
+                        .icon = platform::Icon::kWarning,
                         .detail = reason});
 }
 
@@ -114,7 +146,7 @@ void SessionRequest::take_over(const SessionWish& wish) const {
 void SessionRequest::prepare_files() const {
   rules::BusinessRules rules(parts_.rules);
   rules.Create_Folders();
-  for (const char* list : kPendingLists)
+  for (const char* list : environment::kPendingFiles)
     rules.Create_File(list);
   base::Session& session = parts_.rules.session;
   session.run.StatsResultFile.clear();

@@ -11,6 +11,7 @@
 #include "rules/business_rules.h"
 #include "session/operations.h"
 #include "session/session_gate.h"
+#include "sitebook/site_book.h"
 
 namespace qvrcom::control {
 
@@ -26,6 +27,7 @@ struct SessionRequestParts {
   session::SessionGate& gate;
   link::SessionScreen& screen;
   link::SchedulerLink& link;
+  sitebook::SiteBook& sites;
 };
 
 // What a request asks the session dialog for.
@@ -52,6 +54,10 @@ class SessionRequest {
   // cases), otherwise what `session` answers. A run that ended well without its result is told of in a box,
   // the reason as its detail. Whoever calls traps.
   RequestResult run(const SessionWish& wish, const std::function<RequestResult()>& session) const;
+
+  // Its second half: what earlier runs have left in the session is forgotten before `fill`.
+  RequestResult run_alone(const std::function<void()>& fill,
+                          const std::function<RequestResult()>& session) const;
 
  private:
   bool accepts(const SiteRow& site) const;

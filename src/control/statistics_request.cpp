@@ -30,7 +30,8 @@ RequestResult StatisticsRequest::RetrieveStatSingPartition(const StatisticsOrder
 RequestResult StatisticsRequest::result_of(const StatisticsOrder& order) const {
   const base::RunValues& run = parts_.rules.session.run;
   const bool leaves_file = order.operation != session::operation::kResetStatistics;
-  const bool done = run.SessionStatus == "Completed" && (!leaves_file || !run.StatsResultFile.empty());
+  const bool done = run.SessionStatus == "Completed" && run.MissingResult.empty() &&
+                    (!leaves_file || !run.StatsResultFile.empty());
   return done ? RequestResult::kDone : RequestResult::kNotDone;
 }
 

@@ -8,6 +8,8 @@
 #include "base/number.h"
 #include "devicefiles/device_time.h"
 #include "platform/message.h"
+#include "results/job_findings.h"
+#include "rules/file_rescue.h"
 #include "siterules/device_address.h"
 
 namespace qvrcom::control {
@@ -134,8 +136,23 @@ bool SystemRequest::take_nothing(const Call&, SystemAnswer&) {
 bool SystemRequest::take_log(const Call& call, SystemAnswer& answer) {
   platform::Files& files = parts_.rules.files;
   answer.log = files.read(call.log_path);
-  if (!call.order.save_log_as.empty()) files.replace(call.order.save_log_as, answer.log);
+  const auto fault = base::fault_of([&] {
+    if (!call.order.save_log_as.empty()) files.replace(call.order.save_log_as, answer.log);
+    if (call.order.deliver_log) call.order.deliver_log(answer.log);
+  });
+  if (fault && !keep_deleted()) throw *fault;
   rules::BusinessRules(parts_.rules).Remove_Folder();
+  if (fault) throw *fault;
+  return true;
+}
+
+// Whether there is a copy of what the device has no longer.
+bool SystemRequest::keep_deleted() const {
+  const base::JobValues& job = parts_.rules.session.job;
+  const auto found = results::findings_of(parts_.rules.files, job.Folder);
+  if (!found || !found->has_deleted) return false;
+  const rules::Rescue rescue = rules::rescue_files(parts_.rules, job.Name, *found);
+  parts_.rules.ui.show(rules::rescue_message(parts_.rules.files, rescue));
   return true;
 }
 
@@ -148,7 +165,28 @@ bool SystemRequest::take_clock(const Call& call, SystemAnswer& answer) {
 bool SystemRequest::take_information(const Call& call, SystemAnswer& answer) {
   answer.record = images::firmware_bytes(call.information);
   answer.information = devicefiles::read_system_information(answer.record);
+  if (!answer.information.firmware.empty()) store_firmware(answer.information.firmware);
   return true;
+}
+
+// What is told is there whether it can be stored or not.
+void SystemRequest::store_firmware(const std::string& version) const {
+  const base::SiteValues& site = parts_.rules.session.site;
+  base::Field before;
+  const auto fault =
+      base::fault_of([&] { before = parts_.sites.store_firmware(base::to_int32(site.SiteID), version); });
+  if (fault) {
+    return request_.refuse("The firmware version " + version + " could not be stored at the site.",
+                           fault->description() + ". " + fault->detail());
+  }
+  if (before == version) return;
+  const bool was_known = before && !before->empty() && *before != "0";
+  parts_.rules.ui.show(
+      {.text = "The firmware version " + version + " is now stored at the site " + site.SiteName + " - " +
+               site.UserSiteID + ".",
+       .title = platform::kSuiteTitle,
+       .icon = platform::Icon::kInformation,
+       .detail = was_known ? "The site book had " + *before + "." : "The site book had none."});
 }
 
 bool SystemRequest::take_partition_times(const Call&, SystemAnswer& answer) {

@@ -103,6 +103,9 @@ std::string FilesAndFolders::GetStatsFolder(const std::string& sub_folder) const
 std::string FilesAndFolders::GetSAMELogsFolder() const {
   return documents_folder({}, kSameLogsFolder);
 }
+std::string FilesAndFolders::GetRescuedFolder() const {
+  return documents_folder({}, kRescuedFolder);
+}
 std::string FilesAndFolders::GetDatabaseFolder() const {
   return GetAppDataRoot() + kDatabaseFolder + "\\";
 }

@@ -41,6 +41,8 @@ class FilesAndFolders {
   std::string GetMsgsFolder(const std::string& sub_folder) const;
   std::string GetStatsFolder(const std::string& sub_folder) const;
   std::string GetSAMELogsFolder() const;
+  // Where files go that a device no longer has when their job did not end well.
+  std::string GetRescuedFolder() const;
   std::string GetDatabaseFolder() const;
   std::string GetSchedulerFolder() const;
   std::string GetLogsFolder() const;

@@ -11,6 +11,7 @@ inline constexpr const char* kSuiteFolder = "QVRCOM+";
 inline constexpr const char* kMsgsFolder = "Msgs";
 inline constexpr const char* kStatsFolder = "Stats";
 inline constexpr const char* kSameLogsFolder = "SAMELogs";
+inline constexpr const char* kRescuedFolder = "Rescued";
 inline constexpr const char* kDatabaseFolder = "Database";
 inline constexpr const char* kSchedulerFolder = "Scheduler";
 inline constexpr const char* kLogsFolder = "Logs";
@@ -46,6 +47,8 @@ inline constexpr const char* kRescheduleFile = "reschedule.sch";
 inline constexpr const char* kCompletedPendingFile = "CompletedToProcess.sch";
 inline constexpr const char* kErrorPendingFile = "ErrorToProcess.sch";
 inline constexpr const char* kCancelledPendingFile = "CancelledToProcess.sch";
+inline constexpr const char* kPendingFiles[] = {kCompletedPendingFile, kErrorPendingFile,
+                                                kCancelledPendingFile};
 
 // Registered messages between the programs.
 inline constexpr const char* kSchedulerMessage = "CBL_QVRCOM_SCHEDULER";  // to JobPilot

@@ -11,6 +11,7 @@ namespace qvrcom::images {
 
 inline constexpr const char* kSystemDecoder = "QVRBIN7_2.Sys";
 inline constexpr const char* kPartitionDecoder = "QVRBIN7_2.Part";
+inline constexpr const char* kStatisticsWriter = "QVRStats.Stats";
 
 // What an image component answers when it has done what it was asked to.
 inline constexpr std::string_view kDone = "OK";

@@ -9,6 +9,12 @@
 
 namespace qvrcom::images {
 
+// Which of a partition's two files could be decoded.
+struct StatisticsAnswers {
+  bool lines = false;
+  bool nodes = false;
+};
+
 // Turns the statistics files of old firmware into the CSV that the user sees, by two components:
 //   QVRBIN7_2.Part  DecodeLineStats, DecodeNodeStats (selector, partition, file): "OK" or a message
 //   QVRStats.Stats  WriteStatsCsv (selector, partition): "OK" and the CSV's full name, or a message
@@ -19,8 +25,9 @@ class StatisticsDecoding {
       : run_(run), components_(components), ui_(ui), trap_(ui, platform::kImagesTrap) {}
 
   // Decodes both files; when both fail, the message about the line statistics alone is shown.
-  void Process_PartStats_binary(const std::string& selector, const std::string& partition,
-                                const std::string& line_stat_file, const std::string& node_stat_file);
+  StatisticsAnswers Process_PartStats_binary(const std::string& selector, const std::string& partition,
+                                             const std::string& line_stat_file,
+                                             const std::string& node_stat_file);
 
   // Sets StatsResultFile to the CSV that was written; leaves it as it was after a failure.
   void Process_Write_CSV(const std::string& selector, const std::string& partition);

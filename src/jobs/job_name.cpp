@@ -21,6 +21,10 @@ std::string script_path(const base::JobValues& job) {
   return job.Folder + "\\" + job.Name + std::string(kScriptExtension);
 }
 
+std::string job_file(const std::string& folder, std::string_view extension) {
+  return folder + "\\" + folder.substr(folder.rfind('\\') + 1) + std::string(extension);
+}
+
 bool is_job_name(std::string_view name) {
   return !name.empty() && name.size() <= kNameLimit &&
          std::all_of(name.begin(), name.end(), is_name_character);

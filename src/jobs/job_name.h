@@ -15,6 +15,10 @@ std::string job_name(const base::JobValues& job);
 // Folder + "\" + name + ".scr" of the job that is being built.
 std::string script_path(const base::JobValues& job);
 
+// The file of a job that bears its name: folder (no backslash at its end) + "\\" + the folder's name +
+// extension.
+std::string job_file(const std::string& folder, std::string_view extension);
+
 // True for letters, digits, "-" and "_" alone, 1 to 64 of them: a name that stays inside the scheduler folder
 // whatever it is joined to.
 bool is_job_name(std::string_view name);

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/text.h"
+#include "jobs/job_name.h"
 
 namespace qvrcom::jobs {
 namespace {
@@ -11,8 +12,8 @@ namespace {
 constexpr std::string_view kHead = "QVRREPORT;1;";
 
 // By ReportWord.
-constexpr std::array<std::string_view, 7> kWords{"FETCHED", "STORING", "STORED", "DELETING",
-                                                 "DELETED", "FAILED",  "ENDED"};
+constexpr std::array<std::string_view, 8> kWords{"FETCHED", "STORING", "STORED", "DELETING",
+                                                 "DELETED", "REFUSED", "FAILED", "ENDED"};
 
 std::string field(std::string text) {
   for (char& c : text) {
@@ -70,7 +71,7 @@ std::optional<JobReport> read_report(std::string_view text) {
 }
 
 std::string report_path(const std::string& job_folder) {
-  return job_folder + "\\" + job_folder.substr(job_folder.rfind('\\') + 1) + ".rpt";
+  return job_file(job_folder, ".rpt");
 }
 
 std::optional<JobReport> report_of(const platform::Files& files, const std::string& job_folder) {

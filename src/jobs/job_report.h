@@ -17,7 +17,8 @@ enum class ReportWord {
   kStored,    // and has acknowledged it
   kDeleting,  // the device is about to be asked to delete a file
   kDeleted,   // and has acknowledged it
-  kFailed,    // the rest of this account's lines was left out
+  kRefused,   // the device said no to this step; the rest of the account's lines was left out
+  kFailed,    // this step failed in another way; likewise
   kEnded,     // the session is over
 };
 
@@ -26,7 +27,7 @@ struct ReportLine {
   std::string account;  // "part3"; "" before the first account line
   std::string remote;   // name of the device file; "" when it is about none
   std::string local;    // kFetched, kStoring, kStored: name in the job's folder
-  std::string text;     // kFailed: the reason; kEnded: "completed", "error" or "cancelled"
+  std::string text;     // kRefused, kFailed: the reason; kEnded: "completed", "error" or "cancelled"
 
   bool operator==(const ReportLine&) const = default;
 };

@@ -1,12 +1,20 @@
 #include "jobs/scheduler_files.h"
 
 #include "base/text.h"
+#include "jobs/job_name.h"
 
 namespace qvrcom::jobs {
 
 std::string SchedulerFiles::read_or_empty(std::string_view name) const {
   const std::string file = path(name);
   return files_.file_exists(file) ? files_.read(file) : std::string{};
+}
+
+std::vector<std::string> SchedulerFiles::job_folders() const {
+  if (!files_.folder_exists(folder())) return {};
+  std::vector<std::string> names = files_.list_folders(folder());
+  std::erase_if(names, [](const std::string& name) { return !is_job_name(name); });
+  return names;
 }
 
 void SchedulerFiles::print(std::string_view name, std::string_view text) const {

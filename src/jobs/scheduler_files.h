@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/session_values.h"
 #include "environment/files_and_folders.h"
@@ -22,6 +23,10 @@ class SchedulerFiles {
   // Fault when the file is missing.
   std::string read(std::string_view name) const { return files_.read(path(name)); }
   std::string read_or_empty(std::string_view name) const;
+
+  // The folders of jobs: those whose names a job can have.
+  std::vector<std::string> job_folders() const;
+  bool has_job_folder(const std::string& job) const { return files_.folder_exists(path(job)); }
 
   // Adds the text and CR LF to the end of the file, which is created when it is missing.
   void print(std::string_view name, std::string_view text) const;

@@ -224,6 +224,20 @@ std::string header_text(const ScriptHeader& header, ScriptKind kind) {
   return text;
 }
 
+std::string without_password(std::string_view script) {
+  constexpr std::string_view kKey = "FTPPASSWORD=";
+  std::string text;
+  while (!script.empty()) {
+    const std::string_view line = script.substr(0, script.find('\n') + 1);
+    const std::string_view whole = line.empty() ? script : line;
+    const auto end = whole.find_last_not_of("\r\n") + 1;
+    text.append(whole.starts_with(kKey) ? std::string(kKey) + ";" : std::string(whole.substr(0, end)));
+    text.append(whole.substr(end));
+    script.remove_prefix(whole.size());
+  }
+  return text;
+}
+
 ScriptReading read_script(std::string_view text) {
   if (text.size() > kScriptLimit) return {{}, {0, {}, "the script is larger than 1 MiB"}};
   return Reader(text).read();

@@ -36,6 +36,9 @@ enum class ScriptKind { kTransfer, kTelnet };
 // The header with the opening command, no line end after its last line. A telnet script is complete with it.
 std::string header_text(const ScriptHeader& header, ScriptKind kind);
 
+// The script with an empty value in every password line; every line keeps its place.
+std::string without_password(std::string_view script);
+
 enum class CommandKind { kAccount, kGet, kPut, kDelete };
 
 struct ScriptCommand {

@@ -29,6 +29,16 @@ void ScriptWriter::Write_Script_End() {
   print("Write_Script_End", "FTPDISCONNECT;");
 }
 
+void ScriptWriter::clear_password(const std::string& folder) {
+  trap_("clear_password", [&] {
+    const std::string path = job_file(folder, kScriptExtension);
+    if (folder.empty() || !files_.file_exists(path) || files_.length(path) > kScriptLimit) return;
+    const std::string text = files_.read(path);
+    const std::string cleared = without_password(text);
+    if (cleared != text) files_.replace(path, cleared);
+  });
+}
+
 void ScriptWriter::print(const std::string& procedure, const std::string& text) {
   trap_(procedure, [&] { files_.append(script_path(job_), text + std::string(base::kCrLf)); });
 }

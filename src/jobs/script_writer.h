@@ -36,6 +36,10 @@ class ScriptWriter {
 
   void Write_Script_End();
 
+  // Empties the password in the script of the job whose folder this is, if there is one: the job has ended,
+  // and its folder stays.
+  void clear_password(const std::string& folder);
+
  private:
   void print(const std::string& procedure, const std::string& text);
 

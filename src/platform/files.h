@@ -44,6 +44,9 @@ class Files {
   // Names (not paths) of the plain files in a folder, in no particular order.
   virtual std::vector<std::string> list(const std::string& folder) const = 0;
 
+  // Names of the folders in a folder, links to folders left out, in no particular order.
+  virtual std::vector<std::string> list_folders(const std::string& folder) const = 0;
+
   // One level; the folder is open to its owner alone. An existing folder is a Fault.
   virtual void make_folder(const std::string& path) = 0;
   // Fault when it is not empty.

@@ -38,7 +38,7 @@ class Suite : public Host {
 
   session::SessionParts session_parts() { return {rules_parts(), link, channel}; }
   control::StatisticsRequestParts request_parts(link::SessionScreen& screen) {
-    return {rules_parts(), database, gate, screen, link};
+    return {rules_parts(), database, gate, screen, link, sites};
   }
 
   platform::UserInterface& ui;

@@ -1,5 +1,8 @@
 #include "results/job_board.h"
 
+#include <algorithm>
+#include <iterator>
+#include <set>
 #include <unordered_map>
 
 #include "base/text.h"
@@ -15,6 +18,17 @@ constexpr const char* kBoardFiles[] = {
     environment::kErrorPendingFile, environment::kCancelledPendingFile,
 };
 
+// What each list but the indexes says of its jobs.
+struct EndingList {
+  const char* file;
+  const char* ending;
+};
+constexpr EndingList kEndingLists[] = {
+    {environment::kCompletedFile, "Completed"}, {environment::kCompletedPendingFile, "Completed"},
+    {environment::kErrorFile, "Error"},         {environment::kErrorPendingFile, "Error"},
+    {environment::kCancelledFile, "Cancelled"}, {environment::kCancelledPendingFile, "Cancelled"},
+};
+
 class BoardMaker {
  public:
   void add_list(const std::string& file, std::string_view text) {
@@ -23,6 +37,15 @@ class BoardMaker {
       ++number;
       if (!line.empty()) add_line(file, number, line);
     }
+  }
+
+  void add_folders(const std::vector<std::string>& folders) {
+    std::set<std::string> left(folders.begin(), folders.end());
+    for (BoardJob& job : board_.jobs)
+      job.has_folder = left.contains(job.job);
+    for (const BoardJob& job : board_.jobs)
+      left.erase(job.job);
+    board_.abandoned.assign(left.begin(), left.end());
   }
 
   Board take() { return std::move(board_); }
@@ -52,7 +75,8 @@ class BoardMaker {
                            base::from_date_serial(values.start),
                            base::from_date_serial(values.creation),
                            {},
-                           std::string(line)});
+                           std::string(line),
+                           false});
   }
 
   Board board_;
@@ -61,10 +85,25 @@ class BoardMaker {
 
 }  // namespace
 
+std::string BoardJob::ending() const {
+  for (const EndingList& each : kEndingLists) {
+    if (std::find(lists.begin(), lists.end(), each.file) != lists.end()) return each.ending;
+  }
+  return {};
+}
+
+std::vector<BoardJob> unprocessed_jobs(const Board& board) {
+  std::vector<BoardJob> found;
+  std::copy_if(board.jobs.begin(), board.jobs.end(), std::back_inserter(found),
+               [](const BoardJob& job) { return job.has_folder && !job.ending().empty(); });
+  return found;
+}
+
 Board JobBoard::read() const {
   BoardMaker maker;
   for (const char* file : kBoardFiles)
     maker.add_list(file, scheduler_.read_or_empty(file));
+  maker.add_folders(scheduler_.job_folders());
   return maker.take();
 }
 

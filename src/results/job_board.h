@@ -21,6 +21,10 @@ struct BoardJob {
   std::optional<base::LocalTime> created;
   std::vector<std::string> lists;  // file names ("index.sch"), in the order in which they are read
   std::string line;                // as it stands in the first of them
+  bool has_folder = false;         // its files are there
+
+  // "Completed", "Error" or "Cancelled", as its lists say; "" when it has not ended.
+  std::string ending() const;
 };
 
 // A line that is no index line.
@@ -34,15 +38,21 @@ struct BoardProblem {
 struct Board {
   std::vector<BoardJob> jobs;  // in the order in which they are met: indexes, result lists, pending lists
   std::vector<BoardProblem> problems;
+  std::vector<std::string> abandoned;  // job folders that no list names, by name, in alphabetical order
 };
 
-// Job indexes, result lists and pending lists side by side, for people.
+// Those that have ended and whose files are still there: nobody has taken over what came of them.
+std::vector<BoardJob> unprocessed_jobs(const Board& board);
+
+// Job indexes, result lists, pending lists and job folders side by side, for people.
 class JobBoard {
  public:
   explicit JobBoard(const jobs::SchedulerFiles& scheduler) : scheduler_(scheduler) {}
 
   // A missing list is empty; Fault when one cannot be read.
   Board read() const;
+
+  const jobs::SchedulerFiles& scheduler() const { return scheduler_; }
 
  private:
   const jobs::SchedulerFiles& scheduler_;

@@ -20,9 +20,11 @@ constexpr std::array<std::pair<const char*, const char*>, 3> kLists{
      {environment::kErrorFile, environment::kErrorPendingFile},
      {environment::kCancelledFile, environment::kCancelledPendingFile}}};
 
-// Lines of a script's header before the dial-up connection, and behind it.
-constexpr std::size_t kJobLines = 8;
-constexpr std::size_t kAccessLines = 3;
+// A script's header, by the place of its lines: before the dial-up connection, and behind it. The description
+// may be anything.
+constexpr std::array<const char*, 8> kJobKeys{"SITENAME=",  "SITEID=",   "QVRID=",    "",
+                                              "STARTDATE=", "STOPDATE=", "INTERVAL=", "PERIOD="};
+constexpr std::array<const char*, 3> kAccessKeys{"FTPIPADDRESS=", "FTPUSER=", "FTPPASSWORD="};
 
 std::string_view right(std::string_view text, std::size_t count) {
   return text.substr(text.size() - std::min(count, text.size()));
@@ -111,6 +113,7 @@ void JobResults::Process_Script(const std::string& script_name) {
 
 void JobResults::Parse_Script() {
   trap_("Parse_Script", [&] {
+    MissingDownloads.clear();
     const std::size_t commands = end_of_header();
     ui_.pump_events();
     for (std::size_t item = commands; item < ScriptLines.size(); ++item) {
@@ -119,25 +122,26 @@ void JobResults::Parse_Script() {
   });
 }
 
-// The header is known by the place of its lines; nobody needs its values here.
+// Nobody needs the header's values here, but its lines have to be there.
 std::size_t JobResults::end_of_header() const {
-  const bool dial_up = script_line(kJobLines).starts_with("RAS=");
-  const std::size_t end = kJobLines + (dial_up ? 1 : 0) + kAccessLines;
-  script_line(end - 1);
-  return end;
+  std::size_t item = 0;
+  for (const char* key : kJobKeys)
+    need_header_line(item++, key);
+  if (item < ScriptLines.size() && ScriptLines[item].starts_with("RAS=")) ++item;
+  for (const char* key : kAccessKeys)
+    need_header_line(item++, key);
+  return item;
 }
 
-const std::string& JobResults::script_line(std::size_t item) const {
-  if (item < ScriptLines.size()) return ScriptLines[item];
+void JobResults::need_header_line(std::size_t item, const std::string& key) const {
+  if (item < ScriptLines.size() && ScriptLines[item].starts_with(key)) return;
   throw base::Fault(base::kSubscriptOutOfRange,
-                    "The job's script ends at line " + std::to_string(ScriptLines.size()) +
-                        ", inside its header. The downloaded files stay in the job's folder.");
+                    "The job's script has no " + (key.empty() ? "description" : key) + " in line " +
+                        std::to_string(item + 1) + ". The downloaded files stay in the job's folder.");
 }
 
 void JobResults::take_download(const std::string& local_path) {
-  if (is_message(local_path) && !is_message_index(local_path)) {
-    ReceivedPartition = partition_of_message(local_path);
-  }
+  if (!files_.file_exists(local_path)) return MissingDownloads.push_back(local_path);
   const auto decoder = std::find_if(decoders_.begin(), decoders_.end(),
                                     [&](const DownloadDecoder& each) { return each.recognises(local_path); });
   if (decoder != decoders_.end()) decoder->decode(local_path);

@@ -59,7 +59,8 @@ class JobResults {
   // `script_name` is the job's name and ".scr".
   void Process_Script(const std::string& script_name);
 
-  // Walks the script lines that Process_Script read and hands each download to its decoder.
+  // Walks the script lines that Process_Script read and hands each download to its decoder; one that is not
+  // in the job's folder is entered in `MissingDownloads` instead.
   void Parse_Script();
 
   // "FTPGET", "FTPPUT" or "FTPACCT", the first of them that stands anywhere in the line; otherwise "".
@@ -76,12 +77,13 @@ class JobResults {
   // with its line end; a missing list is empty. The caller writes it back with ReWrite_File.
   void RemoveJobFromList(const std::string& list_file, const std::string& current, std::string& collected);
 
-  std::vector<std::string> ScriptLines;  // without their ";" and line end
-  std::string ReceivedPartition;         // partition of the message file that was met last
+  std::vector<std::string> ScriptLines;       // without their ";" and line end
+  std::string ReceivedPartition;              // partition of the message file that was met last
+  std::vector<std::string> MissingDownloads;  // local paths, of the script that was parsed last
 
  private:
   std::size_t end_of_header() const;
-  const std::string& script_line(std::size_t item) const;
+  void need_header_line(std::size_t item, const std::string& key) const;
   void take_download(const std::string& local_path);
   std::string current_job() const;
   void delete_folder(const std::string& folder);

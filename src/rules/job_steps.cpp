@@ -6,6 +6,7 @@
 #include "base/date_serial.h"
 #include "base/fault.h"
 #include "base/number.h"
+#include "base/text.h"
 #include "environment/names.h"
 #include "jobs/job_log.h"
 #include "siterules/device_address.h"
@@ -65,6 +66,11 @@ void require_listed(BusinessRules& rules, const link::SchedulerLink& link) {
       "Job not listed",
       "index.sch does not hold the job, so the scheduler would never run it. The site's name, "
       "identifier and connection must not contain \";\" or \"^\", and the disk must not be full.");
+}
+
+std::string site_lines(const std::string& site_name, const std::string& user_site_id) {
+  const std::string line_end(base::kCrLf);
+  return "SiteName," + site_name + line_end + "UserSiteID," + user_site_id + line_end;
 }
 
 void log_to_job(const BusinessRulesParts& parts, const std::string& sentence) {

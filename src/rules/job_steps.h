@@ -31,6 +31,9 @@ void write_index(BusinessRules& rules, const base::Session& session, const std::
 // Fault when the index has lost the job, which would be waited for without end. Its folder is removed.
 void require_listed(BusinessRules& rules, const link::SchedulerLink& link);
 
+// The two lines that name the site in front of a file that its device made.
+std::string site_lines(const std::string& site_name, const std::string& user_site_id);
+
 // Adds a sentence to the log of the session's job.
 void log_to_job(const BusinessRulesParts& parts, const std::string& sentence);
 

@@ -1,5 +1,9 @@
 #include "session/all_partitions.h"
 
+#include <algorithm>
+#include <array>
+
+#include "base/fault.h"
 #include "rules/job_steps.h"
 #include "session/operations.h"
 
@@ -12,19 +16,60 @@ constexpr int kPartitions = 64;
 
 }  // namespace
 
+// What was not done, by kind: partitions that share a reason stand together.
+class AllPartitions::Shortcomings {
+ public:
+  enum Kind : std::size_t { kNotFetched, kNotReset, kNotInConfiguration, kNotDecoded };
+
+  void add(Kind kind, int partition, const std::string& reason) {
+    auto& reasons = by_kind_[kind];
+    auto same =
+        std::find_if(reasons.begin(), reasons.end(), [&](const auto& r) { return r.reason == reason; });
+    if (same == reasons.end()) same = reasons.insert(reasons.end(), {reason, {}});
+    same->partitions += (same->partitions.empty() ? "" : ", ") + std::to_string(partition);
+  }
+  void keep(const std::string& account) { undecoded_.push_back(account); }
+
+  const std::vector<std::string>& undecoded() const { return undecoded_; }
+
+  // A sentence a kind.
+  std::string text() const {
+    constexpr std::array<const char*, 4> kWords{
+        "Not fetched: partition ", "Fetched but not reset: partition ",
+        "Fetched but not in the configuration, so not decoded: partition ", "Fetched, but: partition "};
+    std::string text;
+    for (std::size_t kind = 0; kind < by_kind_.size(); ++kind) {
+      std::string sentence;
+      for (const Reason& each : by_kind_[kind])
+        sentence += (sentence.empty() ? kWords[kind] : "; ") + each.partitions +
+                    (each.reason.empty() ? "" : " (" + each.reason + ")");
+      if (!sentence.empty()) text += (text.empty() ? "" : " ") + sentence + ".";
+    }
+    return text;
+  }
+
+ private:
+  struct Reason {
+    std::string reason;
+    std::string partitions;
+  };
+  std::array<std::vector<Reason>, 4> by_kind_;
+  std::vector<std::string> undecoded_;  // accounts
+};
+
 void AllPartitions::ReceiveResetStat_NewQVR() {
   trap_(kProcedure, [&] {
     write();
-    Outcome outcome{.procedure = kProcedure,
-                    .completed = std::string("Completed ") + kName,
-                    .error = std::string("Error ") + kName,
-                    .cancelled = std::string("Cancelled ") + kName};
-    outcome.process = [this] {
-      save_statistics();
-      return true;
-    };
-    frame_.submit({.outcome_routine = [&] { frame_.run_outcome(outcome); }});
+    frame_.submit({.outcome_routine = [&] { process_outcome(); }});
   });
+}
+
+void AllPartitions::process_outcome() {
+  frame_.run_outcome({.procedure = kProcedure,
+                      .completed = std::string("Completed ") + kName,
+                      .error = std::string("Error ") + kName,
+                      .cancelled = std::string("Cancelled ") + kName,
+                      .process = [this] { return save_statistics(); }});
 }
 
 void AllPartitions::write() {
@@ -38,28 +83,47 @@ void AllPartitions::write() {
   if (session_.run.ImmediateRun) session_.run.SessionConfigID = "1000";
 }
 
-void AllPartitions::save_statistics() {
+Remainder AllPartitions::save_statistics() {
   statistics_.take_images();
-  std::string failed;
+  const auto found = results::findings_of(files_, session_.job.Folder);
+  if (!found) throw base::Fault(base::kFileNotFound, "The job's script is not there any more.");
+  Shortcomings shortcomings;
   for (int number = 1; number <= kPartitions; ++number) {
-    const std::string partition = std::to_string(number);
-    if (!has_arrived(partition)) continue;
-    if (statistics_.write_csv(partition, statistics_.line_file(partition),
-                              statistics_.node_file(partition))) {
-      session_.run.PartitionResults.push_back({number, session_.run.StatsResultFile});
-    } else {
-      failed += (failed.empty() ? "" : ", ") + partition;
-    }
+    if (const auto* account = found->of("part" + std::to_string(number)))
+      save_partition(number, *account, shortcomings);
   }
-  if (failed.empty() && session_.run.PartitionResults.empty()) {
-    session_.run.MissingResult = "No partition of the configuration has sent its statistics.";
+  const std::string text = shortcomings.text();
+  if (!text.empty()) {
+    statistics_.miss(text);
+  } else if (session_.run.PartitionResults.empty()) {
+    statistics_.miss("No partition of the configuration has sent its statistics.");
   }
-  if (!failed.empty()) statistics_.miss("No CSV was written for partition " + failed + ".");
+  return {.undecoded = !shortcomings.undecoded().empty(), .accounts = shortcomings.undecoded()};
 }
 
-bool AllPartitions::has_arrived(const std::string& partition) {
-  return files_.file_exists(statistics_.line_file(partition)) &&
-         files_.file_exists(statistics_.node_file(partition)) && rules_.ExistPartID(partition);
+// A partition that neither the configuration nor the device has is none.
+void AllPartitions::save_partition(int number, const results::AccountFindings& found,
+                                   Shortcomings& shortcomings) {
+  const std::string partition = std::to_string(number);
+  const bool lines = found.arrived("linestat") != nullptr;
+  const bool nodes = found.arrived("nodestat") != nullptr;
+  const bool is_known = rules_.ExistPartID(partition);
+  if (!lines && !nodes && !is_known) return;
+  if (!found.kept.empty() && (lines || nodes))
+    shortcomings.add(Shortcomings::kNotReset, number, found.reason);
+  if (!lines || !nodes) {
+    shortcomings.add(Shortcomings::kNotFetched, number, found.reason);
+  } else if (!is_known) {
+    shortcomings.add(Shortcomings::kNotInConfiguration, number, {});
+  } else {
+    const std::string lack =
+        statistics_.write_csv(partition, statistics_.line_file(partition), statistics_.node_file(partition));
+    const std::string& csv = session_.run.StatsResultFile;
+    if (!csv.empty()) session_.run.PartitionResults.push_back({number, csv});
+    if (lack.empty()) return;
+    shortcomings.add(Shortcomings::kNotDecoded, number, lack);
+  }
+  shortcomings.keep(found.account);
 }
 
 }  // namespace qvrcom::session

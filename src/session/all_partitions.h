@@ -3,6 +3,7 @@
 #include "base/session_values.h"
 #include "platform/files.h"
 #include "platform/trap.h"
+#include "results/job_findings.h"
 #include "rules/business_rules.h"
 #include "session/old_statistics.h"
 #include "session/session_frame.h"
@@ -11,7 +12,7 @@ namespace qvrcom::session {
 
 // Retrieves and resets the statistics of all partitions of the current site in one job, in the older form
 // whatever the device's firmware. Each CSV is entered in `PartitionResults`; the last one is also
-// `StatsResultFile`.
+// `StatsResultFile`. `MissingResult` names every partition that was not fetched, not reset or not decoded.
 class AllPartitions {
  public:
   AllPartitions(const rules::BusinessRulesParts& parts, SessionFrame& frame)
@@ -25,10 +26,14 @@ class AllPartitions {
   // Script, index line, session and outcome, trapped under this name.
   void ReceiveResetStat_NewQVR();
 
+  // The outcome of its job.
+  void process_outcome();
+
  private:
   void write();
-  void save_statistics();
-  bool has_arrived(const std::string& partition);
+  class Shortcomings;
+  Remainder save_statistics();
+  void save_partition(int number, const results::AccountFindings& found, Shortcomings& shortcomings);
 
   base::Session& session_;
   platform::Files& files_;

@@ -29,7 +29,7 @@ void DeviceView::Process_ViewQVR() {
   if (!session_.run.LastSite) outcome.completed = outcome.error = outcome.cancelled = {};
   outcome.process = [&] {
     take_index();
-    return true;
+    return Remainder{};
   };
   frame_.run_outcome(outcome);
 }
@@ -38,6 +38,8 @@ void DeviceView::take_index() {
   frame_.face().enable_button(false);
   frame_.show_step("Processing Data ...");
   rules_.Process_CompletedSch_File();
+  if (!rules_.MissingDownloads.empty())
+    session_.run.MissingResult = "The device's message index did not arrive.";
 }
 
 }  // namespace qvrcom::session

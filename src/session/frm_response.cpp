@@ -7,7 +7,10 @@
 
 #include "base/fault.h"
 #include "base/text.h"
+#include "results/job_findings.h"
+#include "rules/file_rescue.h"
 #include "rules/job_steps.h"
+#include "session/refusals.h"
 
 namespace qvrcom::session {
 namespace {
@@ -31,25 +34,6 @@ const Check kChecks[] = {
        }
        return rules.Version_Compactibility(site.FirmwareVersion, site.MachineType);
      }},
-};
-
-// The verdicts that stop a site. Every other one, an empty one too, lets it go on.
-struct Refusal {
-  const char* verdict;
-  const char* warning;
-  platform::Icon icon;
-};
-
-constexpr Refusal kRefusals[] = {
-    {siterules::kNoFirmwareVersion,
-     "Warning: The QVR+/RDN version is unknown. Please retrieve QVR+/RDN system information.\r\n\r\n"
-     "Administration -> System -> System Commands -> Retrieve QVR+/RDN System Information",
-     platform::Icon::kWarning},
-    {siterules::kNotCompatible,
-     "This version of software is incompatible with the QVR+/RDN firmware load. Please upgrade your software "
-     "or contact Corbelin for technical assistance. Click About on the main menu to find Corbelin's contact "
-     "information.",
-     platform::Icon::kError},
 };
 
 // Three digits, more when it has more.
@@ -108,6 +92,7 @@ void frmResponse::prepare() {
 }
 
 void frmResponse::run_operation() {
+  if (is_late_) return run_late_outcome();
   const std::string name = session_.run.CurrentOperation;
   const auto known = std::find_if(operations_.begin(), operations_.end(),
                                   [&](const Operation& operation) { return operation.name == name; });
@@ -122,6 +107,36 @@ void frmResponse::run_operation() {
   }
 }
 
+void frmResponse::run_late_outcome() {
+  const std::string name = session_.run.CurrentOperation;
+  session_.run.LastSite = true;
+  face().set_info(name);
+  const auto known = std::find_if(operations_.begin(), operations_.end(),
+                                  [&](const Operation& operation) { return operation.name == name; });
+  if (name == operation::kRetrieveResetAllStatistics) {
+    all_partitions_.process_outcome();
+  } else if (known != operations_.end() && known->outcome != nullptr) {
+    SiteOperations all{statistics_, same_log_, view_};
+    known->outcome(all);
+  } else {
+    keep_late_files();
+  }
+  end_on_screen();
+}
+
+// Whoever ordered the files does not wait for them any more: they are put where people find them.
+void frmResponse::keep_late_files() {
+  Outcome outcome = name_first("ProcessSystemCommand", session_.run.CurrentOperation);
+  outcome.process = [&] {
+    const auto found = results::findings_of(parts_.rules.files, session_.job.Folder);
+    if (!found || !found->has_files()) return Remainder{};
+    ui_.show(rules::rescue_message(parts_.rules.files,
+                                   rules::rescue_files(parts_.rules, session_.job.Name, *found)));
+    return Remainder{};
+  };
+  run_outcome(outcome);
+}
+
 // Who wrote the job removes its folder, and tells the scheduler that the session is over.
 void frmResponse::ProcessSystemCommand(const std::string& operation_name) {
   face().set_info(operation_name);
@@ -130,7 +145,7 @@ void frmResponse::ProcessSystemCommand(const std::string& operation_name) {
   outcome.keeps_folder = true;
   outcome.process = [&] {
     rules().Process_CompletedSch_File();
-    return true;
+    return Remainder{};
   };
   run_outcome(outcome);
   end_on_screen();
@@ -229,22 +244,16 @@ bool frmResponse::passes(EntryKind entry) {
   const auto check = std::find_if(std::begin(kChecks), std::end(kChecks),
                                   [&](const Check& candidate) { return candidate.entry == entry; });
   if (check == std::end(kChecks)) return true;
-  const std::string verdict = check->verdict(rules(), session_.site);
-  const auto refusal = std::find_if(std::begin(kRefusals), std::end(kRefusals),
-                                    [&](const Refusal& candidate) { return candidate.verdict == verdict; });
-  if (refusal == std::end(kRefusals)) return true;
-  refuse(refusal->warning, refusal->icon);
-  return false;
+  const auto refusal = refusal_of(check->verdict(rules(), session_.site), session_.site);
+  if (refusal) refuse(*refusal);
+  return !refusal;
 }
 
-void frmResponse::refuse(const char* warning, platform::Icon icon) {
-  const std::string line_end(base::kCrLf);
-  const std::string site =
-      "Site : " + session_.site.SiteName + line_end + "FW Version : " + session_.site.FirmwareVersion;
-  ui_.show({.text = site + line_end + warning, .title = platform::kSuiteTitle, .icon = icon});
+void frmResponse::refuse(const platform::Message& refusal) {
+  ui_.show(refusal);
   refused_ = true;
   face().set_timer(false);
-  face().set_hint(site + line_end + "Action Not Taken");
+  face().set_hint(site_block(session_.site) + std::string(base::kCrLf) + "Action Not Taken");
   face().show_hint(true);
   face().show_button(false);
 }

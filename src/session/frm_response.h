@@ -57,6 +57,10 @@ class frmResponse : public SessionFrame {
   // Done once, when the first activation has done its part.
   void when_activated(std::function<void()> routine) { when_activated_ = std::move(routine); }
 
+  // The activation runs no operation but the outcome routine of the session's job, which ended while no
+  // dialog waited for it.
+  void expect_late_outcome() { is_late_ = true; }
+
   // The next job suffix: "001" to "099", "100" and above as they are. Fault "Overflow" beyond 32767.
   std::string NextSequenceText();
 
@@ -72,6 +76,8 @@ class frmResponse : public SessionFrame {
  private:
   void prepare();
   void run_operation();
+  void run_late_outcome();
+  void keep_late_files();
   void view_site(const Operation& operation, const std::string& site);
   void run_sites(const Operation& operation, const std::string& operation_name);
   void run_site(const Operation& operation, const std::string& operation_name);
@@ -80,7 +86,7 @@ class frmResponse : public SessionFrame {
   void run_routine(const Operation& operation);
   bool passes(EntryKind entry);
   bool is_new_kind();
-  void refuse(const char* warning, platform::Icon icon);
+  void refuse(const platform::Message& refusal);
   void end_on_screen();
 
   SessionParts parts_;

@@ -53,12 +53,16 @@ bool OldStatistics::has_delivered(const std::string& partition) const {
                                           [&](const std::string& each) { return number_of(each) == wanted; });
 }
 
-bool OldStatistics::write_csv(const std::string& partition, const std::string& line_stat_file,
-                              const std::string& node_stat_file) {
+std::string OldStatistics::write_csv(const std::string& partition, const std::string& line_stat_file,
+                                     const std::string& node_stat_file) {
   session_.run.StatsResultFile.clear();
-  rules_.Process_PartStats_binary(session_.run.SessionConfigID, partition, line_stat_file, node_stat_file);
-  rules_.Process_Write_CSV(session_.run.SessionConfigID, partition);
-  return !session_.run.StatsResultFile.empty();
+  const std::string& configuration = session_.run.SessionConfigID;
+  const images::StatisticsAnswers read =
+      rules_.Process_PartStats_binary(configuration, partition, line_stat_file, node_stat_file);
+  if (read.lines || read.nodes) rules_.Process_Write_CSV(configuration, partition);
+  if (session_.run.StatsResultFile.empty()) return "has no CSV";
+  if (!read.lines) return "has no line statistics, which could not be read";
+  return read.nodes ? "" : "has no node statistics, which could not be read";
 }
 
 void OldStatistics::miss(const std::string& reason) {

@@ -32,9 +32,11 @@ class OldStatistics {
   // Whether the image of this partition was among them, compared as numbers.
   bool has_delivered(const std::string& partition) const;
 
-  // Decodes the two files and writes the CSV, whatever the decoding said. False when there is no CSV.
-  bool write_csv(const std::string& partition, const std::string& line_stat_file,
-                 const std::string& node_stat_file);
+  // Decodes the two files and writes the CSV of what could be decoded. Answers with what is missing in it, as
+  // the end of a sentence about the partition ("has no line statistics"), or "". Without a CSV
+  // StatsResultFile is "".
+  std::string write_csv(const std::string& partition, const std::string& line_stat_file,
+                        const std::string& node_stat_file);
 
   // Keeps the reason why there is no result for whoever asked, and in the job's log.
   void miss(const std::string& reason);

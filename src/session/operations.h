@@ -35,6 +35,8 @@ struct Operation {
   std::string_view name;
   EntryKind entry;
   void (*per_site)(SiteOperations&) = [](SiteOperations&) {};
+  void (*outcome)(SiteOperations&) = nullptr;  // of a job that ended while no dialog waited, where its files
+                                               // still serve the one who ordered them
 };
 
 std::span<const Operation> operations();

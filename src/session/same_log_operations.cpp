@@ -29,15 +29,17 @@ std::string moment_text(base::LocalTime moment) {
 
 void SameLogOperations::RetrieveSAME_Log() {
   trap_("RetrieveSAME_Log", [&] {
-    const std::string local_file = session_.job.Folder + "\\" + kFile;
-    write(local_file);
-    frame_.submit({.outcome_routine =
-                       [&] {
-                         ProcessRetrieveSameLog_NewQVR(local_file, session_.site.SiteName,
-                                                       session_.site.UserSiteID);
-                       },
-                   .step = "Retrieving SAME Log"});
+    write(local_file());
+    frame_.submit({.outcome_routine = [&] { process_outcome(); }, .step = "Retrieving SAME Log"});
   });
+}
+
+void SameLogOperations::process_outcome() {
+  ProcessRetrieveSameLog_NewQVR(local_file(), session_.site.SiteName, session_.site.UserSiteID);
+}
+
+std::string SameLogOperations::local_file() const {
+  return session_.job.Folder + "\\" + kFile;
 }
 
 void SameLogOperations::write(const std::string& local_file) {
@@ -54,7 +56,7 @@ void SameLogOperations::ProcessRetrieveSameLog_NewQVR(const std::string& local_f
   Outcome outcome = SessionFrame::name_first("ProcessRetrieveSameLog_NewQVR", operation::kRetrieveSameLog);
   outcome.process = [&] {
     file_log(local_file, site_name, user_site_id);
-    return true;
+    return Remainder{};
   };
   frame_.run_outcome(outcome);
 }
@@ -64,9 +66,7 @@ void SameLogOperations::file_log(const std::string& local_file, const std::strin
   frame_.face().enable_button(false);
   frame_.face().show_hint(false);
   frame_.show_step("Processing Data ...");
-  const std::string line_end(base::kCrLf);
-  const std::string text = "SiteName," + site_name + line_end + "UserSiteID," + user_site_id + line_end +
-                           parts_.files.read(local_file);
+  const std::string text = rules::site_lines(site_name, user_site_id) + parts_.files.read(local_file);
   const std::string path = parts_.folders.GetSAMELogsFolder() + name_for(local_file);
   parts_.files.replace(path, text);
   session_.run.SameLogFile = path;

@@ -18,6 +18,9 @@ class SameLogOperations {
 
   void RetrieveSAME_Log();
 
+  // The outcome of the session's job, which another run wrote.
+  void process_outcome();
+
   // The outcome of its job. `SameLogFile` names the filed log.
   void ProcessRetrieveSameLog_NewQVR(const std::string& local_file, const std::string& site_name,
                                      const std::string& user_site_id);
@@ -25,6 +28,7 @@ class SameLogOperations {
  private:
   void write(const std::string& local_file);
   void file_log(const std::string& local_file, const std::string& site_name, const std::string& user_site_id);
+  std::string local_file() const;
   std::string name_for(const std::string& local_file) const;
 
   rules::BusinessRulesParts parts_;

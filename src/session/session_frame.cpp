@@ -4,6 +4,8 @@
 #include <iterator>
 
 #include "environment/names.h"
+#include "results/job_findings.h"
+#include "rules/file_rescue.h"
 #include "rules/job_steps.h"
 #include "session/scheduler_watch.h"
 
@@ -31,7 +33,13 @@ const SessionFrame::Ending SessionFrame::kEndings[3] = {
 
 SessionFrame::SessionFrame(const rules::BusinessRulesParts& parts, link::SchedulerLink& link,
                            SessionView& view)
-    : session_(parts.session), ui_(parts.ui), rules_(parts), link_(link), face_(view), trap_(parts.ui) {}
+    : parts_(parts),
+      session_(parts.session),
+      ui_(parts.ui),
+      rules_(parts),
+      link_(link),
+      face_(view),
+      trap_(parts.ui) {}
 
 void SessionFrame::show_step(const std::string& text) {
   face_.set_info(text);
@@ -86,7 +94,8 @@ void SessionFrame::WaitForScheduler() {
 void SessionFrame::run_outcome(const Outcome& outcome) {
   trap_(outcome.procedure, [&] {
     rules_.Copy_Items_From_Scheduler_to_BeProcessed();
-    link_.NotifyScheduler(link::SchedulerRequest::kResultsTaken);
+    if (!is_late_ || link_.scheduler_window_stands())
+      link_.NotifyScheduler(link::SchedulerRequest::kResultsTaken);
     const auto ending = std::find_if(std::begin(kEndings), std::end(kEndings), [&](const Ending& candidate) {
       return candidate.status == session_.run.SessionStatus;
     });
@@ -97,19 +106,33 @@ void SessionFrame::run_outcome(const Outcome& outcome) {
     }
     rules_.Remove_Index_Line(environment::kIndexFile, session_.job.JobId);
   });
+  if (!session_.run.SessionStatus.empty()) rules_.clear_password(session_.job.Folder);
 }
 
 void SessionFrame::finish(const Ending& ending, const Outcome& outcome) {
-  bool done = true;
+  Remainder remainder{.undecoded = true};
   if (ending.message == nullptr) {
-    done = outcome.process();
+    remainder = outcome.process();
   } else {
     ui_.show({.text = ending.message, .title = ending.title, .icon = ending.icon});
   }
-  if (done) forget(ending);
+  const bool is_safe = !remainder.undecoded || bring_to_safety(remainder);
+  const bool is_over = is_safe && !remainder.keeps_job;
+  if (is_over) forget(ending);
   const std::string& status_line = outcome.*ending.status_line;
   if (!status_line.empty()) face_.set_info(status_line);
-  if (done && !outcome.keeps_folder) rules_.Remove_Folder();
+  if (is_over && !outcome.keeps_folder) rules_.Remove_Folder();
+}
+
+// False when it failed, which has been reported.
+bool SessionFrame::bring_to_safety(const Remainder& remainder) {
+  return trap_("Rescue", [&] {
+    const auto found = results::findings_of(parts_.files, session_.job.Folder);
+    if (!found || !found->has_deleted) return true;
+    const rules::Rescue rescue = rules::rescue_files(parts_, session_.job.Name, *found, remainder.accounts);
+    if (!rescue.folder.empty()) ui_.show(rules::rescue_message(parts_.files, rescue));
+    return true;
+  });
 }
 
 void SessionFrame::forget(const Ending& ending) {

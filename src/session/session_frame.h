@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "link/scheduler_link.h"
 #include "platform/trap.h"
@@ -12,6 +13,13 @@
 
 namespace qvrcom::session {
 
+// What is left of a completed job once its files have been processed.
+struct Remainder {
+  bool keeps_job = false;                  // its folder and its pending line: nothing has come of its files
+  bool undecoded = false;                  // something arrived that could not be made use of
+  std::vector<std::string> accounts = {};  // whose; all when it is empty
+};
+
 // How one operation ends: what differs in the frame that all outcome routines share.
 struct Outcome {
   std::string procedure;  // name of the outcome routine, for its trap
@@ -19,8 +27,7 @@ struct Outcome {
   std::string error;
   std::string cancelled;
 
-  // Only after "Completed": whether the job is done with. Otherwise its folder and its pending line stay.
-  std::function<bool()> process = [] { return true; };
+  std::function<Remainder()> process = [] { return Remainder{}; };  // only after "Completed"
   bool keeps_folder = false;  // whatever happens: somebody else removes it
 };
 
@@ -53,7 +60,9 @@ class SessionFrame {
 
   void WaitForScheduler();
 
-  // The outcome frame, trapped under the outcome's name.
+  // The outcome frame, trapped under the outcome's name. What the job has deleted on its device and could not
+  // make use of is brought to safety before its folder goes, and a box says where it is; while that fails the
+  // job stays.
   void run_outcome(const Outcome& outcome);
 
   // Status lines that begin with the operation's name.
@@ -65,6 +74,9 @@ class SessionFrame {
   DialogFace& face() { return face_; }
   rules::BusinessRules& rules() { return rules_; }
 
+ protected:
+  bool is_late_ = false;  // nobody waited for the job: a scheduler that has gone is not started for it
+
  private:
   struct Ending;
   static const Ending kEndings[3];
@@ -72,8 +84,10 @@ class SessionFrame {
   void run_later();
   void post_and_wait(bool quiet);
   void finish(const Ending& ending, const Outcome& outcome);
+  bool bring_to_safety(const Remainder& remainder);
   void forget(const Ending& ending);
 
+  rules::BusinessRulesParts parts_;
   base::Session& session_;
   platform::UserInterface& ui_;
   rules::BusinessRules rules_;

@@ -21,6 +21,9 @@ class SessionGate {
   // The hold, to be kept until the session dialog has gone; null when another program keeps the lock.
   std::unique_ptr<platform::SessionLockHold> enter();
 
+  // The same without asking or telling anybody; null when another program has the session.
+  std::unique_ptr<platform::SessionLockHold> try_enter() const { return lock_.try_acquire().hold; }
+
  private:
   platform::SessionLock& lock_;
   WhenBusy when_busy_;

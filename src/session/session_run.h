@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "link/session_screen.h"
 #include "session/frm_response.h"
 
@@ -11,8 +13,11 @@ class SessionRun : public link::SessionScreen {
   SessionRun(const SessionParts& parts, SessionWindows& windows) : parts_(parts), windows_(windows) {}
 
   void show_modal() override;
+  void show_late_outcome() override;
 
  private:
+  void show(const std::function<void(frmResponse&)>& prepare);
+
   SessionParts parts_;
   SessionWindows& windows_;
 };

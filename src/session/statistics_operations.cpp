@@ -3,6 +3,7 @@
 #include "base/fault.h"
 #include "base/text.h"
 #include "environment/names.h"
+#include "results/job_findings.h"
 #include "rules/job_steps.h"
 #include "session/operations.h"
 
@@ -14,14 +15,26 @@ struct StatisticsOperations::Job {
   const char* procedure;
   bool fetches;
   bool clears;
+  NewOutcome new_outcome = nullptr;  // of a retrieval, for the two forms
+  OldOutcome old_outcome = nullptr;
 };
 
-const StatisticsOperations::Job StatisticsOperations::kRetrieve{operation::kRetrieveStatistics,
-                                                                "ReceiveStatSinPart_NewQVR", true, false};
+const StatisticsOperations::Job StatisticsOperations::kRetrieve{
+    operation::kRetrieveStatistics,
+    "ReceiveStatSinPart_NewQVR",
+    true,
+    false,
+    &StatisticsOperations::ProcessReceiveStatSinPart_NewQVR_NewStats,
+    &StatisticsOperations::ProcessReceiveStatSinPart_NewQVR_OldStats};
 const StatisticsOperations::Job StatisticsOperations::kReset{operation::kResetStatistics,
                                                              "ResetStatSinPart_NewQVR", false, true};
 const StatisticsOperations::Job StatisticsOperations::kRetrieveReset{
-    operation::kRetrieveResetStatistics, "ReceiveResetStatSinPart_NewQVR", true, true};
+    operation::kRetrieveResetStatistics,
+    "ReceiveResetStatSinPart_NewQVR",
+    true,
+    true,
+    &StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_NewStats,
+    &StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_OldStats};
 
 StatisticsOperations::StatisticsOperations(const rules::BusinessRulesParts& parts, SessionFrame& frame)
     : session_(parts.session),
@@ -33,13 +46,11 @@ StatisticsOperations::StatisticsOperations(const rules::BusinessRulesParts& part
       trap_(parts.ui) {}
 
 void StatisticsOperations::ReceiveStatSinPart_NewQVR() {
-  retrieve(kRetrieve, &StatisticsOperations::ProcessReceiveStatSinPart_NewQVR_NewStats,
-           &StatisticsOperations::ProcessReceiveStatSinPart_NewQVR_OldStats);
+  retrieve(kRetrieve);
 }
 
 void StatisticsOperations::ReceiveResetStatSinPart_NewQVR() {
-  retrieve(kRetrieveReset, &StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_NewStats,
-           &StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_OldStats);
+  retrieve(kRetrieveReset);
 }
 
 void StatisticsOperations::ResetStatSinPart_NewQVR() {
@@ -49,18 +60,30 @@ void StatisticsOperations::ResetStatSinPart_NewQVR() {
   });
 }
 
-void StatisticsOperations::retrieve(const Job& job, NewOutcome new_outcome, OldOutcome old_outcome) {
+void StatisticsOperations::retrieve(const Job& job) {
   trap_(job.procedure, [&] {
     const std::string statistics = generation();
     write(job, statistics);
-    frame_.submit({.outcome_routine = [&] {
-      if (statistics == environment::kOldStats) {
-        (this->*old_outcome)(old_.line_file(partition()), old_.node_file(partition()));
-      } else {
-        (this->*new_outcome)(session_.site.SiteName, session_.site.UserSiteID);
-      }
-    }});
+    frame_.submit({.outcome_routine = [&] { run_outcome(job, statistics == environment::kOldStats); }});
   });
+}
+
+void StatisticsOperations::run_outcome(const Job& job, bool is_old_form) {
+  if (is_old_form) {
+    (this->*job.old_outcome)(old_.line_file(partition()), old_.node_file(partition()));
+  } else {
+    (this->*job.new_outcome)(session_.site.SiteName, session_.site.UserSiteID);
+  }
+}
+
+void StatisticsOperations::process_outcome(std::string_view operation) {
+  if (operation == kReset.operation) return ProcessResetStatSinPart_NewQVR();
+  const Job& job = operation == kRetrieve.operation ? kRetrieve : kRetrieveReset;
+  const auto found = results::findings_of(files_, session_.job.Folder);
+  const auto* account = found ? found->of("part" + partition()) : nullptr;
+  const bool is_new_form =
+      account == nullptr || account->fetches.empty() || account->fetches.front().remote == "allstats.csv";
+  run_outcome(job, !is_new_form);
 }
 
 void StatisticsOperations::write(const Job& job, const std::string& statistics) {
@@ -147,7 +170,7 @@ void StatisticsOperations::run_new_outcome(const Job& job, const char* procedure
   Outcome outcome = outcome_of(job, procedure, kRetrieve.operation);
   outcome.process = [&] {
     save_statistics(site_name, user_site_id);
-    return true;
+    return Remainder{};
   };
   frame_.run_outcome(outcome);
 }
@@ -165,9 +188,7 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
   frame_.face().enable_button(false);
   frame_.face().show_hint(true);
   frame_.show_step("Processing Data ...");
-  const std::string line_end(base::kCrLf);
-  const std::string text = "SiteName," + site_name + line_end + "UserSiteID," + user_site_id + line_end +
-                           files_.read(downloaded_file());
+  const std::string text = rules::site_lines(site_name, user_site_id) + files_.read(downloaded_file());
   const std::string path = rules_.Get_Stats_FileName(session_.site.SiteID, dbase_);
   if (path.empty()) {
     throw base::Fault(base::kPathNotFound,
@@ -179,9 +200,8 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
   session_.run.StatsResultFile = path;
 }
 
-// False leaves the job's files where they are: nothing has been decoded from them.
-bool StatisticsOperations::decode_statistics(const std::string& line_stat_file,
-                                             const std::string& node_stat_file) {
+Remainder StatisticsOperations::decode_statistics(const std::string& line_stat_file,
+                                                  const std::string& node_stat_file) {
   old_.take_images();
   const std::string& wanted = session_.run.PartitionID;
   if (!old_.has_delivered(wanted)) {
@@ -189,11 +209,11 @@ bool StatisticsOperations::decode_statistics(const std::string& line_stat_file,
               " is not in the configuration, or its image could not be read, so its statistics were not "
               "decoded. What the device sent is kept in " +
               files_.native(session_.job.Folder) + ".");
-    return false;
+    return {.keeps_job = true, .undecoded = true};
   }
-  if (!old_.write_csv(wanted, line_stat_file, node_stat_file))
-    old_.miss("No CSV was written for partition " + partition() + ".");
-  return true;
+  const std::string lack = old_.write_csv(wanted, line_stat_file, node_stat_file);
+  if (!lack.empty()) old_.miss("Partition " + partition() + " " + lack + ".");
+  return {.undecoded = !lack.empty()};
 }
 
 }  // namespace qvrcom::session

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "base/session_values.h"
 #include "platform/files.h"
@@ -22,6 +23,9 @@ class StatisticsOperations {
   void ResetStatSinPart_NewQVR();
   void ReceiveResetStatSinPart_NewQVR();
 
+  // The outcome routine of the session's job, which another run wrote; `operation` is one of the three names.
+  void process_outcome(std::string_view operation);
+
   // The outcome of a job that was submitted.
   void ProcessReceiveStatSinPart_NewQVR_NewStats(const std::string& site_name,
                                                  const std::string& user_site_id);
@@ -34,18 +38,17 @@ class StatisticsOperations {
   void ProcessResetStatSinPart_NewQVR();
 
  private:
+  using NewOutcome = void (StatisticsOperations::*)(const std::string& site_name,
+                                                    const std::string& user_site_id);
+  using OldOutcome = void (StatisticsOperations::*)(const std::string& line_stat_file,
+                                                    const std::string& node_stat_file);
   struct Job;
   static const Job kRetrieve;
   static const Job kReset;
   static const Job kRetrieveReset;
 
-  // What a retrieval does for the two forms.
-  using NewOutcome = void (StatisticsOperations::*)(const std::string& site_name,
-                                                    const std::string& user_site_id);
-  using OldOutcome = void (StatisticsOperations::*)(const std::string& line_stat_file,
-                                                    const std::string& node_stat_file);
-
-  void retrieve(const Job& job, NewOutcome new_outcome, OldOutcome old_outcome);
+  void retrieve(const Job& job);
+  void run_outcome(const Job& job, bool is_old_form);
   void write(const Job& job, const std::string& statistics);
   void write_new_form(const Job& job);
   void write_old_form(const Job& job);
@@ -56,7 +59,7 @@ class StatisticsOperations {
   void run_old_outcome(const Job& job, const char* procedure, const std::string& line_stat_file,
                        const std::string& node_stat_file);
   void save_statistics(const std::string& site_name, const std::string& user_site_id);
-  bool decode_statistics(const std::string& line_stat_file, const std::string& node_stat_file);
+  Remainder decode_statistics(const std::string& line_stat_file, const std::string& node_stat_file);
   std::string partition() const;
   std::string downloaded_file() const;
 

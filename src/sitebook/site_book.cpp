@@ -1,6 +1,7 @@
 #include "sitebook/site_book.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <string>
 #include <utility>
@@ -158,6 +159,21 @@ void SiteBook::edit(const SiteRecord& site) {
     values.push_back(key_of(site.site_id));
     connection_.database().run("UPDATE Site SET " + assignments() + " WHERE SiteID = :SiteID", values);
   });
+}
+
+base::Field SiteBook::store_firmware(std::int32_t site_id, const std::string& version) {
+  base::Field before;
+  platform::Database& database = connection_.database();
+  database.transaction([&] {
+    need_site(database, site_id);
+    const platform::NamedValue key = key_of(site_id);
+    before = database.run("SELECT FirmwareVersion FROM Site WHERE SiteID = :SiteID",
+                          {&key, 1})[0]["FirmwareVersion"];
+    if (before == version) return;
+    const std::array<platform::NamedValue, 2> values{key, {"FirmwareVersion", version}};
+    database.run("UPDATE Site SET FirmwareVersion = :FirmwareVersion WHERE SiteID = :SiteID", values);
+  });
+  return before;
 }
 
 void SiteBook::remove(std::int32_t site_id) {

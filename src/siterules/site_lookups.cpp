@@ -30,7 +30,7 @@ constexpr Copied kCopied[] = {
     {SiteConnection::kNumberToDial, &base::SiteValues::NumberToDial, false},
     {SiteConnection::kDeviceGeneration, &base::SiteValues::DeviceGeneration, true},
     {SiteConnection::kFirmwareVersion, &base::SiteValues::FirmwareVersion, true},
-    {SiteConnection::kMachineType, &base::SiteValues::MachineType, true},
+    {SiteConnection::kMachineType, &base::SiteValues::MachineType, false},  // another site may be of another
 };
 
 const SiteConnection* find_site(const std::vector<SiteConnection>& table, const std::string& device_id) {

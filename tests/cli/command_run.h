@@ -40,6 +40,7 @@ struct FakeScreen : link::SessionScreen {
     suite->session.run.PartitionResults = {{1, "\\stats\\P1.csv"}, {8, "\\stats\\P8.csv"}};
     suite->session.received.MessageNumbers = {"001", "\x1b[31m", ""};  // the last is the spare one
   }
+  void show_late_outcome() override {}
   programs::Suite* suite = nullptr;
   std::string failing_partition = "none";
   std::vector<std::string> shown;

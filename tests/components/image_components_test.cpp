@@ -99,6 +99,21 @@ TEST_F(ImageComponentsTest, StatisticsTakeThePlaceOfThoseBefore) {
   EXPECT_EQ(value("SELECT CountedUntil FROM Stats_VOX_Selection_Counts"), "2026-11-16 12:10:05");
 }
 
+TEST_F(ImageComponentsTest, ABadFileOfStatisticsTakesTheOldRowsAlong) {
+  const auto decode_good = [&] {
+    decode_lines(sample("line_statistics/whole"));
+    decode_nodes(sample("node_statistics/whole"));
+  };
+  const std::string foreign = saved("linestatP3.dat", std::string(28, '\1'));
+  decode_good();
+  decode_lines(foreign);
+  EXPECT_THAT(write_csv(), StartsWith("OK"));
+  const std::string half = files.read(folders.GetStatsFolder({}) + "Stats1.csv");
+  EXPECT_THAT(half, testing::AllOf(HasSubstr("Node,Name,Accesses"), testing::Not(HasSubstr("Line,Calls"))));
+  decode_nodes(foreign);
+  EXPECT_THAT(write_csv(), HasSubstr("There are no statistics"));
+}
+
 TEST_F(ImageComponentsTest, ABadFileIsAMessageAndChangesNothing) {
   decode_lines(sample("line_statistics/whole"));
   decode_nodes(sample("node_statistics/whole"));
@@ -118,6 +133,8 @@ TEST_F(ImageComponentsTest, ABadFileIsAMessageAndChangesNothing) {
   EXPECT_THAT(call("QVRBIN7_2.Sys", "DecodeSystemImage", {"1", sample("partition_image/whole")}),
               HasSubstr("Not a system image"));
 
+  decode_lines(sample("line_statistics/whole"));
+  decode_nodes(sample("node_statistics/whole"));
   query("DROP TABLE Stats_Detail_VOX");
   query("UPDATE Stats_Node_Access SET Accesses = 1");
   EXPECT_THAT(decode_nodes(sample("node_statistics/whole")), HasSubstr("Stats_Detail_VOX"));

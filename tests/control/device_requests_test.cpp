@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "control/all_partitions_request.h"
+#include "control/job_upkeep.h"
+#include "control/late_results_request.h"
 #include "control/memory_lock.h"
 #include "control/same_log_request.h"
 #include "control/statistics_request.h"
@@ -54,7 +56,9 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
   session::SessionRun screen{run.parts(), run};
   session::SessionGate gate{lock, run.ui};
   environment::DataBase database{run.engine, run.folders};
-  SessionRequestParts parts{run.parts().rules, database, gate, screen, run.link};
+  environment::DatabaseConnection connection{run.engine, run.folders};
+  sitebook::SiteBook sites{connection};
+  SessionRequestParts parts{run.parts().rules, database, gate, screen, run.link, sites};
   sitebook::SiteRecord record;
   SystemOrder order;
   std::map<std::string, std::string> device;  // by local name
@@ -75,8 +79,11 @@ TEST_F(DeviceRequests, CopyTheLogOutAndRemoveTheFolder) {
 
   order.save_log_as = "C:\\no folder\\saved.log";  // the device has none any more: what came stays
   EXPECT_EQ(command(operation::kGetAndResetLog).result, RequestResult::kNotDone);
-  EXPECT_THAT(run.ui.texts(), ElementsAre("Error_Handler: SystemRequest\r\nPath not found"));
-  EXPECT_EQ(run.left_behind().size(), 1U);
+  EXPECT_THAT(run.ui.texts(), ElementsAre(StartsWith("What the device sent is kept in "),
+                                          "Error_Handler: SystemRequest\r\nPath not found"));
+  EXPECT_THAT(run.left_behind(), IsEmpty());
+  EXPECT_EQ(run.files.content[run.folders.GetRescuedFolder() + run.session.job.Name + "\\log"],
+            device["log"]);
 }
 
 TEST_F(DeviceRequests, ReadWhatTheDeviceTells) {
@@ -125,6 +132,11 @@ TEST_F(DeviceRequests, RefuseBeforeAnythingIsSent) {
              "No session is started: the file C:\\empty is empty."},
         Case{"name", [](DeviceRequests& t) { t.record.name = "A;B"; },
              "No session is started for this site."},
+        Case{"no address", [](DeviceRequests& t) { t.record.lan = ""; },
+             "No session is started for this site: it has no LAN address."},
+        Case{"direct without address",
+             [](DeviceRequests& t) { t.record.method = "2", t.record.lan = std::nullopt; },
+             "No session is started for this site: it has no LAN address."},
         Case{"card", [](DeviceRequests& t) { t.record.card_type = "OLD"; },
              "Haven't Implemented the communication to Old QVR"}}) {
     SCOPED_TRACE(each.what);
@@ -135,12 +147,16 @@ TEST_F(DeviceRequests, RefuseBeforeAnythingIsSent) {
     EXPECT_THAT(run.ui.texts(), ElementsAre(StartsWith(each.text)));
     EXPECT_EQ(run.requests(), "");
     record.name = "USA_Office";
-    record.card_type = "";
+    record.lan = "10.0.0.5";
+    record.method = record.card_type = "";
   }
   order.file = "C:\\empty";
   order.force = true;
+  record.method = "1";  // an empty modem address stands for the usual one
+  record.lan = "";
   EXPECT_EQ(command(operation::kSendFirmware).result, RequestResult::kDone);
   EXPECT_THAT(run.scheduler.scripts[0], HasSubstr("SIZE=0;"));
+  EXPECT_THAT(run.scheduler.scripts[0], HasSubstr("FTPIPADDRESS=192.168.101.2;"));
 }
 
 TEST_F(DeviceRequests, FileTheSameLog) {
@@ -178,6 +194,11 @@ TEST_F(DeviceRequests, TakeAllPartitionsOfOldFirmwareAlone) {
   EXPECT_EQ(run.requests(), "");
   EXPECT_THAT(run.ui.texts(), ElementsAre(StartsWith("No session is started: the site's firmware 6.62")));
   EXPECT_EQ(AllPartitionsRequest(parts).run(site_row(record), true).files.size(), 64U);
+  run.engine.answers.clear();
+  run.ui.messages.clear();
+  EXPECT_EQ(AllPartitionsRequest(parts).run(site_row(record)).result, RequestResult::kNotDone);
+  EXPECT_THAT(run.ui.texts(),
+              ElementsAre(StartsWith("Site : USA_Office\r\nFW Version : 0\r\nWarning: The ")));
 }
 
 TEST_F(DeviceRequests, TellWhyOldStatisticsLeftNoFile) {
@@ -187,12 +208,16 @@ TEST_F(DeviceRequests, TellWhyOldStatisticsLeftNoFile) {
   EXPECT_EQ(statistics(), RequestResult::kNotDone);
   EXPECT_EQ(shown.size(), 1U);
   ASSERT_EQ(run.ui.messages.size(), 1U);
-  EXPECT_EQ(run.ui.messages[0].text, "The operation ended without a statistics file.");
+  EXPECT_EQ(run.ui.messages[0].text, "The operation ended without a result.");
   EXPECT_THAT(run.ui.messages[0].detail, HasSubstr("Partition 3 is not in the configuration"));
 }
 
 TEST_F(DeviceRequests, EndStatisticsAsTheSessionEnds) {
   EXPECT_EQ(statistics(operation::kResetStatistics), RequestResult::kDone);
+  run.cancel_at(operation::kResetStatistics);  // before anything is written: nothing of the run before counts
+  EXPECT_EQ(statistics(operation::kResetStatistics), RequestResult::kNotDone);
+  run.on_event = nullptr;
+  run.view = {};
   run.scheduler.result_file = "error.sch";
   EXPECT_EQ(statistics(operation::kResetStatistics), RequestResult::kNotDone);
   run.engine.answers.clear();
@@ -201,6 +226,121 @@ TEST_F(DeviceRequests, EndStatisticsAsTheSessionEnds) {
   EXPECT_EQ(run.session.site.FirmwareVersion, "0");
   EXPECT_THAT(shown, IsEmpty());
   EXPECT_FALSE(lock.held);
+}
+
+TEST_F(DeviceRequests, StoreTheFirmwareVersionThatTheDeviceTells) {
+  devicefiles::SystemInformation information;
+  information.firmware = "6.62";
+  information.moment = kMoment;
+  device["sysinfo.dat"] = devicefiles::write_system_information(information);
+  run.engine.answer("SELECT SiteID FROM Site", {"SiteID"}, {{"7"}});
+  EXPECT_EQ(command(operation::kGetSystemInformation).result, RequestResult::kDone);
+  const auto& stored = run.engine.statements.back();
+  EXPECT_EQ(stored.sql, "UPDATE Site SET FirmwareVersion = :FirmwareVersion WHERE SiteID = :SiteID");
+  EXPECT_EQ(stored.values[0].value, "7");
+  EXPECT_EQ(stored.values[1].value, "6.62");
+  EXPECT_THAT(run.ui.texts(),
+              ElementsAre("The firmware version 6.62 is now stored at the site USA_Office - 101."));
+  EXPECT_EQ(run.ui.messages[0].detail, "The site book had 5.ca.");
+}
+
+struct LateResults : DeviceRequests {
+  // A run whose dialog was cancelled while the scheduler worked; the scheduler has gone since.
+  std::string leave(const std::string& name, const char* list = "completed.sch") {
+    run.view = {};
+    run.scheduler.result_file = list;
+    if (!run.scheduler.window) run.scheduler.open();
+    run.channel.posts.clear();
+    run.cancel_when([this] {
+      run.scheduler.answers = false;
+      return run.requests().ends_with("J5");
+    });
+    statistics(name.c_str());
+    run.scheduler.window.reset();
+    run.on_event = nullptr;
+    run.ui.messages.clear();
+    run.view = {};
+    return run.session.job.Name;
+  }
+  LateResultsAnswer process() { return LateResultsRequest(parts, board).process(waiting().at(0)); }
+  std::vector<results::BoardJob> waiting() { return LateResultsRequest(parts, board).waiting(); }
+
+  jobs::SchedulerFiles scheduler_files{run.session.run, run.folders, run.files};
+  results::JobBoard board{scheduler_files};
+};
+
+TEST_F(LateResults, BecomeWhatTheyWouldHaveBecome) {
+  run.engine.answers.clear();
+  run.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
+  run.engine.answer("File_Handling", {"DefaultPathname", "DefaultFilename", "AutoIncrements"},
+                    {{std::nullopt, std::nullopt, ""}});
+  device["AllStatsP3.csv"] = "Line,Calls";
+  const std::string job = leave(operation::kRetrieveResetStatistics);
+  EXPECT_EQ(late_results_sentence(waiting()), "A finished job has not been processed: " + job + ".");
+  run.session.site = {};
+  run.session.run = {};
+  run.session.run.SchedulerFolder = "S:\\";
+  const LateResultsAnswer answer = process();
+  EXPECT_EQ(answer.result, RequestResult::kDone);
+  ASSERT_EQ(answer.files.size(), 1U);
+  EXPECT_EQ(run.files.content[answer.files[0]], "SiteName,USA_Office\r\nUserSiteID,101\r\nLine,Calls");
+  EXPECT_THAT(waiting(), IsEmpty());
+  EXPECT_THAT(run.left_behind(), IsEmpty());
+  EXPECT_THAT(run.programs.started, IsEmpty());
+  EXPECT_THAT(run.ui.texts(), IsEmpty());
+}
+
+TEST_F(LateResults, OfAnErrorAreBroughtToSafety) {
+  run.scheduler.report = "DELETING;part3;linestat;;;\r\n";
+  const std::string job = leave(operation::kRetrieveResetStatistics, "error.sch");
+  EXPECT_EQ(process().result, RequestResult::kNotDone);
+  EXPECT_THAT(run.ui.texts(), ElementsAre("Communication error, see JobPilot for details",
+                                          StartsWith("What the device sent is kept in ")));
+  EXPECT_TRUE(run.files.file_exists(run.folders.GetRescuedFolder() + job + "\\linestatP3.dat"));
+  EXPECT_THAT(waiting(), IsEmpty());
+}
+
+TEST_F(LateResults, AreRemovedWithoutALossAndKeepNoAccessCode) {
+  record.access_code = "canary";
+  run.scheduler.report = "DELETING;part3;linestat;;;\r\n";
+  const std::string job = leave(operation::kRetrieveResetStatistics);
+  const std::string script = "S:\\" + job + "\\" + job + ".scr";
+  JobUpkeep upkeep(parts, board, run.machine);
+  EXPECT_THAT(run.files.content[script], HasSubstr("FTPPASSWORD=canary;"));
+  upkeep.forget_access_codes();
+  EXPECT_THAT(run.files.content[script], HasSubstr("\r\nFTPPASSWORD=;\r\n"));
+
+  lock.owner = "qvrcom (process 4711)";
+  EXPECT_EQ(upkeep.remove(job), JobUpkeep::Removal::kNotDone);
+  lock.owner.clear();
+  EXPECT_EQ(upkeep.remove("Nov0000000000000"), JobUpkeep::Removal::kUnknown);
+  EXPECT_EQ(upkeep.remove(job), JobUpkeep::Removal::kRemoved);
+  EXPECT_TRUE(run.files.file_exists(run.folders.GetRescuedFolder() + job + "\\nodestatP3.dat"));
+  EXPECT_FALSE(run.files.folder_exists("S:\\" + job));
+
+  const std::string waits = leave(operation::kResetStatistics, "");
+  run.files.content["S:\\index.sch"] = run.session.job.JobId + "\r\n";
+  EXPECT_EQ(upkeep.remove(waits), JobUpkeep::Removal::kInUse);
+  const std::string waiting_script = "S:\\" + waits + "\\" + waits + ".scr";
+  upkeep.forget_access_codes();
+  EXPECT_THAT(run.files.content[waiting_script], HasSubstr("FTPPASSWORD=canary;"));
+}
+
+TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
+  const std::string logs = run.folders.GetLogsFolder();
+  run.files.make_folders("S:\\Jan0124121005001");
+  run.files.make_folders(logs);
+  run.files.content["S:\\Jan0124121005001\\x"] = "";
+  run.machine.settings[{"QVRCOM+", "Jobs", "LogDays"}] = "10";
+  for (const char* name : {"Nov0426121005001.log", "Nov0626121005001.log", "JobPilot.log"})
+    run.files.content[logs + name] = "";
+  JobUpkeep upkeep(parts, board, run.machine);
+  const JobUpkeep::Cleaning cleaning = upkeep.clean();
+  EXPECT_TRUE(cleaning.done);
+  EXPECT_THAT(cleaning.jobs, ElementsAre("Jan0124121005001"));
+  EXPECT_EQ(cleaning.logs, 1U);
+  EXPECT_FALSE(run.files.file_exists(logs + "Nov0426121005001.log"));
+  EXPECT_FALSE(run.files.folder_exists("S:\\Jan0124121005001"));
 }
 
 TEST_F(DeviceRequests, LeaveASessionOfAnotherProgramAlone) {

@@ -65,8 +65,10 @@ struct ControlTest : ::testing::Test, ControlView, ControlEvents, StatisticsView
   session::SessionRun screen{suite.parts(), windows};
   session::SessionGate gate{lock, suite.ui};
   environment::DataBase database{suite.engine, suite.folders};
+  environment::DatabaseConnection connection{suite.engine, suite.folders};
+  sitebook::SiteBook site_book{connection};
   StatisticsControl control{
-      {{suite.parts().rules, database, gate, screen, suite.link}, *this, *this, *this, *this}};
+      {{suite.parts().rules, database, gate, screen, suite.link, site_book}, *this, *this, *this, *this}};
 };
 
 const ControlTest::Fields kOffice = {"7",  "USA_Office", "101", std::nullopt, "0",   "10.0.0.5",

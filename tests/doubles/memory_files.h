@@ -63,6 +63,14 @@ class MemoryFiles : public platform::Files {
     }
     return names;
   }
+  std::vector<std::string> list_folders(const std::string& folder) const override {
+    std::vector<std::string> names;
+    for (const std::string& path : folders) {
+      if (path != without_end(folder) && parent_of(path) == without_end(folder))
+        names.push_back(path.substr(path.rfind('\\') + 1));
+    }
+    return names;
+  }
   void make_folder(const std::string& path) override {
     about_to("make_folder", path);
     if (folder_exists(path)) throw base::Fault("Path/File access error", path);

@@ -17,6 +17,8 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   parts.file("index.sch") = waiting + "\r\n\r\nbroken;line\r\n" + waiting + "\r\n";
   parts.file("completed.sch") = done + "\r\n";
   parts.file("CompletedToProcess.sch") = base::to_lower(done) + "\r\n";
+  for (const char* folder : {"S:\\Nov1", "S:\\Nov3", "S:\\not a job"})
+    parts.files.make_folders(folder);
   const Board board = JobBoard(parts.scheduler).read();
   ASSERT_EQ(board.jobs.size(), 2U);
   EXPECT_EQ(board.jobs[0].job, "Nov2");
@@ -27,6 +29,9 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   EXPECT_EQ(board.jobs[1].site_name + board.jobs[1].site_id + board.jobs[1].device_id, "MainA117");
   EXPECT_EQ(board.jobs[1].start, base::local_time(2026, 11, 15, 12));
   EXPECT_THAT(board.jobs[1].lists, ElementsAre("completed.sch", "CompletedToProcess.sch"));
+  EXPECT_THAT(board.abandoned, ElementsAre("Nov3"));
+  ASSERT_EQ(unprocessed_jobs(board).size(), 1U);
+  EXPECT_EQ(unprocessed_jobs(board)[0].ending(), "Completed");
   ASSERT_EQ(board.problems.size(), 1U);
   EXPECT_EQ(board.problems[0].file, "index.sch");
   EXPECT_EQ(board.problems[0].line, 3U);

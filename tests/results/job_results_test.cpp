@@ -87,13 +87,17 @@ TEST(JobResults, HandsDownloadsOfTheCurrentJobToTheirDecoders) {
     header.dial_up_flag = dial_up ? 1 : 0;
     header.dial_up_connection = "FTPGET";  // a header is never taken for a command
     parts.writer.Write_Script_Header(header);
-    for (const char* local : {"msgindexP03M001", "1a07M012", "getdBaseP3.dat", "AllStatsP3.csv"})
+    for (const char* local : {"msgindexP03M001", "getdBase07M012", "getdBaseP3.dat", "AllStatsP3.csv"}) {
       parts.writer.Write_Script("FTPGET;REMOTEFILE=x;LOCALFILE=" + std::string(local) + ";SIZE=20000;");
+      parts.files.content[local] = "x";
+    }
+    parts.writer.Write_Script("FTPGET;REMOTEFILE=x;LOCALFILE=getdBaseP4.dat;SIZE=20000;");
     parts.writer.Write_Script("FTPPUT;REMOTEFILE=x;LOCALFILE=getdBase;SIZE=1;");
     parts.writer.Write_Script_End();
     parts.results.Process_CompletedSch_File();
-    EXPECT_THAT(decoded, ElementsAre("index:msgindexP03M001", "message:1a07M012", "image:getdBaseP3.dat"));
-    EXPECT_EQ(parts.results.ReceivedPartition, "07");
+    EXPECT_THAT(decoded,
+                ElementsAre("index:msgindexP03M001", "message:getdBase07M012", "image:getdBaseP3.dat"));
+    EXPECT_THAT(parts.results.MissingDownloads, ElementsAre("getdBaseP4.dat"));
     EXPECT_EQ(parts.session.run.PartitionID, "");
     EXPECT_THAT(parts.ui.messages, IsEmpty());
   }
@@ -107,10 +111,16 @@ TEST(JobResults, ReportsDamagedScripts) {
   parts.files.folders.insert("S:\\" + kJob);
   parts.file(kJob + "\\" + kJob + ".scr") = "SITENAME=;\r\nSITEID=;\r\n";
   parts.results.Process_Script(kJob + ".scr");
+  parts.file(kJob + "\\" + kJob + ".scr") =
+      "SITENAME=;\r\nQVRID=;\r\nSITEID=;\r\nDESCRIPTION=;\r\nSTARTDATE=;\r\nSTOPDATE=;\r\nINTERVAL=;"
+      "\r\nPERIOD=;"
+      "\r\nFTPIPADDRESS=;\r\nFTPUSER=;\r\nFTPPASSWORD=;\r\n";
+  parts.results.Process_Script(kJob + ".scr");
   parts.results.LocalFile("FTPGET;REMOTEFILE=x");
   EXPECT_THAT(parts.ui.texts(), ElementsAre("Error_Handler: Process_CompletedSch_File\r\nFile not found",
                                             "Error_Handler: Process_Script\r\nBad file name",
                                             "Error_Handler: Process_Script\r\nFile not found",
+                                            "Error_Handler: Parse_Script\r\nSubscript out of range",
                                             "Error_Handler: Parse_Script\r\nSubscript out of range",
                                             "Error_Handler: LocalFile\r\nSubscript out of range"));
 }

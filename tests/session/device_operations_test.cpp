@@ -74,6 +74,12 @@ TEST(OldStatistics, TellWhyThereAreNone) {
   EXPECT_EQ(run.files.content[log], "2026-11-15 12:10:05 " + run.session.run.MissingResult + "\r\n");
 }
 
+// Names of the files that were brought to safety.
+std::vector<std::string> rescued(const DialogRun& run) {
+  const std::string folder = run.folders.GetRescuedFolder() + "Nov1526121005001";
+  return run.files.folder_exists(folder) ? run.files.list(folder) : std::vector<std::string>{};
+}
+
 // Partition 3 is not in the configuration, 5 is missing on the device, the line drops within 9.
 void leave_gaps(DialogRun& run) {
   run.components.answers["Get_Partition_Rows 1 3"] = "none";
@@ -110,17 +116,86 @@ TEST(AllPartitions, AreRetrievedAndResetInOneJob) {
   EXPECT_THAT(run.left_behind(), IsEmpty());
   EXPECT_EQ(run.pending_lines(), 0U);
   EXPECT_EQ(run.view.caption, "OK");
-  EXPECT_EQ(run.session.run.MissingResult, "");
+  EXPECT_EQ(
+      run.session.run.MissingResult,
+      "Not fetched: partition 5, 9. Fetched but not in the configuration, so not decoded: partition 3.");
+  EXPECT_THAT(rescued(run), ElementsAre("getdBaseP3.dat", "getdBaseP9.dat", "linestatP3.dat",
+                                        "linestatP9.dat", "nodestatP3.dat"));
 }
 
-TEST(AllPartitions, SayWhichOnesHaveNoCsv) {
+// With a report: 2 is no partition of the device, 7 kept one of its files, 64 has a file that is none.
+TEST(AllPartitions, SayWhatTheReportTells) {
   DialogRun run;
   run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
-  run.components.answers["WriteStatsCsv 1 64"] = "Disk full";
+  run.components.answers["Get_Partition_Rows 1 2"] = "none";
+  run.components.answers["DecodeLineStats 1 64"] = "no file of this suite";
+  run.scheduler.sends = [](const std::string& local) {
+    return local.ends_with("P2.dat") ? std::nullopt : std::optional<std::string>("x");
+  };
+  run.scheduler.report = "REFUSED;part2;;;530 No such account;\r\n";
+  for (int number = 1; number <= 64; ++number) {
+    const std::string account = "part" + std::to_string(number);
+    for (const char* file : {"linestat", "nodestat"}) {
+      if (number == 2 || (number == 7 && file[0] == 'n')) continue;
+      run.scheduler.report +=
+          "DELETING;" + account + ";" + file + ";;;\r\nDELETED;" + account + ";" + file + ";;;\r\n";
+    }
+  }
+  run.scheduler.report += "REFUSED;part7;nodestat;;550 Locked;\r\n";
   run.go_hosted();
   EXPECT_EQ(run.session.run.PartitionResults.size(), 63U);
-  EXPECT_THAT(run.session.run.MissingResult, HasSubstr("No CSV was written for partition 64."));
+  EXPECT_EQ(run.session.run.MissingResult,
+            "Fetched but not reset: partition 7 (550 Locked). Fetched, but: partition 64 (has no line "
+            "statistics, which could not be read).");
+  EXPECT_THAT(rescued(run), ElementsAre("getdBaseP64.dat", "linestatP64.dat", "nodestatP64.dat"));
   EXPECT_THAT(run.left_behind(), IsEmpty());
+}
+
+// A job that ended badly after the device was told to delete: what had arrived is kept.
+TEST(Rescue, KeepsWhatTheDeviceHasNoLonger) {
+  const std::string deleting = "FETCHED;part3;x;x;;\r\nDELETING;part3;linestat;;;\r\n";
+  const struct {
+    const char *firmware, *list;
+    std::string report;
+    std::vector<std::string> names;
+  } cases[] = {
+      {"6.62", "error.sch", deleting, {"AllStatsP3.csv", "StatisticsP3.csv"}},
+      {"6.62", "cancelled.sch", deleting, {"AllStatsP3.csv", "StatisticsP3.csv"}},
+      {"5.ca",
+       "error.sch",
+       deleting,
+       {"getdBaseP3.dat", "getdBaseSys.dat", "linestatP3.dat", "nodestatP3.dat"}},
+      {"6.62", "error.sch", "FETCHED;part3;x;x;;\r\n", {}},
+      {"6.62", "completed.sch", deleting, {}},
+  };
+  for (const auto& each : cases) {
+    DialogRun run;
+    run.session.run.CurrentOperation = operation::kRetrieveResetStatistics;
+    run.session.site.SiteConnections[0].fields[base::SiteConnection::kFirmwareVersion] = each.firmware;
+    run.scheduler.result_file = each.list;
+    run.scheduler.report = each.report;
+    run.go();
+    EXPECT_EQ(rescued(run), each.names) << each.firmware << each.list << each.report;
+    EXPECT_EQ(run.ui.texts().size(),
+              (each.names.empty() ? 0U : 1U) + (each.list[0] == 'c' && each.list[1] == 'o' ? 0U : 1U));
+    EXPECT_THAT(run.left_behind(), IsEmpty());
+    EXPECT_EQ(run.pending_lines(), 0U);
+    EXPECT_EQ(run.session.run.StatsResultFile.empty(), each.list != std::string("completed.sch"));
+  }
+}
+
+TEST(Rescue, ThatFailsLeavesTheJobWhereItIs) {
+  DialogRun run;
+  run.session.run.CurrentOperation = operation::kRetrieveResetStatistics;
+  run.scheduler.result_file = "error.sch";
+  run.scheduler.report = "DELETING;part3;linestat;;;\r\n";
+  run.files.before = [](std::string_view operation, const std::string& path) {
+    if (operation == "copy") throw base::Fault(base::kDiskFull, path);
+  };
+  run.go();
+  EXPECT_THAT(run.left_behind(), ElementsAre("Nov1526121005001"));
+  EXPECT_EQ(run.pending_lines(), 1U);
+  EXPECT_THAT(run.files.content[kJob + "Nov1526121005001.scr"], HasSubstr("\r\nFTPPASSWORD=;\r\n"));
 }
 
 // The activation itself only prepares.

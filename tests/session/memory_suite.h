@@ -83,10 +83,16 @@ struct MemoryScheduler {
       scripts.push_back(script);
       for (const std::string_view command : base::lines_of(script))
         transfer(command);
+      if (!report.empty()) write_report(std::string(base::split(line, ";")[2]));
     }
     if (vanishes) window.reset();
     answers = true;
     return 0;
+  }
+
+  void write_report(const std::string& script_path) {
+    std::string& text = files.content[script_path.substr(0, script_path.size() - 3) + "rpt"];
+    text = "QVRREPORT;1;\r\n" + report;
   }
 
   void transfer(std::string_view command) {
@@ -95,8 +101,8 @@ struct MemoryScheduler {
     const std::string local(base::split(command.substr(begin + 10), ";")[0]);
     if (command.starts_with("FTPPUT")) uploads.push_back(files.content[local]);
     const auto bytes = sends(local);
-    if (command.starts_with("FTPGET") && result_file == "completed.sch" && bytes)
-      files.content[local] = *bytes;
+    const bool fetches = result_file == "completed.sch" || !report.empty();
+    if (command.starts_with("FTPGET") && fetches && bytes) files.content[local] = *bytes;
   }
 
   void answer() {
@@ -111,6 +117,7 @@ struct MemoryScheduler {
   std::unique_ptr<platform::Window> window;
   std::string folder = "S:\\";
   std::string result_file = "completed.sch";  // "" leaves the jobs alone
+  std::string report;  // of every job, without its first line; "" for a scheduler that writes none
   bool vanishes = false;
   bool answers = false;
   std::string index;  // as it was when the request came

@@ -121,6 +121,7 @@ TEST_F(SiteLookupsTest, CopiesTheSiteByKeyThenByTitle) {
   site.SiteConnections.push_back(named_like_a_key);
   lookups.Get_Site("Office - 101");
   EXPECT_EQ(site.IPLan, "other") << "a key goes before a title";
+  EXPECT_EQ(site.MachineType, "") << "the type of the site before";
 }
 
 TEST(DeviceAddressChoice, FollowsTheConnectionMethod) {

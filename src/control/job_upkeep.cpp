@@ -1,0 +1,116 @@
+#include "control/job_upkeep.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "base/date_serial.h"
+#include "environment/names.h"
+#include "results/job_findings.h"
+#include "rules/file_rescue.h"
+
+namespace qvrcom::control {
+namespace {
+
+constexpr int kLogDays = 90;
+constexpr int kMostLogDays = 36500;
+constexpr std::string_view kLogExtension = ".log";
+
+bool waits(const results::BoardJob& job) {
+  return job.ending().empty();
+}
+
+}  // namespace
+
+JobUpkeep::Removal JobUpkeep::remove(const std::string& job) {
+  return trap_("JobUpkeep", [&] {
+    const auto hold = parts_.gate.enter();
+    if (!hold) return Removal::kNotDone;
+    const results::Board board = board_.read();
+    const auto found = std::find_if(board.jobs.begin(), board.jobs.end(),
+                                    [&](const results::BoardJob& each) { return each.job == job; });
+    const bool is_abandoned =
+        std::find(board.abandoned.begin(), board.abandoned.end(), job) != board.abandoned.end();
+    if (found == board.jobs.end() && !is_abandoned) return Removal::kUnknown;
+    if (found != board.jobs.end() && waits(*found)) return Removal::kInUse;
+    discard(job);
+    rules::BusinessRules rules(parts_.rules);
+    if (found != board.jobs.end()) {
+      for (const char* list : environment::kPendingFiles) {
+        std::string rest;
+        rules.RemoveJobFromList(list, found->line, rest);
+        rules.ReWrite_File(list, rest);
+      }
+    }
+    return Removal::kRemoved;
+  });
+}
+
+JobUpkeep::Cleaning JobUpkeep::clean() {
+  return trap_("JobUpkeep", [&] {
+    Cleaning cleaning;
+    const auto hold = parts_.gate.enter();
+    if (!hold) return cleaning;
+    cleaning.jobs = board_.read().abandoned;
+    for (const std::string& job : cleaning.jobs)
+      discard(job);
+    cleaning.logs = remove_old_logs();
+    cleaning.done = true;
+    return cleaning;
+  });
+}
+
+void JobUpkeep::discard(const std::string& job) {
+  platform::Files& files = parts_.rules.files;
+  const std::string folder = board_.scheduler().path(job);
+  const auto found = results::findings_of(files, folder);
+  if (found && found->has_deleted && found->has_files())
+    parts_.rules.ui.show(rules::rescue_message(files, rules::rescue_files(parts_.rules, job, *found)));
+  if (!files.folder_exists(folder)) return;
+  for (const std::string& name : files.list(folder))
+    files.remove(folder + "\\" + name);
+  files.remove_folder(folder);
+}
+
+// A log's age is that of its job, which its name tells.
+std::size_t JobUpkeep::remove_old_logs() {
+  platform::Files& files = parts_.rules.files;
+  const std::string folder = parts_.rules.folders.GetLogsFolder();
+  if (!files.folder_exists(folder)) return 0;
+  const base::LocalTime oldest = parts_.rules.clock.now() - std::chrono::days(log_days());
+  std::size_t removed = 0;
+  for (const std::string& name : files.list(folder)) {
+    if (!name.ends_with(kLogExtension)) continue;
+    const auto moment = base::from_job_name(name);
+    if (!moment || *moment >= oldest) continue;
+    files.remove(folder + name);
+    ++removed;
+  }
+  return removed;
+}
+
+void JobUpkeep::forget_access_codes() {
+  trap_("JobUpkeep", [&] {
+    const auto hold = parts_.gate.try_enter();
+    if (!hold) return;
+    const results::Board board = board_.read();
+    std::vector<std::string> ended = board.abandoned;
+    for (const results::BoardJob& job : board.jobs) {
+      if (!waits(job) && job.has_folder) ended.push_back(job.job);
+    }
+    rules::BusinessRules rules(parts_.rules);
+    for (const std::string& job : ended)
+      rules.clear_password(board_.scheduler().path(job));
+  });
+}
+
+int JobUpkeep::log_days() const {
+  const std::string text =
+      machine_.setting(environment::kSettingsApplication, "Jobs", "LogDays").value_or("");
+  int days = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), days);
+  const bool is_good =
+      error == std::errc{} && end == text.data() + text.size() && days >= 1 && days <= kMostLogDays;
+  return is_good ? days : kLogDays;
+}
+
+}  // namespace qvrcom::control

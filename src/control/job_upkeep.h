@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "control/session_request.h"
+#include "platform/machine.h"
+#include "results/job_board.h"
+
+namespace qvrcom::control {
+
+// What jobs leave behind: folders that nobody waits for, access codes in them, old logs. Nothing is touched
+// while a session runs. Files that their device has been told to delete are brought to safety before their
+// folder goes; a box says where they are.
+class JobUpkeep {
+ public:
+  JobUpkeep(const SessionRequestParts& parts, const results::JobBoard& board,
+            const platform::Machine& machine)
+      : parts_(parts), board_(board), machine_(machine), trap_(parts.rules.ui) {}
+
+  enum class Removal {
+    kNotDone,  // a message has said why
+    kRemoved,
+    kUnknown,  // there is no such job
+    kInUse,    // it waits for its turn, or runs
+  };
+  // Folder, and lines in the pending lists.
+  Removal remove(const std::string& job);
+
+  struct Cleaning {
+    bool done = false;              // otherwise a message has said why
+    std::vector<std::string> jobs;  // whose folders went: no list named them
+    std::size_t logs = 0;           // that were older than LogDays
+  };
+  Cleaning clean();
+
+  // Empties the access code in the script of every job that has ended or is in no list.
+  void forget_access_codes();
+
+  // How long a job's log is kept: user setting LogDays of section Jobs, 1 to 36500, 90 without one.
+  int log_days() const;
+
+ private:
+  void discard(const std::string& job);
+  std::size_t remove_old_logs();
+
+  SessionRequestParts parts_;
+  const results::JobBoard& board_;
+  const platform::Machine& machine_;
+  platform::Trap trap_;
+};
+
+}  // namespace qvrcom::control

@@ -1,0 +1,83 @@
+#include "control/late_results_request.h"
+
+#include <algorithm>
+#include <array>
+
+namespace qvrcom::control {
+namespace {
+
+namespace operation = session::operation;
+
+// The operations whose name a job's description continues with a partition.
+constexpr std::array<const char*, 3> kOfPartition{operation::kRetrieveStatistics, operation::kResetStatistics,
+                                                  operation::kRetrieveResetStatistics};
+
+}  // namespace
+
+std::vector<results::BoardJob> LateResultsRequest::waiting() const {
+  if (!parts_.gate.try_enter()) return {};
+  return results::unprocessed_jobs(board_.read());
+}
+
+LateResultsAnswer LateResultsRequest::process(const results::BoardJob& job) {
+  LateResultsAnswer answer;
+  answer.result = trap_("LateResultsRequest", [&] {
+    return request_.run_alone([&] { take_over(job); }, [&] { return run(job, answer); });
+  });
+  return answer;
+}
+
+RequestResult LateResultsRequest::run(const results::BoardJob& job, LateResultsAnswer& answer) {
+  parts_.screen.show_late_outcome();
+  const base::RunValues& run = parts_.rules.session.run;
+  for (const base::PartitionFile& each : run.PartitionResults)
+    answer.files.push_back(each.file);
+  for (const std::string& file : {run.StatsResultFile, run.SameLogFile}) {
+    const bool is_new = !file.empty() && (answer.files.empty() || answer.files.back() != file);
+    if (is_new) answer.files.push_back(file);
+  }
+  // A folder that is still there says that its files could not be made use of.
+  const bool is_gone = !parts_.rules.files.folder_exists(parts_.rules.session.job.Folder);
+  const bool is_whole = job.ending() == "Completed" && run.MissingResult.empty() && is_gone;
+  return is_whole ? RequestResult::kDone : RequestResult::kNotDone;
+}
+
+void LateResultsRequest::take_over(const results::BoardJob& job) const {
+  base::Session& session = parts_.rules.session;
+  session.site.SiteName = job.site_name;
+  session.site.UserSiteID = job.site_id;
+  session.site.SiteID = job.device_id;
+  session.site.DeviceGeneration = "NEW";
+  const auto name = std::find_if(kOfPartition.begin(), kOfPartition.end(),
+                                 [&](const char* each) { return job.description.starts_with(each); });
+  const std::string of_partition = name == kOfPartition.end() ? std::string{} : *name;
+  session.run.CurrentOperation = of_partition.empty() ? job.description : of_partition;
+  session.run.PartitionID =
+      of_partition.empty() ? std::string{} : job.description.substr(of_partition.size());
+  session.run.ImmediateRun = true;
+  session.run.CancelRequested = false;
+  session.run.SessionStatus = job.ending();
+  session.job.SessionStart = job.created.value_or(parts_.rules.clock.now());
+  session.job.Name = job.job;
+  session.job.Folder = board_.scheduler().path(job.job);
+  // What stands behind the time stamp, which is the same length in every name.
+  const std::size_t stamp = base::job_name_stamp(session.job.SessionStart).size();
+  session.job.Suffix = job.job.substr(std::min(stamp, job.job.size()));
+  session.job.JobId = job.line;
+  parts_.database.run("Update_SessionQVR", {session.site.SiteID});
+}
+
+std::string late_results_sentence(const std::vector<results::BoardJob>& jobs) {
+  if (jobs.empty()) return {};
+  std::string names;
+  constexpr std::size_t kMostNamed = 5;
+  for (std::size_t i = 0; i < std::min(jobs.size(), kMostNamed); ++i)
+    names += (i == 0 ? "" : ", ") + jobs[i].job;
+  if (jobs.size() > kMostNamed) names += ", ...";
+  const std::string count = std::to_string(jobs.size());
+  return (jobs.size() == 1 ? std::string("A finished job has not been processed: ")
+                           : count + " finished jobs have not been processed: ") +
+         names + ".";
+}
+
+}  // namespace qvrcom::control

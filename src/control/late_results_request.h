@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "control/session_request.h"
+#include "results/job_board.h"
+
+namespace qvrcom::control {
+
+struct LateResultsAnswer {
+  RequestResult result = RequestResult::kNotDone;
+  std::vector<std::string> files;  // suite paths of the CSV files or the log that came of the job
+};
+
+// Takes over what came of jobs that ended while nobody waited for them (a program that was killed, a closed
+// window, a full disk): their outcome routines run as they would have run in the session dialog.
+class LateResultsRequest {
+ public:
+  LateResultsRequest(const SessionRequestParts& parts, const results::JobBoard& board)
+      : parts_(parts), board_(board), request_(parts), trap_(parts.rules.ui) {}
+
+  // The jobs; none while a session runs, which takes its own over. Fault when a list cannot be read.
+  std::vector<results::BoardJob> waiting() const;
+
+  LateResultsAnswer process(const results::BoardJob& job);
+
+ private:
+  RequestResult run(const results::BoardJob& job, LateResultsAnswer& answer);
+  void take_over(const results::BoardJob& job) const;
+
+  SessionRequestParts parts_;
+  const results::JobBoard& board_;
+  SessionRequest request_;
+  platform::Trap trap_;
+};
+
+// "2 finished jobs have not been processed: NAME, NAME."; "" when there is none.
+std::string late_results_sentence(const std::vector<results::BoardJob>& jobs);
+
+}  // namespace qvrcom::control
