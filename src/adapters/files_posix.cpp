@@ -18,6 +18,7 @@ namespace qvrcom::adapters {
 namespace {
 
 using base::Fault;
+using platform::Readers;
 
 class Descriptor {
  public:
@@ -51,17 +52,27 @@ struct stat status_of(int file, const std::string& native) {
   return status;
 }
 
-mode_t mode_for(const std::string& native) {
-  struct stat status {};
-  if (::stat(native.c_str(), &status) == 0) return status.st_mode & 07777U;
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return 0666U & ~mask;
-}
+// What a file gets that is written anew: the rights of the one that was there, or of a new one. The system
+// takes away what the user wants nobody to have.
+struct Rights {
+  Rights(const std::string& native, Readers readers) {
+    struct stat status {};
+    exact = readers == Readers::kOwner || ::stat(native.c_str(), &status) == 0;
+    if (readers == Readers::kOwner)
+      mode = 0600;
+    else
+      mode = exact ? status.st_mode & 0777U : 0644U;
+  }
+  mode_t mode = 0;
+  bool exact = false;  // to be given as they are
+};
 
-void rewrite_in_place(const std::string& native, std::string_view text) {
-  const Descriptor file(::open(native.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-  if (!file.open() || !write_all(file.get(), text)) fail("Writing", native);
+void rewrite_in_place(const std::string& native, std::string_view text, const Rights& rights) {
+  const Descriptor file(::open(native.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, rights.mode));
+  const bool written = file.open() && (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) &&
+                       ::ftruncate(file.get(), 0) == 0 && write_all(file.get(), text) &&
+                       ::fdatasync(file.get()) == 0;
+  if (!written) fail("Writing", native);
 }
 
 std::string aside_name(const std::string& native) {
@@ -74,20 +85,36 @@ bool refused(int code) {
 }
 
 // Writes `text` to a new file beside the target. False when the folder takes no new file.
-bool write_aside(const std::string& aside, const std::string& target, std::string_view text) {
+bool write_aside(const std::string& aside, const std::string& target, std::string_view text,
+                 const Rights& rights) {
   ::unlink(aside.c_str());  // left behind by a program of the same number that was killed
-  const Descriptor file(::open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  const mode_t first = rights.exact ? 0600 : rights.mode;
+  const Descriptor file(::open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, first));
   if (!file.open()) {
     if (refused(errno)) return false;
     fail("Writing", target);
   }
-  if (!write_all(file.get(), text) || ::fchmod(file.get(), mode_for(target)) != 0 ||
-      ::fdatasync(file.get()) != 0) {
-    const int code = errno;
-    ::unlink(aside.c_str());
-    fail("Writing", target, code);
+  const bool written = write_all(file.get(), text) &&
+                       (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) &&
+                       ::fdatasync(file.get()) == 0;
+  if (written) return true;
+  const int code = errno;
+  ::unlink(aside.c_str());
+  fail("Writing", target, code);
+}
+
+void write_over(const std::string& native, std::string_view text, Readers readers) {
+  const Rights rights(native, readers);
+  const std::string aside = aside_name(native);
+  if (!write_aside(aside, native, text, rights)) return rewrite_in_place(native, text, rights);
+  if (std::rename(aside.c_str(), native.c_str()) == 0) {
+    if (!sync_folder_of(native)) fail("Writing", native);
+    return;
   }
-  return true;
+  const int code = errno;
+  ::unlink(aside.c_str());
+  if (!refused(code)) fail("Writing", native, code);
+  rewrite_in_place(native, text, rights);
 }
 
 std::string file_target(const std::string& path) {
@@ -196,14 +223,11 @@ void FilesPosix::append_line(const std::string& path, std::string_view line) {
 }
 
 void FilesPosix::replace(const std::string& path, std::string_view text) {
-  const std::string native = file_target(path);
-  const std::string aside = aside_name(native);
-  if (!write_aside(aside, native, text)) return rewrite_in_place(native, text);
-  if (std::rename(aside.c_str(), native.c_str()) == 0) return;
-  const int code = errno;
-  ::unlink(aside.c_str());
-  if (!refused(code)) fail("Writing", native, code);
-  rewrite_in_place(native, text);
+  write_over(file_target(path), text, Readers::kEverybody);
+}
+
+void FilesPosix::save(const std::string& path, std::string_view text, Readers readers) {
+  write_over(file_target(path), text, readers);
 }
 
 void FilesPosix::copy(const std::string& from, const std::string& to) {

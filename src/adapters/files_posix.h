@@ -14,6 +14,7 @@ class FilesPosix : public platform::Files {
   void append(const std::string& path, std::string_view text) override;
   void append_line(const std::string& path, std::string_view line) override;
   void replace(const std::string& path, std::string_view text) override;
+  void save(const std::string& path, std::string_view text, platform::Readers readers) override;
   void copy(const std::string& from, const std::string& to) override;
   void remove(const std::string& path) override;
   std::vector<std::string> list(const std::string& folder) const override;

@@ -23,8 +23,10 @@ namespace {
 }  // namespace
 
 bool sync_folder_of(const std::string& path) {
-  const int folder = ::open(path.substr(0, path.rfind('/') + 1).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder < 0) return false;
+  const std::string name = path.substr(0, path.rfind('/') + 1);
+  const int folder = ::open(name.empty() ? "." : name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  // A folder that takes files and shows none cannot be asked.
+  if (folder < 0) return errno == EACCES;
   const bool synced = ::fsync(folder) == 0 || errno == EINVAL || errno == ENOTSUP;
   ::close(folder);
   return synced;

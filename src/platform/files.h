@@ -7,6 +7,9 @@
 
 namespace qvrcom::platform {
 
+// Who may read a file that is written anew. Nobody but its owner may write it.
+enum class Readers { kEverybody, kOwner };
+
 // Whole operations on suite paths (UTF-8, backslashes between the names). A failing operation throws a Fault
 // whose description is the system's short text and whose detail names the file.
 class Files {
@@ -28,15 +31,19 @@ class Files {
   // Adds to the end; a missing file is created, readable by its owner alone.
   virtual void append(const std::string& path, std::string_view text) = 0;
 
-  // Adds `line` (one line, or several joined by CR LF) and CR LF, on a line of its own: a last line that lacks
-  // its end gets one first. It is on the disk when this returns; a failed call leaves what was there. A missing
-  // file is created, readable by its owner alone.
+  // Adds `line` (one line, or several joined by CR LF) and CR LF, on a line of its own: a last line that
+  // lacks its end gets one first. It is on the disk when this returns; a failed call leaves what was there. A
+  // missing file is created, readable by its owner alone.
   virtual void append_line(const std::string& path, std::string_view line) = 0;
 
   // The file holds exactly `text` afterwards. Another program that reads the path meanwhile sees the old
   // content or the new one, never a part: the text is written aside and renamed over the old file. Where the
-  // rename is refused the file is rewritten in place.
+  // rename is refused the file is rewritten in place. A file that was there keeps its rights.
   virtual void replace(const std::string& path, std::string_view text) = 0;
+
+  // `replace` for a path that the user named. With kOwner the file is its owner's alone from its first byte
+  // on, whatever rights one had that was there: for whatever holds an access code.
+  virtual void save(const std::string& path, std::string_view text, Readers readers) = 0;
 
   virtual void copy(const std::string& from, const std::string& to) = 0;
   virtual void remove(const std::string& path) = 0;

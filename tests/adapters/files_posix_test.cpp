@@ -52,6 +52,18 @@ TEST_F(FilesPosixTest, ReplacesTheFileBehindALink) {
   EXPECT_EQ(files_.read(path("real")), "new");
 }
 
+TEST_F(FilesPosixTest, SavesForItsOwnerAloneWhateverWasThere) {
+  files_.append(path("sites.csv"), "old");
+  chmod((folder_ + "/sites.csv").c_str(), 0666);
+  std::filesystem::create_hard_link(folder_ + "/sites.csv", folder_ + "/reader");
+  files_.save(path("sites.csv"), "code", platform::Readers::kOwner);
+  files_.save(path("new.csv"), "code", platform::Readers::kOwner);
+  EXPECT_EQ(files_.read(path("sites.csv")), "code");
+  EXPECT_EQ(mode("sites.csv"), 0600U);
+  EXPECT_EQ(mode("new.csv"), 0600U);
+  EXPECT_EQ(files_.read(path("reader")), "old") << "who has the old file open must not read the new text";
+}
+
 TEST_F(FilesPosixTest, KeepsWhatWasThereWhenTheDiskIsFull) {
   files_.append(path("index.sch"), "a line\r\n");
   std::signal(SIGXFSZ, SIG_IGN);
