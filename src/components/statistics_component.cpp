@@ -11,6 +11,7 @@ namespace {
 
 std::string write_csv(const StatisticsParts& parts, const std::string& configuration,
                       const std::string& partition) {
+  const environment::DatabaseConnection::Hold hold(parts.connection);
   platform::Database& database = parts.connection.database();
   const std::string text = statistics_csv(database, partition_key(configuration, partition));
   images::StatisticsFiles names(parts.folders, parts.files, parts.ui);

@@ -6,10 +6,6 @@
 
 namespace qvrcom::environment {
 
-CommandSet::CommandSet(platform::DatabaseEngine& engine, const FilesAndFolders& folders,
-                       const std::vector<Command>& commands)
-    : connection_(engine, folders), commands_(commands) {}
-
 const Command& CommandSet::find(std::string_view name) const {
   const auto found = std::find_if(commands_.begin(), commands_.end(),
                                   [&](const Command& command) { return command.name == name; });

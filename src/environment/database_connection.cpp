@@ -4,13 +4,27 @@
 
 namespace qvrcom::environment {
 
-platform::Database& DatabaseConnection::database() {
-  if (!database_) {
-    auto opened = engine_.open(folders_.GetConnectionString());
+DatabaseConnection::Hold::Hold(DatabaseConnection& connection) : connection_(connection) {
+  if (connection.holds_ == 0) {
+    auto opened = connection.engine_.open(connection.folders_.GetConnectionString());
     require_schema(*opened);
-    database_ = std::move(opened);
+    connection.open_ = std::move(opened);
   }
-  return *database_;
+  ++connection.holds_;
+}
+
+DatabaseConnection::Hold::~Hold() {
+  if (--connection_.holds_ == 0) connection_.open_.reset();
+}
+
+base::Rows DatabaseConnection::run(const std::string& sql, std::span<const platform::NamedValue> values) {
+  const Hold hold(*this);
+  return open_->run(sql, values);
+}
+
+void DatabaseConnection::transaction(const std::function<void()>& work) {
+  const Hold hold(*this);
+  open_->transaction(work);
 }
 
 }  // namespace qvrcom::environment

@@ -46,9 +46,9 @@ class Suite : public Host {
   adapters::QtXmlRows xml_rows;
   adapters::MessageChannelLocal channel;
   adapters::SchedulerControlLocal scheduler;
+  environment::DatabaseConnection connection;
   environment::DataBase database;  // the control's command set
   environment::DBase dbase;        // the rules' command set
-  environment::DatabaseConnection connection;
   components::ComponentRegistry components;
   base::Session session;
   sitebook::SiteBook sites;

@@ -48,8 +48,8 @@ TEST_F(DatabaseTest, SetUpMakesAMachineReadyAndTwiceIsHarmless) {
 
 TEST_F(DatabaseTest, EveryCommandRunsOnTheSchema) {
   set_up();
-  environment::DataBase control(engine, folders);
-  environment::DBase rules(engine, folders);
+  environment::DataBase control(connection);
+  environment::DBase rules(connection);
   const auto run_all = [](environment::CommandSet& set, const std::vector<environment::Command>& commands) {
     for (const environment::Command& command : commands) {
       const std::vector<Field> arguments(command.parameters.size(), "1");
@@ -62,8 +62,8 @@ TEST_F(DatabaseTest, EveryCommandRunsOnTheSchema) {
 
 TEST_F(DatabaseTest, CommandsDoWhatTheySay) {
   set_up();
-  environment::DataBase control(engine, folders);
-  environment::DBase rules(engine, folders);
+  environment::DataBase control(connection);
+  environment::DBase rules(connection);
   query("INSERT INTO SessionQVR (SiteID) VALUES (3)");
   control.run("Update_SessionQVR", {"7"});
   EXPECT_EQ(value("SELECT COUNT(*) FROM SessionQVR WHERE SiteID = 7"), "2");
@@ -177,15 +177,35 @@ TEST_F(DatabaseTest, TellsALockedFileAndDamageFoundLater) {
             "Database is damaged");
 }
 
+// A connection that stayed open would go on with the file that is no longer there, and could not write to it.
+TEST_F(DatabaseTest, ACopyPutBackIsWhatTheNextActionWorksWith) {
+  set_up();
+  environment::DBase rules(connection);
+  const std::string copy = database_path() + ".copy";
+  const auto put_back = [&] { std::filesystem::rename(copy, database_path()); };
+  std::filesystem::copy_file(database_path(), copy);
+  query("DELETE FROM Partition_Settings");
+  put_back();
+  EXPECT_EQ(value("SELECT COUNT(*) FROM Partition_Settings"), "64");
+
+  std::filesystem::copy_file(database_path(), copy);
+  rules.run("Delete_Used_Lines", {"1"});
+  put_back();
+  rules.run("Delete_Used_Lines", {"1"});
+  query("DELETE FROM Partition_Settings");
+  EXPECT_EQ(value("SELECT COUNT(*) FROM Partition_Settings"), "0");
+}
+
 TEST_F(DatabaseTest, RefusesTablesOfOthersAndNewerSchemas) {
   set_up();
-  query("PRAGMA user_version = 9");
+  const auto database = engine.open(folders.GetConnectionString());
+  database->run("PRAGMA user_version = 9");
   EXPECT_EQ(fault_of([&] { set_up(); }), "Database is too new");
-  query("PRAGMA application_id = 7");
+  database->run("PRAGMA application_id = 7");
   EXPECT_EQ(fault_of([&] { set_up(); }), "Database is foreign");
 
   write_database_file("");
-  EXPECT_EQ(fault_of([&] { environment::DataBase(engine, folders).run("Get_AllSites"); }),
+  EXPECT_EQ(fault_of([&] { environment::DataBase(connection).run("Get_AllSites"); }),
             "Database is not set up");
   EXPECT_THAT(set_up(), testing::Contains(testing::HasSubstr("schema version 0 to 2")));
 }

@@ -42,7 +42,7 @@ TEST_F(DatabaseComponentsTest, AnswersTheLookups) {
   query("INSERT INTO Site (SiteID, ControlCardType) VALUES (5, 'OLD'), (6, NULL)");
   doubles::RecordingUserInterface ui;
   base::SiteValues site;
-  environment::DBase dbase(engine, folders);
+  environment::DBase dbase(connection);
   siterules::SiteLookups lookups(platform::Trap(ui), site, registry, xml, dbase);
   for (const auto& [id, card] : {std::pair("5", "OLD"), std::pair("6", "NEW"), std::pair("7", "NEW")}) {
     site.SiteID = id;

@@ -57,7 +57,7 @@ struct ImageComponentsTest : testing::Test, adapters::TemporarySuite {
   std::string count(const std::string& what) { return value("SELECT COUNT(*) FROM " + what); }
 
   doubles::RecordingUserInterface ui;
-  environment::DBase dbase{engine, folders};
+  environment::DBase dbase{connection};
   ComponentRegistry registry;
 };
 

@@ -55,9 +55,8 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
   MemoryLock lock;
   session::SessionRun screen{run.parts(), run};
   session::SessionGate gate{lock, run.ui};
-  environment::DataBase database{run.engine, run.folders};
-  environment::DatabaseConnection connection{run.engine, run.folders};
-  sitebook::SiteBook sites{connection};
+  environment::DataBase database{run.connection};
+  sitebook::SiteBook sites{run.connection};
   SessionRequestParts parts{run.parts().rules, database, gate, screen, run.link, sites};
   sitebook::SiteRecord record;
   SystemOrder order;

@@ -64,9 +64,8 @@ struct ControlTest : ::testing::Test, ControlView, ControlEvents, StatisticsView
   Windows windows{*this};
   session::SessionRun screen{suite.parts(), windows};
   session::SessionGate gate{lock, suite.ui};
-  environment::DataBase database{suite.engine, suite.folders};
-  environment::DatabaseConnection connection{suite.engine, suite.folders};
-  sitebook::SiteBook site_book{connection};
+  environment::DataBase database{suite.connection};
+  sitebook::SiteBook site_book{suite.connection};
   StatisticsControl control{
       {{suite.parts().rules, database, gate, screen, suite.link, site_book}, *this, *this, *this, *this}};
 };

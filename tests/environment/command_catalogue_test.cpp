@@ -80,17 +80,18 @@ TEST(CommandCatalogue, OnlyWordsOfItsListAreParameters) {
             "SELECT `Password`, 'Given_A', \"Given_A\", Given_AB FROM T WHERE a=:Given_A OR b=(:Given_A)");
 }
 
-TEST(CommandSet, OpensOnceAndTakesOneArgumentPerParameter) {
+TEST(CommandSet, OpensForEachActionAndTakesOneArgumentPerParameter) {
   doubles::MemoryMachine machine;
   doubles::MemoryFiles files;
   doubles::MemoryDatabase engine;
   FilesAndFolders folders(machine, files);
-  DataBase commands(engine, folders);
+  DatabaseConnection connection(engine, folders);
+  DataBase commands(connection);
   EXPECT_EQ(engine.opened, 0);
 
   commands.run("Update_SessionQVR", {"7"});
   commands.run("Get_AllSites");
-  EXPECT_EQ(engine.opened, 1);
+  EXPECT_EQ(engine.opened, 2);
   ASSERT_EQ(engine.statements.size(), 2U);
   EXPECT_EQ(engine.statements[0].sql, "UPDATE SessionQVR SET SiteID = :Given_SiteID ");
   EXPECT_EQ(engine.statements[0].values[0].value, "7");
@@ -99,6 +100,13 @@ TEST(CommandSet, OpensOnceAndTakesOneArgumentPerParameter) {
   EXPECT_THROW(commands.run("Get_AllSites", {"1"}), base::Fault);
   EXPECT_THROW(commands.run("Get_Node_MSG", {"1", "1"}), base::Fault) << "belongs to the other set";
   EXPECT_EQ(engine.statements.size(), 2U);
+
+  const int opened = engine.opened;
+  connection.database().transaction([&] {
+    commands.run("Get_AllSites");
+    DBase(connection).run("Get_Node_MSG", {"1", "1"});
+  });
+  EXPECT_EQ(engine.opened, opened + 1) << "both sets are part of the transaction";
 }
 
 TEST(CommandSet, RefusesADatabaseOfAnotherSchema) {
@@ -111,7 +119,8 @@ TEST(CommandSet, RefusesADatabaseOfAnotherSchema) {
   for (const auto& [version, description] : cases) {
     doubles::MemoryDatabase engine;
     engine.version = std::to_string(version);
-    DataBase commands(engine, folders);
+    DatabaseConnection connection(engine, folders);
+    DataBase commands(connection);
     EXPECT_EQ(doubles::fault_of([&] { commands.run("Get_AllSites"); }), description);
     engine.version = std::to_string(kSchemaVersion);
     commands.run("Get_AllSites");

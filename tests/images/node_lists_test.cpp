@@ -30,7 +30,8 @@ struct Parts {
   doubles::MemoryDatabase engine;
   base::NodeValues nodes_of;
   environment::FilesAndFolders folders{machine, files};
-  environment::DBase dbase{engine, folders};
+  environment::DatabaseConnection connection{engine, folders};
+  environment::DBase dbase{connection};
   NodeLists lists{nodes_of, dbase, ui};
 };
 

@@ -27,6 +27,7 @@ struct Parts {
   doubles::RecordingUserInterface ui;
   doubles::MemoryDatabase engine;
   environment::FilesAndFolders folders{machine, files};
+  environment::DatabaseConnection connection{engine, folders};
   StatisticsFiles statistics{folders, files, ui};
 };
 
@@ -41,7 +42,7 @@ TEST(StatisticsFiles, TakesPathNameAndNumberingFromTheSettings) {
                {{{std::nullopt, std::nullopt, std::nullopt}}, kStats + "Stats1.csv"}};
   for (const auto& each : cases) {
     Parts parts;
-    environment::DBase database(parts.engine, parts.folders);
+    environment::DBase database(parts.connection);
     parts.engine.answer("File_Handling", {"DefaultPathname", "DefaultFilename", "AutoIncrements"}, each.rows);
     EXPECT_EQ(parts.statistics.Get_Stats_FileName("17", database), each.result);
     ASSERT_EQ(parts.engine.statements.size(), 1U);
@@ -76,7 +77,7 @@ TEST(StatisticsFiles, FindsTheNextNumber) {
 
 TEST(StatisticsFiles, ReportsWithTheErrorIcon) {
   Parts parts;
-  environment::DBase database(parts.engine, parts.folders);
+  environment::DBase database(parts.connection);
   parts.engine.refusal = "Database is locked";
   EXPECT_EQ(parts.statistics.Get_Stats_FileName("17", database), "");
   EXPECT_EQ(parts.statistics.Next_AutoIncrement_FileName("E:\\", "Stats.csv"), "");

@@ -244,7 +244,8 @@ struct MemorySuite {
   MemoryXml xml;
   base::Session session;
   environment::FilesAndFolders folders{machine, files};
-  environment::DBase dbase{engine, folders};
+  environment::DatabaseConnection connection{engine, folders};
+  environment::DBase dbase{connection};
   link::SchedulerLink link{{session, ui, clock, files, programs, channel, folders}};
   MemoryScheduler scheduler{channel, files};
   std::function<void()> on_event;

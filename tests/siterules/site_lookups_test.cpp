@@ -38,7 +38,8 @@ struct SiteLookupsTest : testing::Test {
   doubles::MemoryFiles files;
   environment::FilesAndFolders folders{machine, files};
   doubles::MemoryDatabase engine;
-  environment::DBase dbase{engine, folders};
+  environment::DatabaseConnection connection{engine, folders};
+  environment::DBase dbase{connection};
   SiteLookups lookups{platform::Trap(ui), site, components, xml_rows, dbase};
 };
 

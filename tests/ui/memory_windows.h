@@ -55,7 +55,7 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
       {[this] { return suite.session.run.SessionStatus == "Error"; }, [this](QWidget*) { ++logs_opened; }}};
   session::SessionRun screen{suite.parts(), dialogs};
   session::SessionGate gate{lock, suite.ui};
-  environment::DataBase database{suite.engine, suite.folders};
+  environment::DataBase database{suite.connection};
 };
 
 }  // namespace qvrcom::ui
