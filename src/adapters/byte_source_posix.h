@@ -4,7 +4,7 @@
 
 namespace qvrcom::adapters {
 
-// Files by suite or native path. A file that is replaced or removed while it is open stays readable.
+// Files by suite path. A file that is replaced or removed while it is open stays readable.
 class ByteSourcesPosix : public csv::ByteSources {
  public:
   csv::FileStamp stamp(const std::string& path) const override;

@@ -4,11 +4,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <charconv>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 
 #include "adapters/paths.h"
+#include "adapters/plain_file.h"
 #include "adapters/posix_fault.h"
 #include "adapters/transfer_files.h"
 #include "base/fault.h"
@@ -20,35 +25,12 @@ namespace {
 using base::Fault;
 using platform::Readers;
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int get() const { return number_; }
-  bool open() const { return number_ >= 0; }
-
- private:
-  int number_;
-};
-
-// False when a write fails; errno says why.
-bool write_all(int file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(file, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
+constexpr const char* kReading = "Reading";
+constexpr const char* kWriting = "Writing";
 
 struct stat status_of(int file, const std::string& native) {
   struct stat status {};
-  if (::fstat(file, &status) != 0) fail("Reading", native);
+  if (::fstat(file, &status) != 0) fail(kReading, native);
   return status;
 }
 
@@ -67,59 +49,101 @@ struct Rights {
   bool exact = false;  // to be given as they are
 };
 
-void rewrite_in_place(const std::string& native, std::string_view text, const Rights& rights) {
-  const Descriptor file(::open(native.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, rights.mode));
-  const bool written = file.open() && (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) &&
-                       ::ftruncate(file.get(), 0) == 0 && write_all(file.get(), text) &&
-                       ::fdatasync(file.get()) == 0;
-  if (!written) fail("Writing", native);
+// Writes the whole content into a file that is empty; false with errno.
+using Fill = std::function<bool(int file)>;
+
+void rewrite_in_place(const std::string& native, const Fill& fill, const Rights& rights) {
+  const Descriptor file = open_plain(kWriting, native, O_WRONLY | O_CREAT, Links::kRefused, rights.mode);
+  const bool written = (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) &&
+                       ::ftruncate(file.get(), 0) == 0 && fill(file.get()) && ::fdatasync(file.get()) == 0;
+  if (!written) fail(kWriting, native);
 }
 
-std::string aside_name(const std::string& native) {
-  const auto name = native.rfind('/') + 1;
-  return native.substr(0, name) + "." + native.substr(name) + "." + std::to_string(::getpid()) + ".new";
+// ".NAME.PID.new" beside the target.
+struct AsideNames {
+  explicit AsideNames(const std::string& target)
+      : folder(target.substr(0, target.rfind('/') + 1)), before('.' + target.substr(folder.size()) + '.') {}
+  std::string own() const { return (folder + before + std::to_string(::getpid())).append(kAfter); }
+  // Whether a program wrote `name` that is no more.
+  bool orphaned(const std::string& name) const {
+    if (!name.starts_with(before) || !name.ends_with(kAfter)) return false;
+    const std::string number = name.substr(before.size(), name.size() - before.size() - kAfter.size());
+    pid_t process = 0;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), process);
+    return error == std::errc() && end == number.data() + number.size() && process > 0 &&
+           ::kill(process, 0) != 0 && errno == ESRCH;
+  }
+
+  static constexpr std::string_view kAfter = ".new";
+  std::string folder;
+  std::string before;
+};
+
+// What programs left that were killed while they wrote this target. A folder that cannot be listed keeps it.
+void sweep(const AsideNames& names) {
+  std::error_code error;
+  std::filesystem::directory_iterator entry(names.folder.empty() ? "." : names.folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    if (names.orphaned(entry->path().filename().string())) ::unlink(entry->path().c_str());
+  }
 }
 
 bool refused(int code) {
   return code == EACCES || code == EPERM || code == EBUSY || code == EXDEV;
 }
 
-// Writes `text` to a new file beside the target. False when the folder takes no new file.
-bool write_aside(const std::string& aside, const std::string& target, std::string_view text,
+// Writes a new file beside the target. False when the folder takes no new file.
+bool write_aside(const std::string& aside, const std::string& target, const Fill& fill,
                  const Rights& rights) {
   ::unlink(aside.c_str());  // left behind by a program of the same number that was killed
   const mode_t first = rights.exact ? 0600 : rights.mode;
   const Descriptor file(::open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, first));
   if (!file.open()) {
     if (refused(errno)) return false;
-    fail("Writing", target);
+    fail(kWriting, target);
   }
-  const bool written = write_all(file.get(), text) &&
-                       (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) &&
+  const bool written = fill(file.get()) && (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) &&
                        ::fdatasync(file.get()) == 0;
   if (written) return true;
   const int code = errno;
   ::unlink(aside.c_str());
-  fail("Writing", target, code);
+  fail(kWriting, target, code);
 }
 
-void write_over(const std::string& native, std::string_view text, Readers readers) {
+void write_over(const std::string& native, Readers readers, const Fill& fill) {
+  need_plain(native);
   const Rights rights(native, readers);
-  const std::string aside = aside_name(native);
-  if (!write_aside(aside, native, text, rights)) return rewrite_in_place(native, text, rights);
+  const AsideNames names(native);
+  sweep(names);
+  const std::string aside = names.own();
+  if (!write_aside(aside, native, fill, rights)) return rewrite_in_place(native, fill, rights);
   if (std::rename(aside.c_str(), native.c_str()) == 0) {
-    if (!sync_folder_of(native)) fail("Writing", native);
+    if (!sync_folder_of(native)) fail(kWriting, native);
     return;
   }
   const int code = errno;
   ::unlink(aside.c_str());
-  if (!refused(code)) fail("Writing", native, code);
-  rewrite_in_place(native, text, rights);
+  if (!refused(code)) fail(kWriting, native, code);
+  rewrite_in_place(native, fill, rights);
 }
 
-std::string file_target(const std::string& path) {
-  // A link is followed: the file behind it is the one that is replaced.
-  const std::string native = native_path(path);
+Fill text_of(std::string_view text) {
+  return [text](int file) { return write_all(file, text); };
+}
+
+bool copy_all(int from, int to) {
+  std::array<char, 65536> bytes;
+  ::lseek(from, 0, SEEK_SET);
+  while (true) {
+    const ssize_t got = ::read(from, bytes.data(), bytes.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got == 0;
+    if (!write_all(to, {bytes.data(), static_cast<std::size_t>(got)})) return false;
+  }
+}
+
+// Where a link leads; the path itself when it is none.
+std::string behind_link(const std::string& native) {
   std::error_code error;
   if (!std::filesystem::is_symlink(native, error)) return native;
   const auto target = std::filesystem::weakly_canonical(native, error);
@@ -140,6 +164,24 @@ std::vector<std::string> names_in(const std::string& native, Wanted wanted) {
   }
   if (error) fail("Listing", native, error.value());
   return names;
+}
+
+std::string read_whole(const std::string& native, Links links) {
+  const Descriptor file = open_plain(kReading, native, O_RDONLY, links);
+  const struct stat status = status_of(file.get(), native);
+  if (static_cast<std::uint64_t>(status.st_size) > platform::Files::kReadLimit)
+    throw Fault("File too large", "\"" + native + "\" is larger than 256 MiB.");
+  std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+  std::size_t have = 0;
+  while (have < bytes.size()) {
+    const ssize_t got = ::read(file.get(), bytes.data() + have, bytes.size() - have);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) fail(kReading, native);
+    if (got == 0) break;  // it became shorter meanwhile
+    have += static_cast<std::size_t>(got);
+  }
+  bytes.resize(have);
+  return bytes;
 }
 
 }  // namespace
@@ -165,76 +207,57 @@ bool FilesPosix::is_link(const std::string& path) const {
 std::uint64_t FilesPosix::length(const std::string& path) const {
   std::error_code error;
   const auto size = std::filesystem::file_size(native_path(path), error);
-  if (error) fail("Reading", native_path(path), error.value());
+  if (error) fail(kReading, native_path(path), error.value());
   return size;
 }
 
 std::string FilesPosix::read(const std::string& path) const {
-  const std::string native = native_path(path);
-  const Descriptor file(::open(native.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  if (!file.open()) fail("Reading", native);
-  const struct stat status = status_of(file.get(), native);
-  if (!S_ISREG(status.st_mode))
-    throw Fault("Path/File access error", "\"" + native + "\" is not a plain file.");
-  if (static_cast<std::uint64_t>(status.st_size) > kReadLimit) {
-    throw Fault("File too large", "\"" + native + "\" is larger than 256 MiB.");
-  }
-  std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
-  std::size_t have = 0;
-  while (have < bytes.size()) {
-    const ssize_t got = ::read(file.get(), bytes.data() + have, bytes.size() - have);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) fail("Reading", native);
-    if (got == 0) break;  // it became shorter meanwhile
-    have += static_cast<std::size_t>(got);
-  }
-  bytes.resize(have);
-  return bytes;
+  return read_whole(native_path(path), Links::kRefused);
+}
+
+std::string FilesPosix::load(const std::string& path) const {
+  return read_whole(native_path(path), Links::kFollowed);
 }
 
 void FilesPosix::append(const std::string& path, std::string_view text) {
   const std::string native = native_path(path);
-  const Descriptor file(::open(native.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
-  if (!file.open()) fail("Writing", native);
+  const Descriptor file = open_plain(kWriting, native, O_WRONLY | O_APPEND | O_CREAT, Links::kRefused, 0600);
   if (text.empty()) return;
   const off_t before = status_of(file.get(), native).st_size;
   if (write_all(file.get(), text)) return;
   const int code = errno;
   // A part of a line would be read as a line: what was there before is all that stays.
   if (::ftruncate(file.get(), before) != 0) fail("Undoing a part written to", native);
-  fail("Writing", native, code);
+  fail(kWriting, native, code);
 }
 
 void FilesPosix::append_line(const std::string& path, std::string_view line) {
   const std::string native = native_path(path);
   const bool is_new = !file_exists(path);
-  const Descriptor file(::open(native.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
-  if (!file.open()) fail("Writing", native);
+  const Descriptor file = open_plain(kWriting, native, O_RDWR | O_APPEND | O_CREAT, Links::kRefused, 0600);
   const off_t before = status_of(file.get(), native).st_size;
   char last = '\n';
-  if (before > 0 && ::pread(file.get(), &last, 1, before - 1) != 1) fail("Reading", native);
+  if (before > 0 && ::pread(file.get(), &last, 1, before - 1) != 1) fail(kReading, native);
   std::string text(last == '\n' ? std::string_view{} : base::kCrLf);
   text.append(line).append(base::kCrLf);
   if (write_all(file.get(), text) && ::fdatasync(file.get()) == 0 && (!is_new || sync_folder_of(native)))
     return;
   const int code = errno;
   if (::ftruncate(file.get(), before) != 0) fail("Undoing a part written to", native);
-  fail("Writing", native, code);
+  fail(kWriting, native, code);
 }
 
 void FilesPosix::replace(const std::string& path, std::string_view text) {
-  write_over(file_target(path), text, Readers::kEverybody);
+  write_over(native_path(path), Readers::kEverybody, text_of(text));
 }
 
 void FilesPosix::save(const std::string& path, std::string_view text, Readers readers) {
-  write_over(file_target(path), text, readers);
+  write_over(behind_link(native_path(path)), readers, text_of(text));
 }
 
 void FilesPosix::copy(const std::string& from, const std::string& to) {
-  std::error_code error;
-  std::filesystem::copy_file(native_path(from), native_path(to),
-                             std::filesystem::copy_options::overwrite_existing, error);
-  if (error) fail("Copying", native_path(from), error.value());
+  const Descriptor source = open_plain("Copying", native_path(from), O_RDONLY, Links::kFollowed);
+  write_over(native_path(to), Readers::kEverybody, [&](int file) { return copy_all(source.get(), file); });
 }
 
 void FilesPosix::remove(const std::string& path) {
@@ -244,14 +267,14 @@ void FilesPosix::remove(const std::string& path) {
 std::vector<std::string> FilesPosix::list(const std::string& folder) const {
   return names_in(native_path(folder), [](const std::filesystem::directory_entry& entry) {
     std::error_code unreadable;
-    return !entry.is_directory(unreadable);
+    return std::filesystem::is_regular_file(entry.symlink_status(unreadable));
   });
 }
 
 std::vector<std::string> FilesPosix::list_folders(const std::string& folder) const {
   return names_in(native_path(folder), [](const std::filesystem::directory_entry& entry) {
     std::error_code unreadable;
-    return entry.is_directory(unreadable) && !entry.is_symlink(unreadable);
+    return std::filesystem::is_directory(entry.symlink_status(unreadable));
   });
 }
 
@@ -270,6 +293,12 @@ void FilesPosix::remove_folder(const std::string& path) {
 
 std::string FilesPosix::native(const std::string& path) const {
   return native_path(path);
+}
+
+std::string FilesPosix::from_native(const std::string& path) const {
+  std::error_code error;
+  const auto absolute = std::filesystem::absolute(path, error);
+  return suite_path(error ? path : absolute.string());
 }
 
 }  // namespace qvrcom::adapters

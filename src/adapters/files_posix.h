@@ -11,6 +11,7 @@ class FilesPosix : public platform::Files {
   bool is_link(const std::string& path) const override;
   std::uint64_t length(const std::string& path) const override;
   std::string read(const std::string& path) const override;
+  std::string load(const std::string& path) const override;
   void append(const std::string& path, std::string_view text) override;
   void append_line(const std::string& path, std::string_view line) override;
   void replace(const std::string& path, std::string_view text) override;
@@ -22,6 +23,7 @@ class FilesPosix : public platform::Files {
   void make_folder(const std::string& path) override;
   void remove_folder(const std::string& path) override;
   std::string native(const std::string& path) const override;
+  std::string from_native(const std::string& path) const override;
 };
 
 }  // namespace qvrcom::adapters

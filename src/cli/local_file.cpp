@@ -1,7 +1,6 @@
 #include "cli/local_file.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QSaveFile>
 
 #include "base/fault.h"
@@ -30,14 +29,6 @@ void write_private_file(const std::string& path, std::string_view text) {
       file.write(text.data(), static_cast<qint64>(text.size())) == static_cast<qint64>(text.size()) &&
       file.commit();
   if (!written) fail("Cannot write", path, file);
-}
-
-std::string suite_path_of(const std::string& path) {
-  if (path.find('\\') != std::string::npos) {
-    throw base::Fault("Cannot use this file",
-                      "\"" + path + "\" holds a backslash. Rename it, then try again.");
-  }
-  return QFileInfo(QString::fromStdString(path)).absoluteFilePath().replace('/', '\\').toStdString();
 }
 
 }  // namespace qvrcom::cli

@@ -13,7 +13,4 @@ std::string read_local_file(const std::string& path);
 // was and a Fault says why.
 void write_private_file(const std::string& path, std::string_view text);
 
-// The suite's name for it. Fault when it has none.
-std::string suite_path_of(const std::string& path);
-
 }  // namespace qvrcom::cli

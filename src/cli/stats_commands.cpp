@@ -126,7 +126,7 @@ void add_reset(CLI::App& stats, Invocation& invocation) {
 }
 
 ExitCode show(CommandContext& context, const std::string& path, bool as_json) {
-  csv::CsvFile file(context.byte_sources.open(path));
+  csv::CsvFile file(context.byte_sources.open(context.files.from_native(path)));
   file.index().index_all();
   if (as_json) {
     write_csv_json(file, path, context.console.out());

@@ -6,7 +6,6 @@
 #include "cli/commands.h"
 #include "cli/invocation.h"
 #include "cli/json_text.h"
-#include "cli/local_file.h"
 #include "cli/site_answers.h"
 #include "control/system_request.h"
 #include "devicefiles/device_epoch.h"
@@ -54,7 +53,7 @@ const char* log_operation(const SystemOptions& options) {
 
 SiteAnswer log(CommandContext& context, const control::SiteRow& site, const SystemOptions& options) {
   SystemOrder order{.site = site, .operation = log_operation(options)};
-  if (!options.output.empty()) order.save_log_as = suite_path_of(options.output);
+  if (!options.output.empty()) order.save_log_as = context.files.from_native(options.output);
   const SystemAnswer answer = run_order(context, order);
   SiteAnswer shown{.result = answer.result};
   if (options.reset_only) return shown;
@@ -172,11 +171,11 @@ SiteAnswer partition(CommandContext& context, const control::SiteRow& site, cons
 
 template <const char* const& Operation>
 SiteAnswer send_file(CommandContext& context, const control::SiteRow& site, const SystemOptions& options) {
-  return {
-      run_order(
-          context,
-          {.site = site, .operation = Operation, .file = suite_path_of(options.file), .force = options.force})
-          .result};
+  return {run_order(context, {.site = site,
+                              .operation = Operation,
+                              .file = context.files.from_native(options.file),
+                              .force = options.force})
+              .result};
 }
 
 struct SystemCommand {

@@ -14,7 +14,7 @@ struct ControlState {
   bool buttons_enabled = true;     // cmdOK, cmdApply
   int site = -1;                   // selected entry of cmbSelectSite, -1 none
   int partition = -1;              // selected entry of cmbSelectPartition
-  std::string filename;            // txtFilename
+  std::string filename;            // txtFilename; a native path
   bool operator==(const ControlState&) const = default;
 };
 
@@ -46,7 +46,7 @@ struct FileChoice {
 class FileChooser {
  public:
   virtual ~FileChooser() = default;
-  // The full path of the chosen file; nothing when the user cancelled.
+  // The full native path of the chosen file; nothing when the user cancelled.
   virtual std::optional<std::string> open_file(const FileChoice& choice) = 0;
 };
 

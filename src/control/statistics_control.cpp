@@ -139,7 +139,7 @@ bool StatisticsControl::view_file() {
   if (state_.filename.empty()) return stay("Please Select a Filename", "View Statistics");
   {
     const Hourglass busy(parts_.view);
-    parts_.viewer.hand_over(state_.filename);
+    parts_.viewer.hand_over(parts_.request.rules.files.from_native(state_.filename));
   }
   parts_.viewer.show_modal();
   return true;

@@ -137,7 +137,8 @@ bool SystemRequest::take_log(const Call& call, SystemAnswer& answer) {
   platform::Files& files = parts_.rules.files;
   answer.log = files.read(call.log_path);
   const auto fault = base::fault_of([&] {
-    if (!call.order.save_log_as.empty()) files.replace(call.order.save_log_as, answer.log);
+    if (!call.order.save_log_as.empty())
+      files.save(call.order.save_log_as, answer.log, platform::Readers::kEverybody);
     if (call.order.deliver_log) call.order.deliver_log(answer.log);
   });
   if (fault && !keep_deleted()) throw *fault;

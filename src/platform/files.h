@@ -12,6 +12,10 @@ enum class Readers { kEverybody, kOwner };
 
 // Whole operations on suite paths (UTF-8, backslashes between the names). A failing operation throws a Fault
 // whose description is the system's short text and whose detail names the file.
+//
+// `load`, `save` and the source of `copy` are for paths that the user named: a link is followed to its file.
+// The others are for the suite's own files, where a link is refused. In any of them a pipe, a device or
+// anything else that is no plain file is refused and never waited for.
 class Files {
  public:
   virtual ~Files() = default;
@@ -27,6 +31,7 @@ class Files {
   // The whole file, at most kReadLimit bytes.
   static constexpr std::uint64_t kReadLimit = 256ULL << 20U;
   virtual std::string read(const std::string& path) const = 0;
+  virtual std::string load(const std::string& path) const = 0;
 
   // Adds to the end; a missing file is created, readable by its owner alone.
   virtual void append(const std::string& path, std::string_view text) = 0;
@@ -37,14 +42,17 @@ class Files {
   virtual void append_line(const std::string& path, std::string_view line) = 0;
 
   // The file holds exactly `text` afterwards. Another program that reads the path meanwhile sees the old
-  // content or the new one, never a part: the text is written aside and renamed over the old file. Where the
-  // rename is refused the file is rewritten in place. A file that was there keeps its rights.
+  // content or the new one, never a part: the text is written aside and renamed over the old file, and is on
+  // the disk when this returns. Where the rename is refused the file is rewritten in place. A file that was
+  // there keeps its rights; a new one may be read by everybody whom the user lets, and written by its owner
+  // alone.
   virtual void replace(const std::string& path, std::string_view text) = 0;
 
-  // `replace` for a path that the user named. With kOwner the file is its owner's alone from its first byte
+  // `replace` for what the user named. With kOwner the file is its owner's alone from its first byte
   // on, whatever rights one had that was there: for whatever holds an access code.
   virtual void save(const std::string& path, std::string_view text, Readers readers) = 0;
 
+  // As `replace`, with the content of another file of any size.
   virtual void copy(const std::string& from, const std::string& to) = 0;
   virtual void remove(const std::string& path) = 0;
 
@@ -61,6 +69,10 @@ class Files {
 
   // The path as the operating system writes it, for messages, logs and other programs.
   virtual std::string native(const std::string& path) const = 0;
+
+  // The suite's path of a native one that the user named, relative ones taken from the current folder;
+  // whatever its names hold, it means that very file.
+  virtual std::string from_native(const std::string& path) const = 0;
 };
 
 }  // namespace qvrcom::platform

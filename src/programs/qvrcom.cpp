@@ -35,7 +35,8 @@ int complain(const std::string& text, ExitCode code) {
 int write_picture(const QString& csv_file, const QString& picture) {
   const adapters::ByteSourcesPosix sources;
   const adapters::FilesPosix files;
-  if (!files.file_exists(ui::utf8(csv_file)))
+  const std::string csv_path = files.from_native(ui::utf8(csv_file));
+  if (!files.file_exists(csv_path))
     return complain("There is no file \"" + ui::utf8(csv_file) + "\".", kFailed);
   ui::VisualComponents components;
   ui::ucStats* grid = nullptr;
@@ -44,7 +45,7 @@ int write_picture(const QString& csv_file, const QString& picture) {
     return grid;
   });
   ui::frmViewStatistics viewer(components, files);
-  viewer.hand_over(ui::utf8(csv_file));
+  viewer.hand_over(csv_path);
   viewer.show();
   QElapsedTimer taken;
   taken.start();

@@ -170,7 +170,7 @@ void DevicePage::get_and_reset_log() {
   const auto path = parts_.chooser.save_file(kTextFiles, "log.txt");
   if (!path) return;
   control::SystemOrder order;
-  order.save_log_as = *path;
+  order.save_log_as = parts_.request.rules.files.from_native(*path);
   const control::SystemAnswer answer = command(operation::kGetAndResetLog, order);
   const bool done = answer.result == RequestResult::kDone;
   if (done || !answer.log.empty()) show_log(operation::kGetAndResetLog, answer.log);
@@ -195,18 +195,18 @@ void DevicePage::send(const Sending& what) {
   const auto path =
       parts_.chooser.open_file({.filter = what.filter, .flags = control::FileChoice::kFileMustExist});
   if (!path) return;
+  control::SystemOrder order;
+  order.file = parts_.request.rules.files.from_native(*path);
   std::uint64_t length = 0;
   const std::string refused = std::string("The ") + what.what + " cannot be sent.";
   const bool fit = attempt(parts_.request.rules.ui, refused, [&] {
-    length = parts_.request.rules.files.length(*path);
+    length = parts_.request.rules.files.length(order.file);
     if (length == 0) throw base::Fault("The file is empty.", *path);
   });
   if (!fit) return;
   const std::string question = std::string("Send the ") + what.what + " to " + picker_->title() + "?\n" +
                                *path + " (" + utf8(byte_count(length)) + ")";
   if (!agreed(question)) return;
-  control::SystemOrder order;
-  order.file = *path;
   command(what.operation, order);
 }
 
@@ -260,7 +260,8 @@ void DevicePage::save_answer() {
   const auto path = parts_.chooser.save_file(kTextFiles, answer_name_);
   if (!path) return;
   attempt(parts_.request.rules.ui, "The answer cannot be saved.", [&] {
-    parts_.request.rules.files.replace(*path, answer_);
+    platform::Files& files = parts_.request.rules.files;
+    files.save(files.from_native(*path), answer_, platform::Readers::kEverybody);
     lblState_->setText(QStringLiteral("Saved in ") + qt_text(*path));
   });
 }

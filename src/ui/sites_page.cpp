@@ -142,8 +142,9 @@ void SitesPage::import_sites() {
       parts_.chooser.open_file({.filter = kFilter, .flags = control::FileChoice::kFileMustExist});
   if (!path) return;
   sitebook::ImportResult result;
-  const bool done = attempt(parts_.ui, "The sites cannot be imported.",
-                            [&] { result = sitebook::import_csv(parts_.sites, parts_.files.read(*path)); });
+  const bool done = attempt(parts_.ui, "The sites cannot be imported.", [&] {
+    result = sitebook::import_csv(parts_.sites, parts_.files.load(parts_.files.from_native(*path)));
+  });
   if (!done) return;
   if (!result.problems.empty()) {
     TextWindow(QStringLiteral("Import Sites"), report_of(result), this).exec();
@@ -159,7 +160,8 @@ void SitesPage::export_sites() {
   const auto path = parts_.chooser.save_file(kFilter, "sites.csv");
   if (!path) return;
   attempt(parts_.ui, "The sites cannot be exported.", [&] {
-    parts_.files.replace(*path, sitebook::export_csv(parts_.sites.list()));
+    parts_.files.save(parts_.files.from_native(*path), sitebook::export_csv(parts_.sites.list()),
+                      platform::Readers::kOwner);
     lblState_->setText(count_of(model_->sites().size()) + QStringLiteral(" exported to ") + qt_text(*path));
   });
 }

@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
+#include <functional>
 
 #include "adapters/temporary_suite.h"
 #include "doubles/caught.h"
@@ -44,12 +48,75 @@ TEST_F(FilesPosixTest, AppendsAndReplaces) {
   EXPECT_EQ(files_.native(path("a.sch")), folder_ + "/a.sch");
 }
 
-TEST_F(FilesPosixTest, ReplacesTheFileBehindALink) {
+// Nobody waits for a pipe's other end, and what lies behind a link is not ours to write.
+TEST_F(FilesPosixTest, FollowsALinkOnlyWhereTheUserNamedIt) {
   files_.append(path("real"), "old");
   std::filesystem::create_symlink("real", folder_ + "/link");
-  files_.replace(path("link"), "new");
+  ASSERT_EQ(mkfifo((folder_ + "/pipe").c_str(), 0600), 0);
+  const std::function<void(const std::string&)> ours[] = {
+      [&](const std::string& name) { files_.append(name, "x"); },
+      [&](const std::string& name) { files_.append_line(name, "x"); },
+      [&](const std::string& name) { files_.replace(name, "x"); },
+      [&](const std::string& name) { files_.copy(path("real"), name); },
+      [&](const std::string& name) { files_.read(name); },
+  };
+  for (const auto& use : ours) {
+    EXPECT_EQ(doubles::whole_fault_of([&] { use(path("link")); }),
+              "Permission denied: \"" + folder_ + "/link\" is a link, which is not followed.");
+    EXPECT_EQ(fault_of([&] { use(path("pipe")); }), "Path/File access error");
+  }
+  EXPECT_EQ(fault_of([&] { files_.load(path("pipe")); }), "Path/File access error");
+  EXPECT_EQ(fault_of([&] { files_.save(path("pipe"), "x", platform::Readers::kOwner); }),
+            "Path/File access error");
+  EXPECT_EQ(files_.list(path("")), std::vector<std::string>{"real"});
+
+  EXPECT_EQ(files_.load(path("link")), "old");
+  files_.save(path("link"), "new", platform::Readers::kEverybody);
+  files_.copy(path("link"), path("copy"));
   EXPECT_TRUE(std::filesystem::is_symlink(folder_ + "/link"));
-  EXPECT_EQ(files_.read(path("real")), "new");
+  EXPECT_EQ(files_.read(path("real")) + files_.read(path("copy")), "newnew");
+}
+
+TEST_F(FilesPosixTest, OthersMayNotWriteWhateverTheProcessWouldLetThem) {
+  const mode_t before = umask(0);
+  files_.append(path("a.log"), "");
+  files_.replace(path("a.csv"), "");
+  files_.make_folder(path("job"));
+  umask(before);
+  EXPECT_EQ(mode("a.log"), 0600U);
+  EXPECT_EQ(mode("a.csv"), 0644U);
+  EXPECT_EQ(mode("job"), 0700U);
+}
+
+TEST_F(FilesPosixTest, RemovesWhatKilledWritersLeft) {
+  const pid_t killed = fork();
+  if (killed == 0) _exit(0);
+  waitpid(killed, nullptr, 0);
+  const std::string dead = std::to_string(killed);
+  const std::string live = ".a.sch." + std::to_string(getppid()) + ".new";
+  for (const std::string& name : {".a.sch." + dead + ".new", live, ".b.sch." + dead + ".new"})
+    files_.append(path(name), "half");
+  files_.replace(path("a.sch"), "whole");
+  std::vector<std::string> left = files_.list(path(""));
+  std::sort(left.begin(), left.end());
+  EXPECT_EQ(left, (std::vector<std::string>{live, ".b.sch." + dead + ".new", "a.sch"}));
+}
+
+TEST_F(FilesPosixTest, OpensANativePathAsItIsNamed) {
+  for (const std::string name : {"a\\b.csv",
+                                 "a\x1A"
+                                 "b",
+                                 "\x1A", "\\\\\x1A\\", "plain",
+                                 "\x1A"
+                                 "m\\"}) {
+    const std::string native = folder_ + '/' + name;
+    EXPECT_EQ(native_path(suite_path(native)), native);
+    files_.save(files_.from_native(native), name, platform::Readers::kEverybody);
+    EXPECT_TRUE(std::filesystem::is_regular_file(native)) << name;
+    std::filesystem::remove(native);
+  }
+  EXPECT_EQ(files_.native(files_.from_native("x")), std::filesystem::current_path().string() + "/x");
+  EXPECT_EQ(suite_path("/var/lib/x.csv"), "\\var\\lib\\x.csv");
 }
 
 TEST_F(FilesPosixTest, SavesForItsOwnerAloneWhateverWasThere) {
@@ -101,11 +168,6 @@ TEST_F(FilesPosixTest, FoldersAndLists) {
   files_.remove_folder(path("job\\sub"));
   files_.remove_folder(path("job"));
   EXPECT_EQ(entries(), 0U);
-}
-
-TEST_F(FilesPosixTest, ReadsNoPipeForEver) {
-  ASSERT_EQ(mkfifo((folder_ + "/pipe").c_str(), 0600), 0);
-  EXPECT_EQ(fault_of([&] { files_.read(path("pipe")); }), "Path/File access error");
 }
 
 }  // namespace

@@ -175,13 +175,14 @@ TEST_F(CommandsTest, SeveralSitesAnswerUnderTheirNames) {
 
 TEST_F(CommandsTest, FilesAreRefusedBeforeAnythingIsSent) {
   write("empty", "");
+  write("a\\b", "");
   const struct {
     std::vector<std::string> arguments;
     const char* reason;
   } cases[] = {
       {{"system", "firmware", "/nowhere/x"}, "there is no file /nowhere/x"},
       {{"system", "prompts", run.path("empty")}, "is empty"},
-      {{"system", "prompts", "a\\b"}, "holds a backslash"},
+      {{"system", "prompts", run.path("a\\b")}, "a\\b is empty"},
   };
   for (auto each : cases) {
     each.arguments.insert(each.arguments.end(), {"--site", "7"});

@@ -20,6 +20,7 @@ class MemoryFiles : public platform::Files {
   bool is_link(const std::string& path) const override { return links.contains(path); }
   std::uint64_t length(const std::string& path) const override { return read(path).size(); }
   std::string native(const std::string& path) const override { return path; }
+  std::string from_native(const std::string& path) const override { return path; }
 
   std::string read(const std::string& path) const override {
     about_to("read", path);
@@ -27,6 +28,7 @@ class MemoryFiles : public platform::Files {
     if (found == content.end()) throw base::Fault(base::kFileNotFound, path);
     return found->second;
   }
+  std::string load(const std::string& path) const override { return read(path); }
   void append(const std::string& path, std::string_view text) override {
     about_to("append", path);
     need_parent(path);
