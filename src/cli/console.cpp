@@ -1,5 +1,8 @@
 #include "cli/console.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <ostream>
 
 #include "base/text.h"
@@ -12,6 +15,13 @@ constexpr std::size_t kStatusWidth = 79;  // a longer line would wrap and could 
 constexpr const char* kHostName = "qvrcomctl";
 
 }  // namespace
+
+void take_standard_descriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(descriptor, F_GETFD) < 0)
+      ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
 
 void Console::print(std::string_view text) {
   erase_status();

@@ -8,6 +8,11 @@
 
 namespace qvrcom::cli {
 
+// Makes sure that the three standard descriptors are taken: the first file that the program opens must not
+// become what it writes its answer to, or reads an access code from. One that was closed can neither be read
+// nor written afterwards.
+void take_standard_descriptors();
+
 // The two streams of the program. Data goes to `out`; messages go to `err`, and when that is a terminal, one
 // status line at its end that is rewritten in place. Foreign texts never reach either of them raw.
 class Console {

@@ -19,6 +19,8 @@ const std::map<std::string, platform::Button> kAnswers{{"yes", platform::Button:
                                                        {"ok", platform::Button::kOk},
                                                        {"cancel", platform::Button::kCancel}};
 
+const base::Fault kNotWritten("Cannot write", "Standard output did not take all of the data.");
+
 void add_global_options(CLI::App& app, Invocation& invocation, const std::string& version) {
   app.set_version_flag("--version", "qvrcomctl " + version);
   app.add_option_function<std::string>(
@@ -55,6 +57,11 @@ Invocation read_command_line(std::vector<std::string> arguments, const std::stri
   } catch (const CLI::ParseError& error) {
     invocation.command = nullptr;
     invocation.exit_code = app.exit(error, out, err) == 0 ? ExitCode::kDone : ExitCode::kUsage;
+    Console console(out, err, false);
+    if (!console.flush()) {
+      console.tell(kNotWritten.description(), kNotWritten.detail());
+      invocation.exit_code = ExitCode::kFailed;
+    }
   }
   return invocation;
 }
@@ -83,7 +90,7 @@ ExitCode run(const Invocation& invocation, CommandContext& context) {
     if (invocation.needs_set_up) look_after_jobs(invocation, context);
     const ExitCode code = invocation.command(context);
     if (context.console.flush()) return code;
-    throw base::Fault("Cannot write", "Standard output did not take all of the data.");
+    throw kNotWritten;
   } catch (const base::Fault& fault) {
     context.console.tell(fault.description(), fault.detail());
   } catch (const std::exception& error) {

@@ -70,6 +70,7 @@ void drop_remarks(QtMsgType type, const QMessageLogContext&, const QString& text
 }  // namespace
 
 int main(int argc, char** argv) {
+  cli::take_standard_descriptors();
   const cli::Invocation invocation =
       cli::read_command_line({argv + 1, argv + argc}, QVRCOM_VERSION, std::cout, std::cerr);
   if (!invocation.command) return static_cast<int>(invocation.exit_code);

@@ -91,6 +91,15 @@ TEST(CommandLine, EveryCommandHasHelp) {
   }
 }
 
+TEST(CommandLine, AnswersThatCannotBeWrittenAreAFailure) {
+  for (const char* asked : {"--help", "--version"}) {
+    std::ostream full(nullptr);
+    std::ostringstream err;
+    EXPECT_EQ(read_command_line({asked}, "1.2.3", full, err).exit_code, ExitCode::kFailed);
+    EXPECT_THAT(err.str(), HasSubstr("Standard output did not take all of the data."));
+  }
+}
+
 TEST(CommandLine, WithoutSetUpTheOneMessageSaysSo) {
   CommandRun run;
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{"folders"},
