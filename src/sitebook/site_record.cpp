@@ -4,9 +4,12 @@
 
 #include "base/text.h"
 #include "environment/device_address.h"
+#include "jobs/script_grammar.h"
 
 namespace qvrcom::sitebook {
 namespace {
+
+static_assert(jobs::kScriptLineLimit >= jobs::kIndexLineLimit);
 
 bool is_small_number(std::string_view text) {
   return text.size() <= 4 &&
@@ -17,12 +20,14 @@ bool stands_in_index(SiteText kind) {
   return kind == SiteText::kIndexed || kind == SiteText::kAddress;
 }
 
+const std::string kTooLong = "longer than " + std::to_string(kSiteTextLimit) + " bytes";
+
 // Why `text` would break the line of a job that it stands in, as the end of a sentence; "" when it would not.
 // A ";" ends a field of the job index and of a script, a "^" a part of one.
 std::string break_of_line(SiteText kind, const std::string& text) {
   if (base::has_control_character(text)) return "holds a control character";
   if (stands_in_index(kind) && text.find_first_of(";^") != std::string::npos) return "holds \";\" or \"^\"";
-  return {};
+  return text.size() > kSiteTextLimit ? "is " + kTooLong : std::string{};
 }
 
 // Why `text` cannot stand in a column of this kind of the book.
@@ -33,14 +38,6 @@ std::string refusal(SiteText kind, const std::string& text) {
   if (kind == SiteText::kNumber) return is_small_number(text) ? "" : "is no number between 0 and 9999";
   return kind == SiteText::kAddress ? environment::device_address_problem(text) : std::string{};
 }
-
-}  // namespace
-
-std::string title_of(const SiteRecord& site) {
-  return site.name.value_or("") + " - " + site.identifier.value_or("");
-}
-
-namespace {
 
 std::vector<SiteProblem> problems_by(std::string (*judge)(SiteText, const std::string&),
                                      const SiteRecord& site) {
@@ -53,14 +50,51 @@ std::vector<SiteProblem> problems_by(std::string (*judge)(SiteText, const std::s
   return problems;
 }
 
+// Two columns that stand in one line of a job.
+struct SharedLine {
+  std::string_view key;  // of the first
+  base::Field SiteRecord::*first;
+  base::Field SiteRecord::*second;
+  const char* labels;
+};
+
+constexpr SharedLine kSharedLines[] = {
+    {"name", &SiteRecord::name, &SiteRecord::identifier, "Site name and site identifier"},
+    {"dialup", &SiteRecord::dialup, &SiteRecord::number, "Dial-up connection and number to dial"},
+};
+
+// Each fits, both do not.
+void judge_shared_lines(const SiteRecord& site, std::vector<SiteProblem>& problems) {
+  for (const SharedLine& line : kSharedLines) {
+    const std::size_t first = (site.*line.first).value_or("").size();
+    const std::size_t second = (site.*line.second).value_or("").size();
+    if (std::max(first, second) <= kSiteTextLimit && first + second > kSiteTextLimit)
+      problems.push_back({line.key, std::string(line.labels) + " together are " + kTooLong + "."});
+  }
+}
+
+bool is_blank(const base::Field& field) {
+  return base::trim(field.value_or("")).empty();
+}
+
 }  // namespace
 
+std::string title_of(const SiteRecord& site) {
+  return site.name.value_or("") + " - " + site.identifier.value_or("");
+}
+
 std::vector<SiteProblem> problems_of(const SiteRecord& site) {
-  return problems_by(refusal, site);
+  std::vector<SiteProblem> problems = problems_by(refusal, site);
+  judge_shared_lines(site, problems);
+  if (is_blank(site.name) && is_blank(site.identifier))
+    problems.push_back({"name", "A site needs a name or an identifier."});
+  return problems;
 }
 
 std::vector<SiteProblem> session_problems_of(const SiteRecord& site) {
-  return problems_by(break_of_line, site);
+  std::vector<SiteProblem> problems = problems_by(break_of_line, site);
+  judge_shared_lines(site, problems);
+  return problems;
 }
 
 std::string reasons_of(const std::vector<SiteProblem>& problems) {

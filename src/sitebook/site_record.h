@@ -1,12 +1,14 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/rows.h"
+#include "jobs/index_line.h"
 
 namespace qvrcom::sitebook {
 
@@ -66,10 +68,14 @@ struct SiteProblem {
   std::string reason;    // a sentence
 };
 
-// What keeps the record's own texts out of the book.
+// The longest text of a column, in bytes, and the longest two that stand in one line of a job (name and
+// identifier, dial-up connection and number): the rest of the line is left to its times and paths.
+inline constexpr std::size_t kSiteTextLimit = jobs::kIndexLineLimit - 1096;
+
+// What keeps the record's own texts out of the book; a site has a name or an identifier.
 std::vector<SiteProblem> problems_of(const SiteRecord& site);
 
-// What keeps a stored site out of a session: its job's lines would be read as something else.
+// What keeps a stored site out of a session: its job's lines would be read as something else, or not at all.
 std::vector<SiteProblem> session_problems_of(const SiteRecord& site);
 
 // The reasons, one sentence after the other.

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "adapters/temporary_suite.h"
+#include "base/text.h"
 #include "doubles/caught.h"
 #include "sitebook/sample_site.h"
 #include "sitebook/site_csv.h"
@@ -44,9 +45,34 @@ TEST(SiteProblems, RefusesWhatAJobCannotCarry) {
       {&SiteRecord::lan, "", ""},
   };
   for (const Case& one : cases) {
-    SiteRecord record;
+    SiteRecord record = site("Office", "");
     record.*one.member = one.text;
     EXPECT_EQ(reasons_of(problems_of(record)), one.reason) << one.text;
+  }
+}
+
+TEST(SiteProblems, RefusesWhatAJobHasNoRoomFor) {
+  const std::string full(kSiteTextLimit, 'x');
+  struct Case {
+    std::string name;
+    std::string identifier;
+    std::string number;
+    std::string reason;
+  };
+  const Case cases[] = {
+      {full, "", full, ""},
+      {full + "x", "", "", "Site name is longer than 3000 bytes."},
+      {"", full, full + "x", "Number to dial is longer than 3000 bytes."},
+      {full, "7", "", "Site name and site identifier together are longer than 3000 bytes."},
+      {"  ", "", "", "A site needs a name or an identifier."},
+  };
+  for (const Case& one : cases) {
+    SiteRecord record = site(one.name, one.identifier);
+    record.number = one.number;
+    EXPECT_EQ(reasons_of(problems_of(record)), one.reason);
+    EXPECT_EQ(session_problems_of(record).empty(),
+              one.reason.empty() || base::trim(one.name + one.identifier).empty())
+        << "a session needs neither of the two";
   }
 }
 
