@@ -1,16 +1,26 @@
 #pragma once
 
+#include <cstddef>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 
-// Files that the user named on the command line, by native path.
+// Files that the user named on the command line, by native path, and streams that stand for them.
 namespace qvrcom::cli {
 
-// The whole file. Fault when it cannot be read.
+// The whole file, at most platform::Files::kReadLimit bytes. A pipe is read to its end; one that nobody
+// writes to is empty. Fault when it cannot be read, and for devices, which may have no end.
 std::string read_local_file(const std::string& path);
 
-// The file holds `text` afterwards and is readable by its owner alone; when that cannot be, it stays what it
-// was and a Fault says why.
-void write_private_file(const std::string& path, std::string_view text);
+// The first line without its end, cut after `limit` bytes; what follows is left unread. As read_local_file().
+std::string read_first_line(const std::string& path, std::size_t limit);
+
+// The same of a stream. A stream that is closed is empty.
+std::string read_all(std::istream& in);
+std::string read_line(std::istream& in, std::size_t limit);
+
+// When the descriptor is open on a plain file, that is readable by its owner alone from here on. Fault when
+// it cannot be made so.
+void keep_to_owner(int descriptor);
 
 }  // namespace qvrcom::cli

@@ -5,7 +5,6 @@
 
 #include "cli/invocation.h"
 #include "cli/json_text.h"
-#include "cli/site_keys.h"
 #include "cli/text_table.h"
 #include "control/site_list.h"
 
@@ -54,7 +53,7 @@ void add_site_options(CLI::App& command, SiteOptions& options, Invocation& invoc
 }
 
 ExitCode ask_sites(CommandContext& context, const SiteOptions& options, const AskSite& ask) {
-  const std::vector<sitebook::SiteRecord> sites = find_sites(context.sites, options.sites);
+  const std::vector<sitebook::SiteRecord> sites = context.sites.find(options.sites);
   const bool headed = sites.size() > 1 && options.headings == Headings::kSites;
   QJsonArray array;
   std::vector<SessionStep> steps;

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <istream>
 #include <map>
@@ -9,7 +11,6 @@
 #include "cli/hidden_input.h"
 #include "cli/json_text.h"
 #include "cli/local_file.h"
-#include "cli/site_keys.h"
 #include "cli/text_table.h"
 #include "sitebook/site_csv.h"
 
@@ -90,8 +91,21 @@ struct ColumnOptions {
   bool empty() const { return columns.empty() && access_code_file.empty() && unset.empty(); }
 };
 
-std::string first_line(std::string_view text) {
-  return std::string(base::lines_of(text).empty() ? std::string_view() : base::lines_of(text).front());
+// From the stream or, when that is null, the file. One that holds nothing is no code: a program that should
+// have written it has failed. Code that is too long is cut, and too long for the book all the same.
+std::string read_access_code(std::istream* stream, const std::string& file) {
+  constexpr std::size_t kLimit = sitebook::kSiteTextLimit + 2;
+  std::string code;
+  if (stream != nullptr) {
+    const HiddenInput hidden;
+    code = read_line(*stream, kLimit);
+  } else {
+    code = read_first_line(file, kLimit);
+  }
+  if (!code.empty()) return code;
+  throw base::Fault("No access code", (stream != nullptr ? "Standard input" : "\"" + file + "\"") +
+                                          " holds none in its first line. \"--access-code ''\" stores an "
+                                          "empty one, \"sites edit SITE --unset access-code\" none.");
 }
 
 void take_over(CommandContext& context, const ColumnOptions& options, SiteRecord& site) {
@@ -101,13 +115,10 @@ void take_over(CommandContext& context, const ColumnOptions& options, SiteRecord
       site.*column.member = given->second;
     if (std::count(options.unset.begin(), options.unset.end(), key) != 0) site.*column.member = std::nullopt;
   }
-  if (!options.access_code_file.empty()) {
-    site.access_code = first_line(read_local_file(options.access_code_file));
-  } else if (options.reads_access_code()) {
-    const HiddenInput hidden;
-    std::string line;
-    std::getline(context.in, line);
-    site.access_code = first_line(line);
+  if (options.reads_access_code()) {
+    site.access_code = read_access_code(&context.in, {});
+  } else if (!options.access_code_file.empty()) {
+    site.access_code = read_access_code(nullptr, options.access_code_file);
   }
 }
 
@@ -119,36 +130,56 @@ ExitCode add(CommandContext& context, const ColumnOptions& options) {
 }
 
 ExitCode edit(CommandContext& context, const ColumnOptions& options) {
-  SiteRecord site = find_sites(context.sites, {options.key}).front();
+  SiteRecord site = context.sites.find({options.key}).front();
   take_over(context, options, site);
   context.sites.edit(site);
   return ExitCode::kDone;
 }
 
 ExitCode remove(CommandContext& context, const std::vector<std::string>& keys) {
-  for (const SiteRecord& site : find_sites(context.sites, keys))
-    context.sites.remove(site.site_id);
+  std::vector<std::int32_t> site_ids;
+  for (const SiteRecord& site : context.sites.find(keys))
+    site_ids.push_back(site.site_id);
+  context.sites.remove(site_ids);
   return ExitCode::kDone;
 }
 
 // ---- import, export
 
-ExitCode import_file(CommandContext& context, const std::string& path) {
-  const sitebook::ImportResult result = sitebook::import_csv(context.sites, read_local_file(path));
+struct FileOptions {
+  std::string path;  // "-" for standard input or output
+  bool without_access_codes = false;
+
+  bool is_stream() const { return path == "-"; }
+};
+
+ExitCode import_file(CommandContext& context, const FileOptions& options) {
+  const std::string text = options.is_stream() ? read_all(context.in) : read_local_file(options.path);
+  const sitebook::ImportResult result = sitebook::import_csv(context.sites, text);
   if (result.problems.empty()) {
     context.console.print("Sites added: " + std::to_string(result.added));
+    if (result.changed > 0) context.console.print("Sites changed: " + std::to_string(result.changed));
     return ExitCode::kDone;
   }
+  const std::string source = options.is_stream() ? "standard input" : options.path;
   std::string reasons;
   for (const sitebook::ImportProblem& problem : result.problems)
-    reasons += path + ":" + std::to_string(problem.line) + ": " + problem.reason + "\n";
-  context.console.tell("No site was added.", reasons);
+    reasons += source + ":" + std::to_string(problem.line) + ": " + problem.reason + "\n";
+  context.console.tell("No site was added or changed.", reasons);
   return ExitCode::kFailed;
 }
 
-ExitCode export_file(CommandContext& context, const std::string& path) {
+ExitCode export_file(CommandContext& context, const FileOptions& options) {
   const std::vector<SiteRecord> sites = context.sites.list();
-  write_private_file(path, sitebook::export_csv(sites));
+  const std::string text =
+      sitebook::export_csv(sites, options.without_access_codes ? sitebook::AccessCodes::kLeftOut
+                                                               : sitebook::AccessCodes::kIncluded);
+  if (options.is_stream()) {
+    if (!options.without_access_codes) keep_to_owner(STDOUT_FILENO);
+    context.console.out() << text;
+    return ExitCode::kDone;
+  }
+  context.files.save(context.files.from_native(options.path), text, platform::Readers::kOwner);
   context.console.print("Sites written: " + std::to_string(sites.size()));
   return ExitCode::kDone;
 }
@@ -221,14 +252,19 @@ void add_remove(CLI::App& sites, Invocation& invocation) {
   });
 }
 
-void add_file_command(CLI::App& sites, Invocation& invocation, const char* name, const char* help,
-                      ExitCode (*run_on)(CommandContext&, const std::string&)) {
-  auto path = std::make_shared<std::string>();
-  CLI::App* command = sites.add_subcommand(name, help);
-  command->add_option("FILE", *path, "A CSV file")->required();
-  command->callback([path, run_on, &invocation] {
-    invocation.command = [path, run_on](CommandContext& context) { return run_on(context, *path); };
+struct FileCommand {
+  CLI::App* app;
+  std::shared_ptr<FileOptions> options;
+};
+
+FileCommand add_file_command(CLI::App& sites, Invocation& invocation, const char* name, const char* help,
+                             ExitCode (*run_on)(CommandContext&, const FileOptions&)) {
+  const FileCommand added{sites.add_subcommand(name, help), std::make_shared<FileOptions>()};
+  added.app->add_option("FILE", added.options->path, "A CSV file; - is standard input or output")->required();
+  added.app->callback([options = added.options, run_on, &invocation] {
+    invocation.command = [options, run_on](CommandContext& context) { return run_on(context, *options); };
   });
+  return added;
 }
 
 }  // namespace
@@ -240,9 +276,13 @@ void add_sites_commands(CLI::App& app, Invocation& invocation) {
   add_add(*sites, invocation);
   add_edit(*sites, invocation);
   add_remove(*sites, invocation);
-  add_file_command(*sites, invocation, "import", "Add the sites of a CSV file, all or none", import_file);
-  add_file_command(*sites, invocation, "export", "Write the site book, access codes included, to a CSV file",
-                   export_file);
+  add_file_command(*sites, invocation, "import",
+                   "Add the sites of a CSV file, and change those it knows by their identifier: all or none",
+                   import_file);
+  const FileCommand exporting = add_file_command(
+      *sites, invocation, "export", "Write the site book, access codes included, to a CSV file", export_file);
+  exporting.app->add_flag("--without-access-codes", exporting.options->without_access_codes,
+                          "Leave the access codes out");
 }
 
 }  // namespace qvrcom::cli

@@ -5,7 +5,6 @@
 #include "cli/commands.h"
 #include "cli/csv_view.h"
 #include "cli/partition_list.h"
-#include "cli/site_keys.h"
 #include "control/all_partitions_request.h"
 #include "control/site_list.h"
 #include "control/statistics_request.h"
@@ -43,7 +42,7 @@ control::RequestResult run_order(CommandContext& context, const control::Statist
 ExitCode run_sessions(CommandContext& context, const SessionOptions& options, const char* operation) {
   std::vector<SessionStep> steps;
   const std::vector<int> partitions = parse_partitions(options.partitions).value();
-  for (const sitebook::SiteRecord& site : find_sites(context.sites, options.sites)) {
+  for (const sitebook::SiteRecord& site : context.sites.find(options.sites)) {
     for (const int partition : partitions) {
       const control::StatisticsOrder order{control::site_row(site), partition, operation};
       steps.push_back({sitebook::title_of(site) + ", partition " + std::to_string(partition),
@@ -64,7 +63,7 @@ control::RequestResult run_all_partitions(CommandContext& context, const control
 // One job a site.
 ExitCode retrieve_reset_all(CommandContext& context, const SessionOptions& options) {
   std::vector<SessionStep> steps;
-  for (const sitebook::SiteRecord& site : find_sites(context.sites, options.sites)) {
+  for (const sitebook::SiteRecord& site : context.sites.find(options.sites)) {
     const control::SiteRow row = control::site_row(site);
     const bool force = options.force;
     steps.push_back({sitebook::title_of(site),

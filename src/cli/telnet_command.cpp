@@ -2,7 +2,6 @@
 
 #include "cli/command_context.h"
 #include "cli/commands.h"
-#include "cli/site_keys.h"
 #include "control/site_list.h"
 #include "control/system_request.h"
 
@@ -29,7 +28,7 @@ class TelnetScreen : public link::SessionScreen {
 };
 
 ExitCode telnet(CommandContext& context, const std::string& key) {
-  const sitebook::SiteRecord site = find_sites(context.sites, {key}).front();
+  const sitebook::SiteRecord site = context.sites.find({key}).front();
   const control::SessionRequestParts& parts = context.requests;
   TelnetScreen screen(parts.screen, context.telnet, parts.rules.session.job);
   control::SystemRequest request(

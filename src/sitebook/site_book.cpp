@@ -1,8 +1,8 @@
 #include "sitebook/site_book.h"
 
-#include <algorithm>
 #include <array>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -63,8 +63,13 @@ const std::string& identifier_of(const SiteRecord& site) {
   return site.identifier ? *site.identifier : none;
 }
 
-[[noreturn]] void refuse(const SiteRecord& site, const std::vector<SiteProblem>& problems) {
-  throw base::Fault("Site refused", "\"" + title_of(site) + "\": " + reasons_of(problems));
+void require_none(const std::vector<SiteProblem>& problems, const SiteRecord& site) {
+  if (!problems.empty())
+    throw base::Fault("Site refused", "\"" + title_of(site) + "\": " + reasons_of(problems));
+}
+
+SiteProblem owned_by_another(const std::string& identifier) {
+  return {"id", "Site identifier \"" + identifier + "\" belongs to another site."};
 }
 
 // Which site has which identifier; empty identifiers are left out.
@@ -81,7 +86,7 @@ std::vector<SiteProblem> problems_among(const SiteRecord& site,
   std::vector<SiteProblem> problems = problems_of(site);
   const auto owner = owners.find(identifier_of(site));
   if (owner != owners.end() && (owner->second != site.site_id || site.site_id == 0))
-    problems.push_back({"id", "Site identifier \"" + owner->first + "\" belongs to another site."});
+    problems.push_back(owned_by_another(owner->first));
   return problems;
 }
 
@@ -97,6 +102,43 @@ std::int32_t insert(platform::Database& database, const SiteRecord& site) {
   return key;
 }
 
+void change(platform::Database& database, const SiteRecord& site) {
+  std::vector<platform::NamedValue> values = values_of(site);
+  values.push_back(key_of(site.site_id));
+  database.run("UPDATE Site SET " + assignments() + " WHERE SiteID = :SiteID", values);
+}
+
+// The keys that are asked for, and the places of the sites that each fits.
+using PlacesByKey = std::map<std::string, std::vector<std::size_t>, std::less<>>;
+
+void fill_places(const std::vector<SiteRecord>& sites, PlacesByKey& places) {
+  for (std::size_t i = 0; i < sites.size(); ++i) {
+    for (const std::string& key :
+         {std::to_string(sites[i].site_id), identifier_of(sites[i]), title_of(sites[i])}) {
+      const auto wanted = places.find(key);
+      if (key.empty() || wanted == places.end()) continue;
+      if (wanted->second.empty() || wanted->second.back() != i) wanted->second.push_back(i);
+    }
+  }
+}
+
+std::string named(const SiteRecord& site) {
+  return "\"" + title_of(site) + "\" (key " + std::to_string(site.site_id) + ")";
+}
+
+std::size_t only_place(const std::string& key, const std::vector<std::size_t>& places,
+                       const std::vector<SiteRecord>& sites) {
+  if (places.empty()) {
+    throw base::Fault("Site not found",
+                      "No site has the key \"" + key + "\". \"qvrcomctl sites list\" shows all of them.");
+  }
+  if (places.size() > 1) {
+    throw base::Fault("Site is ambiguous", "\"" + key + "\" fits " + named(sites[places[0]]) + " and " +
+                                               named(sites[places[1]]) + ".");
+  }
+  return places[0];
+}
+
 }  // namespace
 
 std::vector<SiteRecord> SiteBook::list() {
@@ -108,24 +150,29 @@ std::vector<SiteRecord> SiteBook::list() {
   return sites;
 }
 
-std::optional<SiteRecord> SiteBook::find(std::string_view key) {
-  std::vector<SiteRecord> found = list();
-  std::erase_if(found, [&](const SiteRecord& site) {
-    return std::to_string(site.site_id) != key && (identifier_of(site) != key || key.empty()) &&
-           title_of(site) != key;
-  });
-  if (found.empty()) return std::nullopt;
-  if (found.size() > 1) {
-    throw base::Fault("Site is ambiguous", "\"" + std::string(key) + "\" fits \"" + title_of(found[0]) +
-                                               "\" (key " + std::to_string(found[0].site_id) + ") and \"" +
-                                               title_of(found[1]) + "\" (key " +
-                                               std::to_string(found[1].site_id) + ").");
+std::vector<SiteRecord> SiteBook::find(const std::vector<std::string>& keys) {
+  const std::vector<SiteRecord> sites = list();
+  PlacesByKey places;
+  for (const std::string& key : keys)
+    places.emplace(key, std::vector<std::size_t>{});
+  fill_places(sites, places);
+  std::vector<SiteRecord> found;
+  std::set<std::size_t> taken;
+  for (const std::string& key : keys) {
+    const std::size_t place = only_place(key, places.find(key)->second, sites);
+    if (taken.insert(place).second) found.push_back(sites[place]);
   }
-  return std::move(found.front());
+  return found;
 }
 
 std::vector<SiteProblem> SiteBook::problems(const SiteRecord& site) {
-  return problems_among(site, identifiers_of(list()));
+  std::vector<SiteProblem> problems = problems_of(site);
+  if (identifier_of(site).empty()) return problems;
+  const platform::NamedValue values[] = {{"ID", site.identifier}, key_of(site.site_id)};
+  const base::Rows others = connection_.database().run(
+      "SELECT SiteID FROM Site WHERE User_Defined_Site_ID = :ID AND SiteID <> :SiteID", values);
+  if (!others.empty()) problems.push_back(owned_by_another(*site.identifier));
+  return problems;
 }
 
 std::int32_t SiteBook::add(const SiteRecord& site) {
@@ -133,31 +180,35 @@ std::int32_t SiteBook::add(const SiteRecord& site) {
   connection_.database().transaction([&] {
     SiteRecord fresh = site;
     fresh.site_id = 0;
-    if (const auto found = problems(fresh); !found.empty()) refuse(fresh, found);
+    require_none(problems(fresh), fresh);
     key = insert(connection_.database(), fresh);
   });
   return key;
 }
 
-void SiteBook::add_all(const std::vector<SiteRecord>& sites) {
-  connection_.database().transaction([&] {
-    auto owners = identifiers_of(list());
-    for (SiteRecord site : sites) {
-      site.site_id = 0;
-      if (const auto found = problems_among(site, owners); !found.empty()) refuse(site, found);
-      const std::int32_t key = insert(connection_.database(), site);
-      if (!identifier_of(site).empty()) owners.emplace(identifier_of(site), key);
-    }
-  });
-}
-
 void SiteBook::edit(const SiteRecord& site) {
   connection_.database().transaction([&] {
     need_site(connection_.database(), site.site_id);
-    if (const auto found = problems(site); !found.empty()) refuse(site, found);
-    std::vector<platform::NamedValue> values = values_of(site);
-    values.push_back(key_of(site.site_id));
-    connection_.database().run("UPDATE Site SET " + assignments() + " WHERE SiteID = :SiteID", values);
+    require_none(problems(site), site);
+    change(connection_.database(), site);
+  });
+}
+
+void SiteBook::update(const Work& work) {
+  connection_.database().transaction([&] {
+    const std::vector<SiteRecord> stored = list();
+    auto owners = identifiers_of(stored);
+    for (const SiteRecord& site : work(stored)) {
+      require_none(problems_among(site, owners), site);
+      std::int32_t key = site.site_id;
+      if (key == 0) {
+        key = insert(connection_.database(), site);
+      } else {
+        need_site(connection_.database(), key);
+        change(connection_.database(), site);
+      }
+      if (!identifier_of(site).empty()) owners.emplace(identifier_of(site), key);
+    }
   });
 }
 
@@ -176,12 +227,14 @@ base::Field SiteBook::store_firmware(std::int32_t site_id, const std::string& ve
   return before;
 }
 
-void SiteBook::remove(std::int32_t site_id) {
+void SiteBook::remove(std::span<const std::int32_t> site_ids) {
   connection_.database().transaction([&] {
-    need_site(connection_.database(), site_id);
-    const platform::NamedValue key = key_of(site_id);
-    connection_.database().run("DELETE FROM File_Handling WHERE SiteID = :SiteID", {&key, 1});
-    connection_.database().run("DELETE FROM Site WHERE SiteID = :SiteID", {&key, 1});
+    for (const std::int32_t site_id : site_ids) {
+      need_site(connection_.database(), site_id);
+      const platform::NamedValue key = key_of(site_id);
+      connection_.database().run("DELETE FROM File_Handling WHERE SiteID = :SiteID", {&key, 1});
+      connection_.database().run("DELETE FROM Site WHERE SiteID = :SiteID", {&key, 1});
+    }
   });
 }
 

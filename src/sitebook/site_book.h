@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <string_view>
+#include <functional>
+#include <span>
+#include <string>
 #include <vector>
 
 #include "environment/database_connection.h"
@@ -18,18 +19,15 @@ class SiteBook {
   // In the table's order.
   std::vector<SiteRecord> list();
 
-  // By SiteID, by the user's identifier or by "name - identifier". Nothing when no site has this key; Fault
-  // when it fits more than one.
-  std::optional<SiteRecord> find(std::string_view key);
+  // The sites of these keys (SiteID, the user's identifier or "name - identifier"), in their order, each
+  // once. Fault when a key fits no site or more than one.
+  std::vector<SiteRecord> find(const std::vector<std::string>& keys);
 
   // problems_of(site), and a user identifier that another site has. An empty identifier is never doubled.
   std::vector<SiteProblem> problems(const SiteRecord& site);
 
   // Returns the new key. The site gets its statistics settings row. Fault "Site refused" with the reasons.
   std::int32_t add(const SiteRecord& site);
-
-  // All or none.
-  void add_all(const std::vector<SiteRecord>& sites);
 
   // Fault "Site refused" with the reasons, "Site not found" when the key is gone.
   void edit(const SiteRecord& site);
@@ -38,8 +36,13 @@ class SiteBook {
   // "Site not found".
   base::Field store_firmware(std::int32_t site_id, const std::string& version);
 
-  // With its file settings. Fault "Site not found".
-  void remove(std::int32_t site_id);
+  // `work` is handed the book as it stands and answers with the sites to write: those with a key are edited,
+  // those without one added. All or none.
+  using Work = std::function<std::vector<SiteRecord>(const std::vector<SiteRecord>&)>;
+  void update(const Work& work);
+
+  // With their file settings, all or none. Fault "Site not found".
+  void remove(std::span<const std::int32_t> site_ids);
 
  private:
   environment::DatabaseConnection& connection_;

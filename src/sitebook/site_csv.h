@@ -9,9 +9,11 @@
 
 namespace qvrcom::sitebook {
 
+enum class AccessCodes { kIncluded, kLeftOut };
+
 // The sites as CSV: a header row of "site-id" and the column keys, CR LF line ends. Nulls and empty texts are
-// both empty fields. docs/formats/database.md describes it.
-std::string export_csv(const std::vector<SiteRecord>& sites);
+// both empty fields. Left-out access codes have no column. docs/formats/database.md describes it.
+std::string export_csv(const std::vector<SiteRecord>& sites, AccessCodes codes);
 
 struct ImportProblem {
   std::size_t line = 0;  // where the row starts, from 1
@@ -20,11 +22,17 @@ struct ImportProblem {
 
 struct ImportResult {
   std::size_t added = 0;                // sites
-  std::vector<ImportProblem> problems;  // when there are any, nothing was added
+  std::size_t changed = 0;              // sites of the book
+  std::vector<ImportProblem> problems;  // when there are any, the book stays as it was
 };
 
-// Adds the rows as new sites: all of them or, when one cannot be, none. The header names the columns in any
-// order; an empty field and a column that is not named are nulls; "site-id" is passed over.
+// Brings the rows into the book: all of them or, when one cannot be, none. A row with the identifier of a
+// site of the book changes that site; so does one without identifier that has the "site-id" of a site it does
+// not differ from in name and identifier. Any other row is a new site. The header names the columns in any
+// order; an empty field is a null, and a column that is not named stays as it is (a null in a new site).
 ImportResult import_csv(SiteBook& book, std::string_view text);
+
+// What that would do to a book of these sites.
+ImportResult try_csv(const std::vector<SiteRecord>& stored, std::string_view text);
 
 }  // namespace qvrcom::sitebook

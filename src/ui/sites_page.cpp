@@ -6,8 +6,9 @@
 #include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <optional>
 
-#include "sitebook/site_csv.h"
 #include "ui/attempt.h"
 #include "ui/button_strip.h"
 #include "ui/elements.h"
@@ -17,6 +18,8 @@
 
 namespace qvrcom::ui {
 namespace {
+
+using sitebook::AccessCodes;
 
 constexpr const char* kFilter = "Site Lists (*.csv)|*.csv";
 
@@ -29,6 +32,31 @@ QString report_of(const sitebook::ImportResult& result) {
 
 QString count_of(std::size_t sites) {
   return sites == 1 ? QStringLiteral("1 site") : QStringLiteral("%1 sites").arg(sites);
+}
+
+// What the file shall hold; nothing when there shall be none. Nobody is asked about codes that are not there.
+std::optional<AccessCodes> ask_for_codes(platform::UserInterface& ui,
+                                         const std::vector<sitebook::SiteRecord>& sites) {
+  const auto with_code = std::count_if(sites.begin(), sites.end(), [](const sitebook::SiteRecord& site) {
+    return !site.access_code.value_or("").empty();
+  });
+  if (with_code == 0) return AccessCodes::kIncluded;
+  const platform::Button answer =
+      ui.show({.text = "Shall the file hold the access codes of " +
+                       utf8(count_of(static_cast<std::size_t>(with_code))) +
+                       "?\n\nYes: they stand in it in the clear. Only you can read the file, but whoever is "
+                       "given it can reach the devices.\nNo: they are left out. An import of such a file "
+                       "leaves the codes in the site book as they are.",
+               .title = platform::kSuiteTitle,
+               .icon = platform::Icon::kWarning,
+               .buttons = platform::Buttons::kYesNoCancel});
+  if (answer == platform::Button::kYes) return AccessCodes::kIncluded;
+  return answer == platform::Button::kNo ? std::optional(AccessCodes::kLeftOut) : std::nullopt;
+}
+
+QString outcome_of(const sitebook::ImportResult& result) {
+  return count_of(result.added) + QStringLiteral(" added, ") + count_of(result.changed) +
+         QStringLiteral(" changed.");
 }
 
 }  // namespace
@@ -133,7 +161,7 @@ void SitesPage::delete_site() {
                       .icon = platform::Icon::kWarning,
                       .buttons = platform::Buttons::kOkCancel});
   if (answer != platform::Button::kOk) return;
-  if (attempt(parts_.ui, "The site cannot be deleted.", [&] { parts_.sites.remove(site.site_id); }))
+  if (attempt(parts_.ui, "The site cannot be deleted.", [&] { parts_.sites.remove({&site.site_id, 1}); }))
     changed();
 }
 
@@ -141,28 +169,52 @@ void SitesPage::import_sites() {
   const auto path =
       parts_.chooser.open_file({.filter = kFilter, .flags = control::FileChoice::kFileMustExist});
   if (!path) return;
+  std::string text;
   sitebook::ImportResult result;
-  const bool done = attempt(parts_.ui, "The sites cannot be imported.", [&] {
-    result = sitebook::import_csv(parts_.sites, parts_.files.load(parts_.files.from_native(*path)));
+  const bool read = attempt(parts_.ui, "The sites cannot be imported.", [&] {
+    text = parts_.files.load(parts_.files.from_native(*path));
+    result = sitebook::try_csv(parts_.sites.list(), text);
   });
-  if (!done) return;
-  if (!result.problems.empty()) {
-    TextWindow(QStringLiteral("Import Sites"), report_of(result), this).exec();
+  if (!read || is_refused(result) || !agrees_to(result)) return;
+  if (!attempt(parts_.ui, "The sites cannot be imported.",
+               [&] { result = sitebook::import_csv(parts_.sites, text); }))
     return;
-  }
+  if (is_refused(result)) return;  // the book was changed meanwhile
   changed();
-  parts_.ui.show({.text = utf8(count_of(result.added) + QStringLiteral(" imported.")),
+  parts_.ui.show({.text = utf8(outcome_of(result)),
                   .title = platform::kSuiteTitle,
                   .icon = platform::Icon::kInformation});
 }
 
+bool SitesPage::is_refused(const sitebook::ImportResult& result) {
+  if (result.problems.empty()) return false;
+  TextWindow(QStringLiteral("Import Sites"), report_of(result), this).exec();
+  return true;
+}
+
+bool SitesPage::agrees_to(const sitebook::ImportResult& result) {
+  if (result.changed == 0) return true;
+  const std::string text = "The file changes " + utf8(count_of(result.changed)) +
+                           " of the site book and adds " + utf8(count_of(result.added)) +
+                           ". Columns that it does not have stay as they are.";
+  return parts_.ui.show({.text = text,
+                         .title = platform::kSuiteTitle,
+                         .icon = platform::Icon::kWarning,
+                         .buttons = platform::Buttons::kOkCancel}) == platform::Button::kOk;
+}
+
 void SitesPage::export_sites() {
+  std::vector<sitebook::SiteRecord> sites;
+  const char* failed = "The sites cannot be exported.";
+  if (!attempt(parts_.ui, failed, [&] { sites = parts_.sites.list(); })) return;
+  const auto codes = ask_for_codes(parts_.ui, sites);
+  if (!codes) return;
   const auto path = parts_.chooser.save_file(kFilter, "sites.csv");
   if (!path) return;
-  attempt(parts_.ui, "The sites cannot be exported.", [&] {
-    parts_.files.save(parts_.files.from_native(*path), sitebook::export_csv(parts_.sites.list()),
+  attempt(parts_.ui, failed, [&] {
+    parts_.files.save(parts_.files.from_native(*path), sitebook::export_csv(sites, *codes),
                       platform::Readers::kOwner);
-    lblState_->setText(count_of(model_->sites().size()) + QStringLiteral(" exported to ") + qt_text(*path));
+    lblState_->setText(count_of(sites.size()) + QStringLiteral(" exported to ") + qt_text(*path));
   });
 }
 

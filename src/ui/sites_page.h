@@ -4,7 +4,7 @@
 
 #include "platform/files.h"
 #include "platform/user_interface.h"
-#include "sitebook/site_book.h"
+#include "sitebook/site_csv.h"
 #include "ui/file_chooser.h"
 #include "ui/site_table_model.h"
 
@@ -43,6 +43,8 @@ class SitesPage : public QWidget {
   void edit_site();
   void delete_site();
   void import_sites();
+  bool is_refused(const sitebook::ImportResult& result);
+  bool agrees_to(const sitebook::ImportResult& result);
   void export_sites();
   void changed();
   void show_state();

@@ -1,14 +1,17 @@
 #include "cli/commands.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTemporaryFile>
 #include <fstream>
 
 #include "cli/command_run.h"
+#include "cli/local_file.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -84,6 +87,9 @@ TEST_F(CommandsTest, SitesAreChangedByAnyKey) {
 }
 
 TEST_F(CommandsTest, RefusalsSayWhy) {
+  write("empty", "\nsecond line");
+  ASSERT_EQ(mkfifo(run.path("pipe").c_str(), 0600), 0);  // nobody ever writes to it
+  const std::string code_file = "--access-code-file";
   const struct {
     std::vector<std::string> arguments;
     const char* reason;
@@ -91,6 +97,11 @@ TEST_F(CommandsTest, RefusalsSayWhy) {
       {{"sites", "add", "--name", "a;b"}, "Site name holds"},
       {{"sites", "add", "--name", "x", "--id", "7"}, "belongs to another site"},
       {{"sites", "add", "--name", "x\x1b"}, "control character"},
+      {{"sites", "add", "--name", "x", "--access-code", "-"}, "Standard input holds none"},
+      {{"sites", "add", "--name", "x", code_file, run.path("empty")}, "holds none in its first line"},
+      {{"sites", "add", "--name", "x", code_file, run.path("pipe")}, "holds none in its first line"},
+      {{"sites", "add", "--name", "x", code_file, "/dev/zero"}, "neither a plain file nor a pipe"},
+      {{"sites", "import", run.path("pipe")}, "no header row"},
       {{"sites", "edit", "99", "--name", "x"}, "No site has the key \"99\""},
       {{"sites", "remove", "1"}, "\"1\" fits \"Berne - 7\" (key 1) and \"Office - 1\" (key 2)"},
       {{"sites", "import", "/nowhere.csv"}, "/nowhere.csv"},
@@ -106,19 +117,42 @@ TEST_F(CommandsTest, RefusalsSayWhy) {
 }
 
 TEST_F(CommandsTest, ExportedSitesComeBackAllOrNone) {
+  write("sites.csv", "open to everybody");
   const std::string file = run.path("sites.csv");
   EXPECT_EQ(run({"sites", "export", file}), 0);
   EXPECT_EQ(run.out, "Sites written: 2\n");
   const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
   EXPECT_FALSE(QFile::permissions(file.c_str()) & others);
-  EXPECT_EQ(run({"sites", "import", file}), 1);
-  EXPECT_THAT(run.err, HasSubstr(file + ":2: "));
   EXPECT_EQ(run({"sites", "remove", "7", "Office - 1"}), 0);
   EXPECT_EQ(run({"sites", "import", file}), 0);
+  EXPECT_EQ(run.out, "Sites added: 2\n");
   EXPECT_EQ(run({"sites", "list", "--json", "--show-access-codes"}), 0);
   EXPECT_EQ(json()[0]["access-code"], QJsonValue("secret"));
   EXPECT_EQ(json()[0]["method"], QJsonValue(2));
   EXPECT_EQ(json()[1]["name"], QJsonValue("Office"));
+  EXPECT_EQ(run({"sites", "import", "-"}, "id,name\n9,Depot\n9,Depot\n"), 1);
+  EXPECT_THAT(run.err, HasSubstr("standard input:3: "));
+}
+
+TEST_F(CommandsTest, SitesPassThroughTheStandardStreams) {
+  EXPECT_EQ(run({"sites", "export", "-", "--without-access-codes"}), 0);
+  const std::string sites = run.out;
+  EXPECT_THAT(sites, HasSubstr("1,Berne,7,,2,192.0.2.7,,,,6.61\r\n"));
+  EXPECT_EQ(run({"sites", "edit", "7", "--lan", "x"}), 0);
+  EXPECT_EQ(run({"sites", "import", "-"}, sites), 0);
+  EXPECT_EQ(run.out, "Sites added: 0\nSites changed: 1\n");
+  EXPECT_EQ(run({"sites", "export", "-"}), 0);
+  EXPECT_THAT(run.out, HasSubstr("Berne,7,,2,192.0.2.7,,secret,"));
+}
+
+// A shell has made the file that standard output goes to, open to everybody.
+TEST(LocalFile, IsKeptToItsOwnerBeforeAccessCodesComeIntoIt) {
+  QTemporaryFile file;
+  ASSERT_TRUE(file.open());
+  ASSERT_TRUE(file.setPermissions(file.permissions() | QFile::ReadGroup | QFile::ReadOther));
+  keep_to_owner(file.handle());
+  EXPECT_EQ(QFile::permissions(file.fileName()) & (QFile::ReadGroup | QFile::ReadOther),
+            QFile::Permissions());
 }
 
 TEST_F(CommandsTest, SessionsRunSitesOutsidePartitionsInsideAndAFailureStopsNone) {

@@ -102,43 +102,83 @@ TEST_F(SiteBookTest, AddsEditsAndRemovesWithTheStatisticsSettings) {
   book.add(site("No identifier", ""));
   book.add(site("No identifier either", ""));
 
-  book.remove(office.site_id);
+  const std::int32_t gone[] = {office.site_id, 99};
+  EXPECT_EQ(whole_fault_of([&] { book.remove(gone); }),
+            "Site not found: The site book has no site with the key 99.");
+  EXPECT_EQ(book.list().size(), 4U) << "all or none";
+  book.remove({&office.site_id, 1});
   EXPECT_EQ(book.list().size(), 3U);
   EXPECT_EQ(value("SELECT COUNT(*) FROM File_Handling"), "3");
-  EXPECT_THAT(whole_fault_of([&] { book.remove(office.site_id); }), testing::StartsWith("Site not found"));
   EXPECT_THAT(whole_fault_of([&] { book.edit(office); }), testing::StartsWith("Site not found"));
 }
 
 TEST_F(SiteBookTest, FindsByKeyIdentifierOrTitle) {
   const std::int32_t key = book.add(site("Office", "101"));
-  book.add(site("Depot", std::to_string(key)));
-  EXPECT_EQ(book.find("101")->name, "Office");
-  EXPECT_EQ(book.find("Office - 101")->site_id, key);
-  EXPECT_EQ(book.find("office - 101"), std::nullopt);
-  EXPECT_EQ(book.find(""), std::nullopt);
-  EXPECT_THAT(whole_fault_of([&] { book.find(std::to_string(key)); }),
+  const std::int32_t depot = book.add(site("Depot", std::to_string(key)));
+  const auto found = book.find({std::to_string(depot), "101", "Office - 101"});
+  ASSERT_EQ(found.size(), 2U) << "each once, in the order of the keys";
+  EXPECT_EQ(found[0].name, "Depot");
+  EXPECT_EQ(found[1].site_id, key);
+  for (const char* none : {"office - 101", ""})
+    EXPECT_THAT(whole_fault_of([&] { book.find({"101", none}); }), testing::StartsWith("Site not found"));
+  EXPECT_THAT(whole_fault_of([&] { book.find({std::to_string(key)}); }),
               testing::StartsWith("Site is ambiguous"));
 }
 
 TEST_F(SiteBookTest, ExportsAndImportsCsv) {
   SiteRecord office = site("Office, \"main\"", "007");
   office.access_code = "p;w";
-  book.add(office);
-  book.add(site("Depot", ""));
-  const std::string text = export_csv(book.list());
+  office.number = "";
+  office.site_id = book.add(office);
+  SiteRecord depot = site("Depot", "");
+  depot.site_id = book.add(depot);
+  const std::string text = export_csv(book.list(), AccessCodes::kIncluded);
   EXPECT_THAT(text,
               testing::StartsWith("site-id,name,id,card-type,method,lan,modem,access-code,dialup,number,"
                                   "firmware\r\n1,\"Office, \"\"main\"\"\",007,,,,,p;w,,,\r\n"));
-  for (const SiteRecord& old : book.list())
-    book.remove(old.site_id);
+  const ImportResult again = import_csv(book, text);
+  EXPECT_EQ(again.added + again.changed, 0U);
+  EXPECT_THAT(book.list(), ElementsAre(office, depot)) << "nothing is another than it was";
+
+  const std::int32_t both[] = {office.site_id, depot.site_id};
+  book.remove(both);
   EXPECT_EQ(import_csv(book, text).added, 2U);
-  EXPECT_EQ(book.find("007")->access_code, "p;w");
-  EXPECT_EQ(book.find("007")->lan, std::nullopt);
+  EXPECT_EQ(book.find({"007"})[0].access_code, "p;w");
+  EXPECT_EQ(book.find({"007"})[0].lan, std::nullopt);
   EXPECT_EQ(value("SELECT COUNT(*) FROM File_Handling"), "2");
 }
 
+TEST_F(SiteBookTest, ImportLeavesColumnsAloneThatTheFileLacks) {
+  SiteRecord office = site("Office", "101");
+  office.access_code = "secret";
+  office.lan = "10.0.0.1";
+  office.site_id = book.add(office);
+  SiteRecord depot = site("Depot", "");
+  depot.access_code = "secret too";
+  depot.site_id = book.add(depot);
+  const std::string text = export_csv(book.list(), AccessCodes::kLeftOut);
+  EXPECT_THAT(text, testing::Not(testing::HasSubstr("secret")));
+  EXPECT_EQ(import_csv(book, text).changed, 0U);
+
+  const std::string change = "id,lan,modem\r\n101,,10.0.0.2\r\n102,10.0.0.3\r\n";
+  EXPECT_EQ(try_csv(book.list(), change).changed, 1U);
+  EXPECT_THAT(book.list(), ElementsAre(office, depot));
+  const ImportResult result = import_csv(book, change);
+  EXPECT_EQ(result.changed, 1U);
+  EXPECT_EQ(result.added, 1U);
+  office.lan.reset();
+  office.modem = "10.0.0.2";
+  depot.number = "5";
+  EXPECT_EQ(import_csv(book, "site-id,number\r\n" + std::to_string(depot.site_id) + ",5\r\n").changed, 1U);
+  EXPECT_EQ(book.find({"101"})[0], office);
+  EXPECT_EQ(book.find({"Depot - "})[0], depot);
+  // The key of another book: this row is a site of its own.
+  EXPECT_EQ(import_csv(book, "site-id,name\r\n" + std::to_string(depot.site_id) + ",Harbour\r\n").added, 1U);
+}
+
 TEST_F(SiteBookTest, ImportsAllRowsOrNone) {
-  book.add(site("Office", "101"));
+  const SiteRecord office = site("Office", "101");
+  ASSERT_EQ(book.add(office), 1);
   struct Case {
     const char* text;
     std::size_t line;
@@ -148,10 +188,12 @@ TEST_F(SiteBookTest, ImportsAllRowsOrNone) {
       {"", 1, "There is no header row."},
       {"name,colour\nA,red\n", 1, "There is no column \"colour\"."},
       {"name,NAME\nA,B\n", 1, "The column \"NAME\" is doubled."},
+      {"id,site-id,Site-ID\n1,1,1\n", 1, "The column \"Site-ID\" is doubled."},
       {"id,name\n1,A\n2,B,C\n", 3, "The row has more fields than the header."},
       {"id,name\n1,\"A\nB\"\n", 2, "Site name holds a control character."},
       {"id,name\n\n1,A\n1,B\n", 4, "Site identifier \"1\" belongs to line 3."},
-      {"name,id\nA,101\n", 2, "Site identifier \"101\" belongs to a site of the book."},
+      {"name,id\nA,1\n,\n", 3, "A site needs a name or an identifier."},
+      {"site-id,number\n1,5\n1,6\n", 3, "The row is about the site of line 2."},
       {"name,method\nA,0\nB,LAN\n", 3, "Connection method is no number between 0 and 9999."},
   };
   for (const Case& one : cases) {
@@ -160,9 +202,10 @@ TEST_F(SiteBookTest, ImportsAllRowsOrNone) {
     EXPECT_EQ(result.problems[0].line, one.line) << one.text;
     EXPECT_EQ(result.problems[0].reason, one.reason);
     EXPECT_EQ(book.list().size(), 1U);
+    EXPECT_EQ(book.list()[0].number, std::nullopt);
   }
   EXPECT_EQ(import_csv(book, "\xEF\xBB\xBFid , Name\r\n102,B\r\n\r\n103\r\n").added, 2U);
-  EXPECT_EQ(book.find("103")->name, std::nullopt);
+  EXPECT_EQ(book.find({"103"})[0].name, std::nullopt);
 }
 
 TEST_F(SiteBookTest, TheSampleSiteIsAddedOnceAndFollowsItsDevice) {

@@ -186,11 +186,42 @@ TEST_F(PagesTest, ImportsAllSitesOrTellsWhyNone) {
   }
   EXPECT_EQ(sites.list().size(), 2U);
   EXPECT_EQ(child<QLabel>(shown, "lblSitesState").text(), "2 sites");
-  {
-    const ModalDriver driver({choose(path("out.csv"))});
-    button("cmdExportSites").click();
+  sitebook::SiteRecord one = sites.find({"1"})[0];
+  one.access_code = "geheim";
+  sites.edit(one);
+  write(path("some.csv"), "name,id\r\nUno,1\r\n");
+  ui.answers = {platform::Button::kCancel, platform::Button::kOk};
+  for (const char* name : {"One", "Uno"}) {
+    const ModalDriver driver({choose(path("some.csv"))});
+    button("cmdImportSites").click();
+    EXPECT_EQ(sites.find({"1"})[0].name, name);
   }
-  EXPECT_THAT(files.read(utf8(path("out.csv"))), testing::HasSubstr("\r\n"));
+  EXPECT_EQ(sites.find({"1"})[0].access_code, "geheim");
+}
+
+TEST_F(PagesTest, ExportsToAPrivateFileAndAsksAboutTheAccessCodes) {
+  prepare();
+  sitebook::SiteRecord site;
+  site.name = "One";
+  site.access_code = "geheim";
+  sites.add(site);
+  sites_page();
+  ui.messages.clear();
+  ui.answers = {platform::Button::kCancel, platform::Button::kNo, platform::Button::kYes};
+  button("cmdExportSites").click();  // no file is asked for
+  ASSERT_EQ(ui.messages.size(), 1U);
+  EXPECT_THAT(ui.messages[0].text, testing::StartsWith("Shall the file hold the access codes of 1 site?"));
+  write(path("out.csv"), "open to everybody");
+  for (const bool held : {false, true}) {
+    const ModalDriver driver({[&](QWidget& dialog) {
+                                child<QLineEdit>(dialog, "fileNameEdit").setText(path("out.csv"));
+                                press(dialog, Qt::Key_Return);
+                              },
+                              [](QWidget& overwrite) { press(overwrite, Qt::Key_Y, Qt::AltModifier); }});
+    button("cmdExportSites").click();
+    EXPECT_EQ(files.read(utf8(path("out.csv"))).find("geheim") != std::string::npos, held);
+    EXPECT_FALSE(QFile::permissions(path("out.csv")) & (QFile::ReadGroup | QFile::ReadOther));
+  }
 }
 
 TEST_F(PagesTest, SaysWhyTheSiteBookCannotBeUsed) {
