@@ -50,10 +50,13 @@ QJsonValue json_moment(base::LocalTime moment) {
   return json(text);
 }
 
-std::string json_text(std::string_view text) {
-  if (is_plain(text)) return '"' + std::string(text) + '"';
-  const std::string array = to_text(QJsonDocument(QJsonArray{json(text)}), QJsonDocument::Compact);
+std::string json_value_text(const QJsonValue& value) {
+  const std::string array = to_text(QJsonDocument(QJsonArray{value}), QJsonDocument::Compact);
   return array.substr(1, array.size() - 2);
+}
+
+std::string json_text(std::string_view text) {
+  return is_plain(text) ? '"' + std::string(text) + '"' : json_value_text(json(text));
 }
 
 std::string json_line(const std::vector<std::string>& texts) {

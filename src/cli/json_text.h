@@ -19,8 +19,9 @@ QJsonValue json_or_null(const base::Field& field);
 // "2026-11-15T12:10:05"
 QJsonValue json_moment(base::LocalTime moment);
 
-// A text with its quotation marks, and texts as an array on one line: for what is too long to be built as a
-// whole first.
+// A value, a text with its quotation marks, and texts as an array, on one line: for what is too long to be
+// built as a whole first.
+std::string json_value_text(const QJsonValue& value);
 std::string json_text(std::string_view text);
 std::string json_line(const std::vector<std::string>& texts);
 

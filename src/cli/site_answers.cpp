@@ -2,6 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <QJsonArray>
+#include <algorithm>
+#include <optional>
+#include <ostream>
 
 #include "cli/invocation.h"
 #include "cli/json_text.h"
@@ -32,14 +35,75 @@ QJsonObject json_of(const sitebook::SiteRecord& site, const SiteAnswer& answer) 
   return object;
 }
 
+// Calls `take` with each line while it answers with true; as base::lines_of(), without a list of all of them.
+template <class Take>
+void for_each_line(std::string_view text, Take&& take) {
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    std::string_view line = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (!take(line)) return;
+  }
+}
+
 void write_text(Console& console, const std::string& heading, const SiteAnswer& answer) {
-  if (answer.rows.empty()) return;
+  const bool has_lines = answer.lines.for_people && !answer.lines.text.empty();
+  if (answer.rows.empty() && !has_lines) return;
   console.erase_status();
   if (!heading.empty()) console.print(heading);
   TextTable table(console.out());
   for (const auto& row : answer.rows)
     table.add(row);
+  if (!has_lines) return;
+  for_each_line(answer.lines.text, [&](std::string_view line) {
+    console.print(line);
+    return console.out().good();
+  });
 }
+
+// The array of the answers, complete when it goes.
+class JsonAnswers {
+ public:
+  explicit JsonAnswers(Console& console) : console_(console), out_(console.out()) {}
+  ~JsonAnswers() { out_ << (is_empty_ ? "[]\n" : "\n]\n"); }
+  JsonAnswers(const JsonAnswers&) = delete;
+  JsonAnswers& operator=(const JsonAnswers&) = delete;
+
+  void add(QJsonObject object, const LongText& lines) {
+    if (!lines.key.empty()) object[QString::fromStdString(lines.key)] = QJsonArray();
+    console_.erase_status();
+    const char* separator = is_empty_ ? "[\n{" : ",\n{";
+    for (auto value = object.constBegin(); value != object.constEnd(); ++value) {
+      const std::string key = value.key().toStdString();
+      out_ << separator << '\n' << json_text(key) << ": ";
+      separator = ",";
+      if (key == lines.key) {
+        add_lines(lines.text);
+      } else {
+        out_ << json_value_text(value.value());
+      }
+    }
+    out_ << "\n}";
+    is_empty_ = false;
+  }
+
+ private:
+  void add_lines(std::string_view text) {
+    const char* separator = "";
+    out_ << '[';
+    for_each_line(text, [&](std::string_view line) {
+      out_ << separator << '\n' << json_text(line);
+      separator = ",";
+      return out_.good();
+    });
+    out_ << ']';
+  }
+
+  Console& console_;
+  std::ostream& out_;
+  bool is_empty_ = true;
+};
 
 }  // namespace
 
@@ -55,20 +119,20 @@ void add_site_options(CLI::App& command, SiteOptions& options, Invocation& invoc
 ExitCode ask_sites(CommandContext& context, const SiteOptions& options, const AskSite& ask) {
   const std::vector<sitebook::SiteRecord> sites = context.sites.find(options.sites);
   const bool headed = sites.size() > 1 && options.headings == Headings::kSites;
-  QJsonArray array;
+  std::optional<JsonAnswers> array;
+  if (options.as_json) array.emplace(context.console);
   std::vector<SessionStep> steps;
   for (const sitebook::SiteRecord& site : sites) {
     steps.push_back({sitebook::title_of(site), [&, headed] {
                        const SiteAnswer answer = ask(context, control::site_row(site));
-                       array.append(json_of(site, answer));
-                       if (!options.as_json)
+                       if (array)
+                         array->add(json_of(site, answer), answer.lines);
+                       else
                          write_text(context.console, headed ? sitebook::title_of(site) + ":" : "", answer);
                        return answer.result;
                      }});
   }
-  const ExitCode code = context.sessions.run(steps);
-  if (options.as_json) context.console.out() << json_document(array);
-  return code;
+  return context.sessions.run(steps);
 }
 
 }  // namespace qvrcom::cli

@@ -24,11 +24,20 @@ struct SiteOptions {
   Headings headings = Headings::kSites;  // of the text form, with several sites
 };
 
-// What a site answered: rows of cells for people, values for programs. Values are there after a failure, too.
+// A text of any length, written line by line.
+struct LongText {
+  std::string key = {};  // in JSON, where it is an array of the lines; "" when there is no text
+  std::string text = {};
+  bool for_people = true;  // written without --json, too
+};
+
+// What a site answered: rows of cells for people, values for programs, lines for both. Values are there after
+// a failure, too.
 struct SiteAnswer {
   control::RequestResult result = control::RequestResult::kNotDone;
   std::vector<std::vector<std::string>> rows = {};
   QJsonObject values = {};
+  LongText lines = {};
 };
 
 using AskSite = std::function<SiteAnswer(CommandContext&, const control::SiteRow&)>;
@@ -36,8 +45,8 @@ using AskSite = std::function<SiteAnswer(CommandContext&, const control::SiteRow
 // --site, which may repeat, --wait, and --json.
 void add_site_options(CLI::App& command, SiteOptions& options, Invocation& invocation);
 
-// Asks each site in a session of its own. Texts are written as they come; JSON is one array of objects, one
-// for each site that was asked.
+// Asks each site in a session of its own and writes what it answers as it comes. JSON is one array of
+// objects, one for each site that was asked.
 ExitCode ask_sites(CommandContext& context, const SiteOptions& options, const AskSite& ask);
 
 }  // namespace qvrcom::cli

@@ -2,7 +2,6 @@
 #include <QDate>
 #include <QTime>
 
-#include "base/text.h"
 #include "cli/commands.h"
 #include "cli/invocation.h"
 #include "cli/json_text.h"
@@ -54,18 +53,12 @@ const char* log_operation(const SystemOptions& options) {
 SiteAnswer log(CommandContext& context, const control::SiteRow& site, const SystemOptions& options) {
   SystemOrder order{.site = site, .operation = log_operation(options)};
   if (!options.output.empty()) order.save_log_as = context.files.from_native(options.output);
-  const SystemAnswer answer = run_order(context, order);
+  SystemAnswer answer = run_order(context, order);
   SiteAnswer shown{.result = answer.result};
   if (options.reset_only) return shown;
   const bool saved = is_done(answer) && !options.output.empty();
   shown.values = {{"log", QJsonValue()}, {"file", saved ? json(options.output) : QJsonValue()}};
-  if (!is_done(answer)) return shown;
-  QJsonArray lines;
-  for (const std::string_view line : base::lines_of(answer.log)) {
-    lines.append(json(line));
-    if (!saved) shown.rows.push_back({std::string(line)});
-  }
-  shown.values["log"] = lines;
+  if (is_done(answer)) shown.lines = {.key = "log", .text = std::move(answer.log), .for_people = !saved};
   return shown;
 }
 
