@@ -292,13 +292,5 @@ TEST_F(CommandsTest, TheSchedulerIsAskedAndStopped) {
   EXPECT_EQ(run({"scheduler", "stop"}), 0);
 }
 
-TEST_F(CommandsTest, AMissingDatabaseIsAFaultAndNoneIsMade) {
-  const std::string file = run.path("AppData/Corbelin/QVRCOM+/Database/NewDB.mdb");
-  ASSERT_TRUE(QFile::remove(file.c_str()));
-  EXPECT_EQ(run({"sites", "list"}), 1);
-  EXPECT_THAT(run.err, HasSubstr(file));
-  EXPECT_FALSE(QFile::exists(file.c_str()));
-}
-
 }  // namespace
 }  // namespace qvrcom::cli

@@ -1,6 +1,8 @@
 #include "cli/console.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <sstream>
 
@@ -61,6 +63,18 @@ TEST(PartitionList, ReadsNumbersAndRanges) {
   };
   for (const auto& each : cases)
     EXPECT_EQ(parse_partitions(each.text), each.partitions) << each.text;
+}
+
+TEST(Console, TakesClosedDescriptorsSoThatNoFileGetsThem) {
+  const auto closed_ones_are_taken = [] {
+    close(STDIN_FILENO);
+    close(STDOUT_FILENO);
+    take_standard_descriptors();
+    char byte = 0;
+    const bool useless = read(STDIN_FILENO, &byte, 1) < 0 && write(STDOUT_FILENO, &byte, 1) < 0;
+    _exit(useless && open("/dev/null", O_RDONLY) > STDERR_FILENO ? 0 : 1);
+  };
+  EXPECT_EXIT(closed_ones_are_taken(), testing::ExitedWithCode(0), "");
 }
 
 TEST(Console, PrintsBoxesWithTheirDetailIndented) {
