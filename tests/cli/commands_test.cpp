@@ -7,11 +7,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryFile>
 #include <fstream>
 
 #include "cli/command_run.h"
-#include "cli/local_file.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -143,16 +141,6 @@ TEST_F(CommandsTest, SitesPassThroughTheStandardStreams) {
   EXPECT_EQ(run.out, "Sites added: 0\nSites changed: 1\n");
   EXPECT_EQ(run({"sites", "export", "-"}), 0);
   EXPECT_THAT(run.out, HasSubstr("Berne,7,,2,192.0.2.7,,secret,"));
-}
-
-// A shell has made the file that standard output goes to, open to everybody.
-TEST(LocalFile, IsKeptToItsOwnerBeforeAccessCodesComeIntoIt) {
-  QTemporaryFile file;
-  ASSERT_TRUE(file.open());
-  ASSERT_TRUE(file.setPermissions(file.permissions() | QFile::ReadGroup | QFile::ReadOther));
-  keep_to_owner(file.handle());
-  EXPECT_EQ(QFile::permissions(file.fileName()) & (QFile::ReadGroup | QFile::ReadOther),
-            QFile::Permissions());
 }
 
 TEST_F(CommandsTest, SessionsRunSitesOutsidePartitionsInsideAndAFailureStopsNone) {

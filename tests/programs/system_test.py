@@ -32,6 +32,7 @@ class SystemTest(unittest.TestCase):
     def test_log(self):
         printed = self.system("log").stdout
         self.assertGreater(len(printed.splitlines()), 1)
+        self.assertEqual(self.json("system", "log")["log"], printed.splitlines())
         file = self.place.root / "saved.log"
         saved = self.system("log", "--reset", "--output", file)
         self.assertEqual((saved.stdout, saved.stderr), ("", ""))
@@ -40,7 +41,6 @@ class SystemTest(unittest.TestCase):
         self.assertEqual(sum("DELE log" in line for line in self.device.commands()), 1)
         self.assertEqual(self.system("log", "--reset-only").stdout, "")
         self.assertEqual(sum("DELE log" in line for line in self.device.commands()), 2)
-        self.assertEqual(self.json("system", "log")["result"], "done")
         self.assert_nothing_left()
 
     def test_clock(self):
@@ -101,6 +101,21 @@ class SystemTest(unittest.TestCase):
         self.assertEqual(self.json("view", "--partition", 3)["messages"], shown)
         self.assertTrue(shown)
         self.assert_nothing_left()
+
+    def test_standard_output_holds_access_codes_for_its_owner_alone(self):
+        file = self.place.root / "sites.csv"
+        command = [BIN / "qvrcomctl", "sites", "export", "-"]
+        with open(file, "wb") as out:
+            os.fchmod(out.fileno(), 0o644)
+            subprocess.run(command, env=self.place.environment, stdout=out, check=True, timeout=PATIENCE)
+        self.assertIn(PASSWORD, file.read_text())
+        self.assertEqual(file.stat().st_mode & 0o077, 0)
+        with open("/dev/full", "wb") as full:
+            for arguments in (command, [BIN / "qvrcomctl", "--version"]):
+                failed = subprocess.run(arguments, env=self.place.environment, stdout=full, stderr=subprocess.PIPE,
+                                        check=False, timeout=PATIENCE)
+                self.assertEqual(failed.returncode, 1)
+                self.assertIn(b"did not take", failed.stderr)
 
     def test_telnet_through_a_pipe(self):
         for leaving in ("exit\n", ""):  # the device hangs up; the input just ends
