@@ -173,8 +173,9 @@ class Reader {
   }
 
   bool add_command() {
+    // What stands behind a "=" or a blank may be the password, in a script that is damaged.
     constexpr std::size_t kShown = 80;
-    const std::string shown(line().substr(0, kShown));
+    const std::string shown(line().substr(0, std::min(line().find_first_of("= "), kShown)));
     if (line().size() > kScriptLineLimit) return fail("the line is too long", shown);
     if (script_.kind == ScriptKind::kTelnet) return fail("a telnet script has no commands", shown);
     if (script_.commands.size() == kScriptCommandLimit) return fail("too many commands", shown);

@@ -58,7 +58,7 @@ struct Script {
   std::vector<ScriptCommand> commands;
 };
 
-// Why a text is no script. `text` is the line as far as it may be shown: never a header's value.
+// Why a text is no script. `text` is the line as far as it may be shown: never a value.
 struct ScriptProblem {
   std::size_t line = 0;  // counted from 1; 0 when it is about the whole text
   std::string text;
