@@ -8,7 +8,8 @@ from device.faults import parse_fault
 DOWNLOADS = (("RETR#1:550", "550", 0), ("RETR#2:drop", "cut", 0), ("RETR#3:drop=100", "cut", 100),
              ("RETR#4:truncate=100", "ok", 100), ("RETR#5:stall", "silence", 0), ("RETR#6:stall=100", "silence", 100),
              ("RETR#7:451=100", "451", 100), ("RETR#8:mute", "silence", 0), ("RETR#9:421", "421", 0),
-             ("RETR#10:truncate=9999999", "ok", None))
+             ("RETR#10:truncate=9999999", "ok", None), ("RETR#11:reset=100", "cut", 100),
+             ("RETR#12:silent", "silence", None), ("RETR#13:350", "350", 0))
 UPLOADS = (("STOR#1:552", "552"), ("STOR#2:452=1000", "452"), ("STOR#3:drop", "cut"), ("STOR#4:drop=1000", "cut"),
            ("STOR#5:stall=1000", "silence"), ("STOR#6:drop=9999999", "ok"))
 IMPATIENT = 0.5
@@ -38,15 +39,28 @@ class Faults(DeviceTest):
 
     def test_downloads(self):
         device = self.start(*options(fault for fault, *_ in DOWNLOADS))
+        whole = len(get(self.client(self.start(), "part1"), "msg.001"))
         for fault, expected, came in DOWNLOADS:
             with self.subTest(fault=fault):
                 ftp = self.client(device, "part1")
                 limit(ftp, expected)
                 received = bytearray()
                 self.assertEqual(outcome(lambda: get(ftp, "msg.001", received)), expected)
-                self.assertEqual(len(received), ftp.size("msg.001") if came is None else came)
+                self.assertEqual(len(received), whole if came is None else came)
         endings = [line.split()[-1] for line in device.log_lines() if "RETR" in line]
-        self.assertEqual(endings[:8], ["550", "drop", "drop", "226", "stall", "stall", "451", "mute"])
+        self.assertEqual(endings, ["550", "drop", "drop", "226", "stall", "stall", "451", "mute", "421", "226", "226",
+                                   "silent", "350"])
+
+    def test_replies_that_are_wrong(self):
+        device = self.start(*options(("SIZE#1:size=-5", "RETR:size=7", "NOOP#1:twice", "DELE:150")))
+        ftp = self.client(device, "part1")
+        ftp.voidcmd("TYPE I")
+        self.assertEqual([ftp.sendcmd("SIZE msg.001"), ftp.sendcmd("DELE msg.001")[:3]], ["213 -5", "150"])
+        data, size = ftp.ntransfercmd("RETR msg.001")
+        data.close()
+        self.assertEqual(size, 7)
+        ftp = self.client(device, "part1")
+        self.assertEqual(len({ftp.sendcmd("NOOP"), ftp.getline()}), 1)
 
     def test_uploads(self):
         """Only an upload that went through changes the file."""
@@ -78,6 +92,7 @@ class Faults(DeviceTest):
 class Grammar(unittest.TestCase):
     def test_what_is_no_fault(self):
         for spec in ("", "RETR", "RETR:", "RETR#0:drop", "RETR#x:drop", "RETR:220", "RETR:sleep", "RETR:truncate",
-                     "STOR:truncate=5", "ACCT:stall", "ACCT:drop=5", "*:stall", "RETR:mute=5", "RETR:drop=-1"):
+                     "STOR:truncate=5", "ACCT:stall", "ACCT:drop=5", "*:stall", "RETR:mute=5", "RETR:drop=-1", "DELE:size=5",
+                     "SIZE:size", "ACCT:silent", "RETR:reset"):
             with self.subTest(spec=spec), self.assertRaises(ValueError):
                 parse_fault(spec)

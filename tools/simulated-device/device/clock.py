@@ -22,6 +22,9 @@ class DeviceClock:
         self._moment = moment.replace(microsecond=0)
         self._set_at = self._ticks()
 
+    def advance(self, seconds):
+        self._moment += timedelta(seconds=seconds)
+
     def now(self):
         if self._stands:
             return self._moment

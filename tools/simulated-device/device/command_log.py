@@ -2,7 +2,7 @@
 
 NUMBER counts the commands in the order received. A line is written when its command has ended, so that
 lines of one connection stand in order, while a long transfer of another connection may come later.
-REPLY is the final code, or "drop", "stall", "mute" for a command struck by such a fault, or "-" when the
+REPLY is the final code, or "drop", "stall", "silent", "mute" for a command struck by such a fault, or "-" when the
 connection ended first.
 """
 

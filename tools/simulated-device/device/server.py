@@ -1,5 +1,8 @@
 """The FTP server: a real FTP library whose handler knows accounts, faults and the command log."""
 
+import socket
+import struct
+
 from pyftpdlib.authorizers import DummyAuthorizer
 from pyftpdlib.handlers import DTPHandler, FTPHandler, proto_cmds
 from pyftpdlib.log import logger
@@ -12,6 +15,7 @@ from .file_system import DeviceFileSystem, Upload
 COMMANDS = ("ABOR", "ALLO", "CWD", "DELE", "EPRT", "EPSV", "FEAT", "HELP", "LIST", "MDTM", "MODE", "NLST", "NOOP",
             "OPTS", "PASS", "PASV", "PORT", "PWD", "QUIT", "REST", "RETR", "SIZE", "STAT", "STOR", "STRU", "SYST",
             "TYPE", "USER")
+RESET = struct.pack("ii", 1, 0)  # how a socket lingers that is reset when it is closed
 ACCOUNT_COMMAND = {"ACCT": dict(perm=None, auth=True, arg=True, help="Syntax: ACCT <SP> partN (select a partition).")}
 
 
@@ -95,16 +99,19 @@ class DataChannel(DTPHandler):
         elif self._fault.action == "drop":
             self.cmd_channel.drop()
         else:
-            self._end_with("226 Transfer complete." if self._fault.action == "truncate"
-                           else f"{self._fault.code} Refused on request.")
+            if self._fault.action == "reset":
+                self.socket.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, RESET)
+            self._end_with(f"{self._fault.code} Refused on request." if self._fault.action == "reply"
+                           else "226 Transfer complete.")
             self.close()
 
 
 class DeviceHandler(FTPHandler):
-    """A subclass made by `make_server` carries `device`, `fault_plan` and `command_log`."""
+    """A subclass made by `make_server` carries these."""
     device = None
     fault_plan = None
     command_log = None
+    seconds_per_command = 0
 
     banner = "Device ready."
     proto_cmds = {**{name: proto_cmds[name] for name in COMMANDS}, **ACCOUNT_COMMAND}
@@ -121,11 +128,13 @@ class DeviceHandler(FTPHandler):
         self._entry = None
         self._transfer_entry = None
         self._transfer_fault = None
+        self._reply_fault = None
         super().__init__(conn, server, ioloop)
 
     def handle(self):
         fault = self.fault_plan.next_for(CONNECT)
-        if fault:
+        self._reply_fault = fault if fault and fault.spoils_reply else None
+        if fault and not fault.spoils_reply:
             self._strike(fault)
         else:
             super().handle()
@@ -134,9 +143,11 @@ class DeviceHandler(FTPHandler):
         self._entry = self.command_log.entry(self.fs.account.name if self.fs and self.authenticated else "-", cmd, arg)
         fault = None if self._muted else self.fault_plan.next_for(cmd)
         self._transfer_fault = fault if fault and fault.in_transfer else None
+        self._reply_fault = fault if fault and fault.spoils_reply else None
+        self.device.clock.advance(self.seconds_per_command)
         if self._muted:
             self._entry.end("mute")
-        elif fault and not fault.in_transfer:
+        elif fault and not fault.in_transfer and not fault.spoils_reply:
             self._strike(fault)
         else:
             super().pre_process_command(line, cmd, arg)
@@ -152,6 +163,10 @@ class DeviceHandler(FTPHandler):
     def respond(self, resp, *arguments, **keywords):
         """Every reply passes here; a final one ends the line of its command, before the client can read it."""
         code = resp[:3]
+        resp = self._spoiled(resp)
+        if not resp:
+            self.end_transfer("silent")
+            return
         if self.transfer_ending:
             self.end_transfer(code)
         elif code in ("125", "150"):
@@ -159,6 +174,19 @@ class DeviceHandler(FTPHandler):
         elif self._entry:
             self._entry.end(code)
         super().respond(resp, *arguments, **keywords)
+
+    def _spoiled(self, resp):
+        """What is said instead; nothing to say nothing."""
+        fault, opening = self._reply_fault, resp[:3] in ("125", "150")
+        if not fault:
+            return resp
+        if fault.action == "size" and opening:
+            return f"150 Opening data connection ({fault.size} bytes)."
+        if fault.action == "size" and resp[:3] == "213":
+            return f"213 {fault.size}"
+        if fault.action == "silent" and self.transfer_ending:
+            return ""
+        return f"{resp}\r\n{resp}" if fault.action == "twice" and not opening else resp
 
     def end_transfer(self, reply):
         if self._transfer_entry:
@@ -180,7 +208,9 @@ class DeviceHandler(FTPHandler):
 
     def _strike(self, fault):
         if fault.action == "reply":
-            self.respond(f"{fault.code} Refused on request.")
+            if self._entry:
+                self._entry.end(str(fault.code))
+            super().respond(f"{fault.code} Refused on request.")
             if fault.code == 421:
                 self.close_when_done()
             return
@@ -192,10 +222,10 @@ class DeviceHandler(FTPHandler):
             self.close()
 
 
-def make_server(device, user, password, fault_plan, command_log, port=0):
-    """Listens on 127.0.0.1; port 0 means any free one."""
+def make_server(device, user, password, fault_plan, command_log, port=0, seconds_per_command=0):
+    """Listens on 127.0.0.1; port 0 means any free one. The device's clock moves on with every command."""
     authorizer = DummyAuthorizer()
     authorizer.add_user(user, password, "/", perm="elrdw")
     handler = type("Handler", (DeviceHandler,), dict(authorizer=authorizer, device=device, fault_plan=fault_plan,
-                                                     command_log=command_log))
+                                                     command_log=command_log, seconds_per_command=seconds_per_command))
     return FTPServer(("127.0.0.1", port), handler)
