@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <curl/curl.h>
+#include <linux/tcp.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -10,11 +11,13 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <charconv>
 #include <chrono>
+#include <cstddef>
 #include <mutex>
 #include <optional>
+#include <utility>
 
+#include "adapters/ftp_reply.h"
 #include "adapters/transfer_files.h"
 
 namespace qvrcom::adapters {
@@ -25,7 +28,7 @@ using std::chrono::milliseconds;
 using MonotonicClock = std::chrono::steady_clock;
 
 constexpr int kPollTime = 10;               // milliseconds; curl's own waits can take a second
-constexpr std::size_t kLongestReply = 500;  // bytes of a reply line that are kept
+constexpr std::size_t kLongestReply = 500;  // bytes of a reply line that are told
 
 struct ResultText {
   CURLcode code;
@@ -59,6 +62,15 @@ std::uint16_t port_of(const curl_sockaddr& address) {
   // Both kinds of address keep the port in the same place.
   const auto* any = reinterpret_cast<const sockaddr_in*>(&address.addr);
   return ntohs(any->sin_port);
+}
+
+// Bytes that have come in on a connection so far, read or not; nothing where the system does not count them.
+std::optional<std::uint64_t> bytes_received(int socket) {
+  tcp_info info{};
+  socklen_t size = sizeof info;
+  if (::getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &size) != 0) return std::nullopt;
+  if (size < offsetof(tcp_info, tcpi_bytes_received) + sizeof info.tcpi_bytes_received) return std::nullopt;
+  return info.tcpi_bytes_received;
 }
 
 bool is_host(const std::string& host) {
@@ -100,7 +112,8 @@ class DeviceConnectionCurl : public platform::DeviceConnection {
 
   void login(const platform::DeviceLogin& login) override;
   void account(const std::string& name) override { command("ACCT " + name, "Selecting " + name); }
-  std::uint64_t get(const std::string& remote_name, const std::string& local_path) override;
+  std::uint64_t get(const std::string& remote_name, const std::string& local_path,
+                    std::uint64_t least) override;
   std::uint64_t put(const std::string& local_path, const std::string& remote_name) override;
   void remove(const std::string& remote_name) override {
     command("DELE " + remote_name, "Deleting " + remote_name);
@@ -111,16 +124,24 @@ class DeviceConnectionCurl : public platform::DeviceConnection {
   void cancel() override {
     cancelled_ = true;
     curl_multi_wakeup(multi_);
+    hang_up();  // the library may be waiting for a reply, deaf to everything else
   }
 
  private:
   void command(const std::string& text, const std::string& tried);
+  void ask(const std::string& text, const std::string& tried);
+  std::optional<std::uint64_t> size_of(const std::string& remote_name, const std::string& tried);
   void prepare(const std::string& remote_name);
   void run(const std::string& tried);
-  CURLcode drive(const std::string& tried);
-  void keep_limits(const std::string& tried) const;
-  bool refused() const;
-  [[noreturn]] void fail(CURLcode code, const std::string& tried);
+  void step(const std::string& tried);
+  CURLcode drive();
+  void need_alive(const std::string& tried);
+  void keep_limits() const;
+  bool replied(char kind) const { return !reply_.empty() && reply_[0] == kind; }
+  bool refused() const { return replied('4') || replied('5'); }
+  bool belongs(const std::string& reply) const;
+  std::string said(const std::string& words) const;
+  [[noreturn]] void fail(CURLcode code);
   void touched() { last_byte_ = MonotonicClock::now(); }
   void moved(std::size_t bytes);
   void hang_up();
@@ -140,6 +161,7 @@ class DeviceConnectionCurl : public platform::DeviceConnection {
   static std::size_t on_reply(char* text, std::size_t size, std::size_t count, void* self);
   static std::size_t on_received(char* bytes, std::size_t size, std::size_t count, void* self);
   static std::size_t on_wanted(char* buffer, std::size_t size, std::size_t count, void* self);
+  static int on_waiting(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t);
   static curl_socket_t on_open(void* self, curlsocktype purpose, curl_sockaddr* address);
   static int on_close(void* self, curl_socket_t socket);
 
@@ -153,13 +175,19 @@ class DeviceConnectionCurl : public platform::DeviceConnection {
   platform::DeviceLogin login_;
   std::string place_;  // "ftp://host:port/"
   bool logged_in_ = false;
-  curl_socket_t control_ = CURL_SOCKET_BAD;
+  bool binary_ = false;
+  std::mutex control_mutex_;  // so that nobody shuts down a number that has been closed and given away
+  curl_socket_t control_ = CURL_SOCKET_BAD;  // changed on the session's thread, under the mutex
+  std::uint64_t heard_ = 0;                  // bytes of the control connection that the library has passed on
   MonotonicClock::time_point session_began_;
 
   // The running step.
+  std::string tried_;
   MonotonicClock::time_point step_began_;
   MonotonicClock::time_point last_byte_;
-  std::string reply_;  // the last line that the device said
+  std::string reply_;    // the last line of the device's last reply
+  std::string stray_;    // likewise, of the first reply that does not belong to this step
+  bool opened_ = false;  // the device has said that data follow
   std::uint64_t bytes_ = 0;
   PartFile* part_ = nullptr;
   SourceFile* source_ = nullptr;
@@ -179,26 +207,54 @@ void DeviceConnectionCurl::login(const platform::DeviceLogin& login) {
   session_began_ = MonotonicClock::now();
   prepare({});
   curl_easy_setopt(easy_, CURLOPT_NOBODY, 1L);
-  run(tried);
+  step(tried);
   logged_in_ = true;
 }
 
 void DeviceConnectionCurl::command(const std::string& text, const std::string& tried) {
+  ask(text, tried);
+  if (refused()) throw Fault(said(reply_), tried);
+}
+
+// A command on its own; it may be refused.
+void DeviceConnectionCurl::ask(const std::string& text, const std::string& tried) {
   if (!is_one_word(text)) throw Fault("A name holds a control character", tried);
+  need_alive(tried);
   // The library hangs up when a command is refused, unless an asterisk stands before it.
   const CommandList commands('*' + text);
   prepare({});
   curl_easy_setopt(easy_, CURLOPT_NOBODY, 1L);
   curl_easy_setopt(easy_, CURLOPT_QUOTE, commands.get());
-  run(tried);
-  if (refused()) throw Fault(reply_, tried);
+  step(tried);
 }
 
-std::uint64_t DeviceConnectionCurl::get(const std::string& remote_name, const std::string& local_path) {
+// What the device says that the file is long; nothing when it does not say.
+std::optional<std::uint64_t> DeviceConnectionCurl::size_of(const std::string& remote_name,
+                                                           const std::string& tried) {
+  if (!binary_) command("TYPE I", tried);
+  binary_ = true;
+  ask("SIZE " + remote_name, tried);
+  if (reply_.starts_with("421")) throw Fault(said(reply_), tried);
+  if (refused()) return std::nullopt;
+  if (const auto size = size_in(reply_)) return size;
+  in_step_ = reply_.starts_with("213");
+  throw Fault("The device tells no size of the file: " + said(reply_), tried);
+}
+
+std::uint64_t DeviceConnectionCurl::get(const std::string& remote_name, const std::string& local_path,
+                                        std::uint64_t least) {
+  const std::string tried = "Fetching " + remote_name;
   PartFile part(files_.native(local_path));
+  const std::uint64_t whole = std::max(size_of(remote_name, tried).value_or(0), least);
   prepare(remote_name);
   part_ = &part;
-  run("Fetching " + remote_name);
+  // The library would stop at the length that was announced, while the counters of a device grow.
+  curl_easy_setopt(easy_, CURLOPT_IGNORE_CONTENT_LENGTH, 1L);
+  run(tried);
+  if (part.length() < whole)
+    throw platform::IncompleteFile("The file is not whole, " + std::to_string(part.length()) +
+                                       " bytes came of at least " + std::to_string(whole),
+                                   tried);
   part.keep();
   return part.length();
 }
@@ -228,7 +284,9 @@ bool DeviceConnectionCurl::alive() const {
   // A word that nobody asked for is a farewell, or would be taken for the answer to the next command.
   char byte = 0;
   const bool silent = ::recv(control_, &byte, 1, MSG_PEEK | MSG_DONTWAIT) < 0;
-  return silent && (errno == EAGAIN || errno == EWOULDBLOCK);
+  if (!silent || (errno != EAGAIN && errno != EWOULDBLOCK)) return false;
+  // The library may have read it already, together with the reply before, and keep it for itself.
+  return bytes_received(control_).value_or(heard_) == heard_;
 }
 
 // All options anew for every step, so that none of the step before is left. The connection stays.
@@ -256,20 +314,35 @@ void DeviceConnectionCurl::prepare(const std::string& remote_name) {
   set(CURLOPT_WRITEDATA, static_cast<void*>(this));
   set(CURLOPT_READFUNCTION, &on_wanted);
   set(CURLOPT_READDATA, static_cast<void*>(this));
+  set(CURLOPT_NOPROGRESS, 0L);
+  set(CURLOPT_XFERINFOFUNCTION, &on_waiting);
+  set(CURLOPT_XFERINFODATA, static_cast<void*>(this));
   set(CURLOPT_OPENSOCKETFUNCTION, &on_open);
   set(CURLOPT_OPENSOCKETDATA, static_cast<void*>(this));
   set(CURLOPT_CLOSESOCKETFUNCTION, &on_close);
   set(CURLOPT_CLOSESOCKETDATA, static_cast<void*>(this));
   reply_.clear();
+  stray_.clear();
+  opened_ = false;
+  trouble_.reset();
   bytes_ = 0;
   part_ = nullptr;
   source_ = nullptr;
 }
 
+// A transfer.
 void DeviceConnectionCurl::run(const std::string& tried) {
+  need_alive(tried);
+  step(tried);
+  if (refused()) throw Fault(said(reply_), tried);
+}
+
+// Ends with the reply that completes the step, 2yz, or one that refuses it.
+void DeviceConnectionCurl::step(const std::string& tried) {
+  tried_ = tried;
   step_began_ = MonotonicClock::now();
-  in_step_ = false;
   touched();
+  in_step_ = false;
   curl_multi_add_handle(multi_, easy_);
   struct Attached {
     CURLM* multi;
@@ -279,17 +352,18 @@ void DeviceConnectionCurl::run(const std::string& tried) {
   CURLcode code = CURLE_OK;
   {
     const Attached attached{multi_, easy_};
-    code = drive(tried);
+    code = drive();
   }
+  if (code != CURLE_OK || cancelled_) keep_limits();
   if (trouble_) throw Fault(trouble_->description(), tried + ". " + trouble_->detail());
-  if (code != CURLE_OK) fail(code, tried);
+  if (code != CURLE_OK || !stray_.empty() || !(replied('2') || refused())) fail(code);
   in_step_ = true;
 }
 
-CURLcode DeviceConnectionCurl::drive(const std::string& tried) {
+CURLcode DeviceConnectionCurl::drive() {
   while (true) {
     int running = 0;
-    keep_limits(tried);
+    keep_limits();
     curl_multi_perform(multi_, &running);
     if (running == 0) break;
     curl_multi_poll(multi_, nullptr, 0, kPollTime, nullptr);
@@ -299,28 +373,55 @@ CURLcode DeviceConnectionCurl::drive(const std::string& tried) {
   return message != nullptr && message->msg == CURLMSG_DONE ? message->data.result : CURLE_FAILED_INIT;
 }
 
-void DeviceConnectionCurl::keep_limits(const std::string& tried) const {
-  const auto now = MonotonicClock::now();
+// A command to a device that has said more than it was asked would be answered with what it said before.
+void DeviceConnectionCurl::need_alive(const std::string& tried) {
+  if (alive()) return;
+  const bool was_in_step = std::exchange(in_step_, false);
+  hang_up();
   if (cancelled_) throw platform::SessionCancelled(tried);
-  if (now - session_began_ > limits_.session)
-    throw Fault("The session took longer than " + time_text(limits_.session), tried);
-  if (!logged_in_ && now - step_began_ > limits_.connect)
-    throw Fault("The device did not answer within " + time_text(limits_.connect), tried);
-  if (now - last_byte_ > limits_.idle)
-    throw Fault("No byte came or went for " + time_text(limits_.idle), tried);
+  if (control_ == CURL_SOCKET_BAD) throw Fault("The device closed the connection", tried);
+  if (!was_in_step) throw Fault("The connection is given up", tried);
+  std::array<char, kLongestReply> words{};
+  const ssize_t length = ::recv(control_, words.data(), words.size(), MSG_PEEK | MSG_DONTWAIT);
+  if (length <= 0) throw Fault("The device closed the connection, or said more than it was asked", tried);
+  throw Fault("The device said, without having been asked, " +
+                  said(std::string(words.data(), static_cast<std::size_t>(length))),
+              tried);
 }
 
-bool DeviceConnectionCurl::refused() const {
-  return reply_.size() >= 3 && (reply_[0] == '4' || reply_[0] == '5');
+void DeviceConnectionCurl::keep_limits() const {
+  const auto now = MonotonicClock::now();
+  if (cancelled_) throw platform::SessionCancelled(tried_);
+  if (now - session_began_ > limits_.session)
+    throw Fault("The session took longer than " + time_text(limits_.session), tried_);
+  if (!logged_in_ && now - step_began_ > limits_.connect)
+    throw Fault("The device did not answer within " + time_text(limits_.connect), tried_);
+  if (now - last_byte_ > limits_.idle)
+    throw Fault("No byte came or went for " + time_text(limits_.idle), tried_);
+}
+
+// 3yz asks for more, which there is in a login alone; 1yz says once that the data of a transfer follow.
+bool DeviceConnectionCurl::belongs(const std::string& reply) const {
+  if (reply[0] == '3') return !logged_in_;
+  if (reply[0] == '1') return !opened_ && (part_ != nullptr || source_ != nullptr);
+  return reply[0] == '2' || reply[0] == '4' || reply[0] == '5';
+}
+
+std::string DeviceConnectionCurl::said(const std::string& words) const {
+  if (!logged_in_ && too_short_to_mask(login_.password))
+    return "The device refused the login; its words are left out";
+  return masked(words, login_.password).substr(0, kLongestReply);
 }
 
 // A refusal of the device says more than the library's code: a step that is answered 421 would read as a
 // timeout.
-void DeviceConnectionCurl::fail(CURLcode code, const std::string& tried) {
-  in_step_ = refused();
-  if (refused()) throw Fault(reply_, tried);
-  if (reconnect_refused_) throw Fault("The device closed the connection", tried);
-  throw Fault(text_of(code), bytes_ == 0 ? tried : tried + ", after " + std::to_string(bytes_) + " bytes");
+void DeviceConnectionCurl::fail(CURLcode code) {
+  in_step_ = refused() && stray_.empty();
+  if (in_step_) throw Fault(said(reply_), tried_);
+  if (!stray_.empty()) throw Fault("The device gave an answer that is none: " + said(stray_), tried_);
+  if (reconnect_refused_) throw Fault("The device closed the connection", tried_);
+  if (code == CURLE_OK) throw Fault("The device did not say how it ended", tried_);
+  throw Fault(text_of(code), bytes_ == 0 ? tried_ : tried_ + ", after " + std::to_string(bytes_) + " bytes");
 }
 
 void DeviceConnectionCurl::moved(std::size_t bytes) {
@@ -329,8 +430,9 @@ void DeviceConnectionCurl::moved(std::size_t bytes) {
   if (progress_) progress_(bytes_);
 }
 
-// So that the library's parting word, for which it would wait, fails at once.
+// So that whatever the library waits for, or a parting word of its own, fails at once.
 void DeviceConnectionCurl::hang_up() {
+  const std::lock_guard lock(control_mutex_);
   if (control_ != CURL_SOCKET_BAD) ::shutdown(control_, SHUT_RDWR);
 }
 
@@ -338,9 +440,13 @@ std::size_t DeviceConnectionCurl::on_reply(char* text, std::size_t size, std::si
   auto& connection = *static_cast<DeviceConnectionCurl*>(self);
   connection.touched();
   std::string_view line(text, size * count);
+  connection.heard_ += line.size();
   while (!line.empty() && (line.back() == '\r' || line.back() == '\n'))
     line.remove_suffix(1);
-  connection.reply_ = line.substr(0, kLongestReply);
+  if (!ends_reply(line)) return size * count;
+  connection.reply_ = line;
+  if (connection.stray_.empty() && !connection.belongs(connection.reply_)) connection.stray_ = line;
+  connection.opened_ |= line[0] == '1';
   return size * count;
 }
 
@@ -367,22 +473,34 @@ std::size_t DeviceConnectionCurl::on_wanted(char* buffer, std::size_t size, std:
   return read ? got : CURL_READFUNC_ABORT;
 }
 
+// The library asks once a second while it waits for the last word about a transfer, and looks at nothing
+// else.
+int DeviceConnectionCurl::on_waiting(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+  auto& connection = *static_cast<DeviceConnectionCurl*>(self);
+  return connection.guarded([&] { connection.keep_limits(); }) ? 0 : 1;
+}
+
 // The library would log in again by itself when the device has dropped the control connection, without the
 // account: the next file would land in another partition. So there is only the first one.
 curl_socket_t DeviceConnectionCurl::on_open(void* self, curlsocktype, curl_sockaddr* address) {
   auto& connection = *static_cast<DeviceConnectionCurl*>(self);
+  if (connection.cancelled_) return CURL_SOCKET_BAD;
   const bool to_control_port = port_of(*address) == connection.login_.port;
   if (connection.logged_in_ && to_control_port) {
     connection.reconnect_refused_ = true;
     return CURL_SOCKET_BAD;
   }
   const curl_socket_t made = ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
-  if (!connection.logged_in_ && to_control_port) connection.control_ = made;
+  if (connection.logged_in_ || !to_control_port) return made;
+  const std::lock_guard lock(connection.control_mutex_);
+  connection.control_ = made;
+  connection.heard_ = 0;
   return made;
 }
 
 int DeviceConnectionCurl::on_close(void* self, curl_socket_t socket) {
   auto& connection = *static_cast<DeviceConnectionCurl*>(self);
+  const std::lock_guard lock(connection.control_mutex_);
   if (connection.control_ == socket) connection.control_ = CURL_SOCKET_BAD;
   return ::close(socket);
 }

@@ -31,9 +31,18 @@ class SessionCancelled : public base::Fault {
   explicit SessionCancelled(std::string detail) : Fault("Cancelled", std::move(detail)) {}
 };
 
+// A fetch that the device ended in good order, and yet the file is not whole: it may be tried once more.
+class IncompleteFile : public base::Fault {
+ public:
+  using Fault::Fault;
+};
+
 // One FTP session with a device on one control connection. Every operation waits for its end and throws a
 // Fault: the description is what the device said ("550 No such file") or the network's reason, the detail
-// what was tried. After a fault `alive` says whether the session goes on; nothing logs in again by itself.
+// what was tried. What the device said never shows the password: it is masked, or, where it is shorter than
+// four characters and could not be told from other words, the answer to the login is left out.
+// Only a reply 2yz completes an operation, 4yz and 5yz refuse it; any other is a fault that ends the session.
+// After a fault `alive` says whether the session goes on; nothing logs in again by itself.
 // Local files are suite paths. No link is followed for them.
 class DeviceConnection {
  public:
@@ -45,8 +54,11 @@ class DeviceConnection {
   virtual void account(const std::string& name) = 0;
 
   // Fetches into `local_path` + ".part" and renames it over `local_path` once it is whole; a failed fetch
-  // leaves the old file and no part. Answers with the number of bytes.
-  virtual std::uint64_t get(const std::string& remote_name, const std::string& local_path) = 0;
+  // leaves the old file and no part. Whole is what came up to the end of the data connection, however long it
+  // was announced, when the device has confirmed it; a file shorter than the device's own SIZE, or than
+  // `least` bytes, is an IncompleteFile. Answers with the number of bytes.
+  virtual std::uint64_t get(const std::string& remote_name, const std::string& local_path,
+                            std::uint64_t least) = 0;
   virtual std::uint64_t put(const std::string& local_path, const std::string& remote_name) = 0;
 
   virtual void remove(const std::string& remote_name) = 0;

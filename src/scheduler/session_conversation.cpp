@@ -83,8 +83,8 @@ class Conversation {
   }
   void get(const SessionPlan::Step& step) {
     telling_.begin("Fetching " + step.remote, step.hint);
-    telling_.done("Fetched " + step.remote + ", " + bytes_text(line_.current().get(step.remote, step.local)) +
-                  ".");
+    telling_.done("Fetched " + step.remote + ", " +
+                  bytes_text(line_.current().get(step.remote, step.local, 0)) + ".");
   }
   void put(const SessionPlan::Step& step) {
     telling_.begin("Sending " + step.remote, step.hint);

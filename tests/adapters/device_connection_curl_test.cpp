@@ -9,7 +9,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <thread>
 
 #include "adapters/files_posix.h"
@@ -70,7 +69,7 @@ TEST_F(DeviceConnectionCurlTest, WorksInTheAccountOnOneConnection) {
   const SimulatedDevice device;
   const auto connection = connect(device);
   connection->account("part3");
-  const std::uint64_t length = connection->get("allstats.csv", local("stats.csv"));
+  const std::uint64_t length = connection->get("allstats.csv", local("stats.csv"), 0);
   EXPECT_EQ(content("stats.csv").size(), length);
   EXPECT_EQ(progress_, length);
   EXPECT_GT(length, 100U);
@@ -81,11 +80,11 @@ TEST_F(DeviceConnectionCurlTest, WorksInTheAccountOnOneConnection) {
   write("out", "twelve bytes");
   EXPECT_EQ(connection->put(local("out"), "dbase"), 12U);
   write("back", "old content");
-  connection->get("dbase", local("back"));
+  connection->get("dbase", local("back"), 0);
   EXPECT_EQ(content("back"), "twelve bytes");
   write("empty", "");
   connection->put(local("empty"), "dbase");
-  EXPECT_EQ(connection->get("dbase", local("back")), 0U);
+  EXPECT_EQ(connection->get("dbase", local("back"), 0), 0U);
   EXPECT_EQ(content("back"), "");
   connection->close();
   const auto commands = device.commands();
@@ -95,44 +94,54 @@ TEST_F(DeviceConnectionCurlTest, WorksInTheAccountOnOneConnection) {
   EXPECT_THAT(commands.back(), HasSubstr("QUIT"));
 }
 
+// After a refusal or an incomplete file the session goes on in the account that was selected; after anything
+// else it does not.
 TEST_F(DeviceConnectionCurlTest, SaysWhatTheDeviceSaidOrWhyItCouldNot) {
-  struct Row {
+  constexpr const char* kClosed = "The device closed the connection";
+  constexpr const char* kSilent = "No byte came or went for 600 ms";
+  constexpr const char* kNoAnswer = "The device gave an answer that is none: ";
+  const struct {
     const char* fault;
-    const char* description;  // its beginning
-    const char* detail;
-  };
-  const Row rows[] = {
+    std::string description;  // its beginning
+    const char* detail;       // likewise
+    bool alive = false;
+  } rows[] = {
       {"login:530", "530 ", "Login as admin at 127.0.0.1 port "},
-      {"login:drop", "The device closed the connection", "Login as admin"},
-      {"login:mute", "No byte came or went for 600 ms", "Login as admin"},
+      {"login:mute", kSilent, "Login as admin"},
       {"connect:421", "421 ", "Login as admin"},
-      {"connect:mute", "No byte came or went for 600 ms", "Login as admin"},
-      {"ACCT:421", "421 ", "Selecting part3"},
-      {"ACCT:501", "501 ", "Selecting part3"},
-      {"ACCT:drop", "The device closed the connection", "Selecting part3"},
-      {"RETR:550", "550 ", "Fetching allstats.csv"},
-      {"RETR:drop", "The device closed the connection", "Fetching allstats.csv"},
-      {"RETR:drop=100", "The transfer was cut short", "Fetching allstats.csv, after 100 bytes"},
-      {"RETR:truncate=100", "The transfer was cut short", "Fetching allstats.csv, after 100 bytes"},
-      {"RETR:452=100", "The transfer was cut short", "Fetching allstats.csv"},
-      {"RETR:stall", "No byte came or went for 600 ms", "Fetching allstats.csv"},
-      {"RETR:stall=100", "No byte came or went for 600 ms", "Fetching allstats.csv"},
-      {"STOR:452=5", "452 ", "Sending dbase"},
-      {"STOR:drop=5", "The device closed the connection", "Sending dbase"},
-      {"STOR:mute", "No byte came or went for 600 ms", "Sending dbase"},
-      {"DELE:450", "450 ", "Deleting linestat"},
-      {"DELE:mute", "No byte came or went for 600 ms", "Deleting linestat"},
+      {"ACCT#1:421", "421 ", "Selecting part3"},
+      {"ACCT#1:501", "501 ", "Selecting part3", true},
+      {"ACCT#1:drop", kClosed, "Selecting part3"},
+      {"ACCT#1:150", kNoAnswer + std::string("150 "), "Selecting part3"},
+      {"ACCT#1:331", kNoAnswer + std::string("331 "), "Selecting part3"},
+      {"ACCT#1:twice", "The device closed the connection, or said more than", "Fetching allstats.csv"},
+      {"SIZE#1:size=-5", "The device tells no size of the file: 213 -5", "Fetching allstats.csv", true},
+      {"SIZE#1:999", kNoAnswer + std::string("999 "), "Fetching allstats.csv"},
+      {"RETR#1:550", "550 ", "Fetching allstats.csv", true},
+      {"RETR#1:drop=100", kClosed, "Fetching allstats.csv, after 100 bytes"},
+      {"RETR#1:reset=100", kClosed, "Fetching allstats.csv, after 100 bytes"},
+      {"RETR#1:truncate=100", "The file is not whole, 100 bytes came of at least ", "Fetching allstats.csv",
+       true},
+      {"RETR#1:452=100", "452 ", "Fetching allstats.csv", true},
+      {"RETR#1:350=100", kNoAnswer + std::string("350 "), "Fetching allstats.csv"},
+      {"RETR#1:stall=100", kSilent, "Fetching allstats.csv"},
+      {"RETR#1:silent", kSilent, "Fetching allstats.csv"},
+      {"STOR#1:452=5", "452 ", "Sending dbase", true},
+      {"STOR#1:drop=5", kClosed, "Sending dbase"},
+      {"DELE#1:450", "450 ", "Deleting linestat", true},
+      {"DELE#1:350", kNoAnswer + std::string("350 "), "Deleting linestat"},
   };
   write("out", "twelve bytes");
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.fault);
     const SimulatedDevice device({row.fault});
     write("stats.csv", "what was there");
     const auto began = std::chrono::steady_clock::now();
+    auto connection = make();
     const base::Fault fault = caught([&] {
-      const auto connection = connect(device);
+      connection->login(login_to(device));
       connection->account("part3");
-      connection->get("allstats.csv", local("stats.csv"));
+      connection->get("allstats.csv", local("stats.csv"), 0);
       write("stats.csv", "what was there");
       connection->put(local("out"), "dbase");
       connection->remove("linestat");
@@ -142,49 +151,49 @@ TEST_F(DeviceConnectionCurlTest, SaysWhatTheDeviceSaidOrWhyItCouldNot) {
     EXPECT_THAT(fault.description() + fault.detail(), Not(HasSubstr(SimulatedDevice::kPassword)));
     EXPECT_EQ(content("stats.csv"), "what was there");
     EXPECT_FALSE(std::filesystem::exists(native("stats.csv.part")));
-    EXPECT_LT(std::chrono::steady_clock::now() - began, 2s) << "its end waits for nobody";
-  }
-}
-
-TEST_F(DeviceConnectionCurlTest, NeverLogsInAgain) {
-  const SimulatedDevice device({"DELE:drop"});
-  const auto connection = connect(device);
-  connection->account("part3");
-  fault_of([&] { connection->remove("linestat"); });
-  EXPECT_FALSE(connection->alive());
-  write("out", "for partition 3");
-  EXPECT_EQ(fault_of([&] { connection->put(local("out"), "dbase"); }), "The device closed the connection");
-  EXPECT_EQ(std::ranges::count(device.commands(), std::string("- USER admin 331")), 1);
-}
-
-TEST_F(DeviceConnectionCurlTest, ARefusalIsNoEndAndEverythingElseIs) {
-  const struct {
-    const char* fault;
-    bool alive;
-  } rows[] = {{"ACCT#2:501", true},       {"RETR#1:550", true},    {"DELE#1:450", true},
-              {"STOR#1:452=5", true},     {"ACCT#2:421", false},   {"ACCT#2:drop", false},
-              {"RETR#1:drop=100", false}, {"RETR#1:stall", false}, {"RETR#1:truncate=100", false},
-              {"STOR#1:drop=5", false},   {"DELE#1:mute", false},  {"NOOP#1:drop", true}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fault);
-    const SimulatedDevice device({row.fault});
-    const auto connection = connect(device);
-    write("out", "for partition 3");
-    connection->account("part3");
-    EXPECT_TRUE(connection->alive());
-    for (const auto& step : std::vector<std::function<void()>>{
-             [&] { connection->account("part4"); }, [&] { connection->get("linestat", local("in")); },
-             [&] { connection->account("part3"); }, [&] { connection->put(local("out"), "dbase"); },
-             [&] { connection->remove("linestat"); }}) {
-      if (!fault_of(step).empty()) break;
-    }
     EXPECT_EQ(connection->alive(), row.alive);
-    if (!row.alive) continue;
-    connection->account("part7");
-    connection->put(local("out"), "after");
-    EXPECT_THAT(device.commands(), Contains("part7 STOR after 226"));
-    EXPECT_EQ(std::ranges::count(device.commands(), std::string("- USER admin 331")), 1);
+    if (row.alive) {
+      connection->account("part7");
+      connection->put(local("out"), "after");
+      EXPECT_THAT(device.commands(), Contains("part7 STOR after 226"));
+    } else {
+      EXPECT_NE(fault_of([&] { connection->remove("nodestat"); }), "");
+    }
+    connection.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - began, 3s) << "its end waits for nobody";
+    EXPECT_LE(std::ranges::count(device.commands(), std::string("- USER admin 331")), 1);
+    EXPECT_THAT(device.commands(), Not(Contains(HasSubstr("DELE nodestat"))));
   }
+}
+
+TEST_F(DeviceConnectionCurlTest, ReadsToTheEndWhateverIsAnnounced) {
+  const std::uint64_t whole = connect(SimulatedDevice())->get("log", local("whole"), 0);
+  for (const std::vector<std::string>& faults : std::vector<std::vector<std::string>>{
+           {"SIZE:size=10", "RETR:size=10"}, {"SIZE:500", "RETR:size=10"}}) {
+    const SimulatedDevice device(faults);
+    EXPECT_EQ(connect(device)->get("log", local("log"), 0), whole);
+    EXPECT_EQ(content("log"), content("whole"));
+  }
+}
+
+TEST_F(DeviceConnectionCurlTest, AFileThatIsNotWholeMayBeFetchedAgain) {
+  const SimulatedDevice device({"RETR#1:truncate=100", "SIZE#3:size=0", "RETR#3+:truncate=0", "SIZE#4+:550"});
+  const auto connection = connect(device);
+  EXPECT_THROW(connection->get("log", local("log"), 0), platform::IncompleteFile);
+  EXPECT_GT(connection->get("log", local("log"), 0), 100U);
+  EXPECT_THROW(connection->get("log", local("log"), 1), platform::IncompleteFile);
+  EXPECT_NE(content("log"), "");
+  EXPECT_EQ(connection->get("log", local("log"), 0), 0U);
+}
+
+TEST_F(DeviceConnectionCurlTest, HidesThePasswordWhereTheDeviceSaysIt) {
+  const SimulatedDevice device({"login:530"});
+  const auto refusal = [&](const std::string& password) {
+    return fault_of([&] { make()->login({"127.0.0.1", device.port(), "admin", password}); });
+  };
+  EXPECT_EQ(refusal("request"), "530 Refused on ***.");
+  EXPECT_EQ(refusal("on"), "The device refused the login; its words are left out");
+  EXPECT_EQ(refusal(""), "530 Refused on request.");
 }
 
 TEST_F(DeviceConnectionCurlTest, KeepsItsLimits) {
@@ -195,7 +204,7 @@ TEST_F(DeviceConnectionCurlTest, KeepsItsLimits) {
   connection->account("part3");
   write("out", std::string(51, 'x'));
   EXPECT_EQ(fault_of([&] { connection->put(local("out"), "dbase"); }), "The file is larger than 50 bytes");
-  EXPECT_EQ(fault_of([&] { connection->get("allstats.csv", local("in")); }),
+  EXPECT_EQ(fault_of([&] { connection->get("allstats.csv", local("in"), 0); }),
             "The file is larger than 50 bytes");
   EXPECT_FALSE(std::filesystem::exists(native("in")));
 
@@ -219,10 +228,10 @@ TEST_F(DeviceConnectionCurlTest, FollowsNoLinkAndWritesNoFileThatItCannot) {
   write("outside", "secret");
   std::filesystem::create_symlink(native("outside"), native("link"));
   EXPECT_EQ(fault_of([&] { connection->put(local("link"), "dbase"); }), "Permission denied");
-  connection->get("log", local("link"));
+  connection->get("log", local("link"), 0);
   EXPECT_EQ(content("outside"), "secret");
   EXPECT_FALSE(std::filesystem::is_symlink(native("link")));
-  EXPECT_EQ(fault_of([&] { connection->get("log", local("missing") + "\\x"); }), "File not found");
+  EXPECT_EQ(fault_of([&] { connection->get("log", local("missing") + "\\x", 0); }), "File not found");
 }
 
 TEST_F(DeviceConnectionCurlTest, AFullDiskLeavesNothing) {
@@ -234,7 +243,7 @@ TEST_F(DeviceConnectionCurlTest, AFullDiskLeavesNothing) {
   std::signal(SIGXFSZ, SIG_IGN);
   const rlimit little{100, before.rlim_max};
   setrlimit(RLIMIT_FSIZE, &little);
-  const base::Fault fault = caught([&] { connection->get("allstats.csv", local("stats.csv")); });
+  const base::Fault fault = caught([&] { connection->get("allstats.csv", local("stats.csv"), 0); });
   setrlimit(RLIMIT_FSIZE, &before);
   EXPECT_EQ(fault.description(), "File too large");
   EXPECT_THAT(fault.detail(), testing::StartsWith("Fetching allstats.csv. Writing "));
@@ -242,21 +251,24 @@ TEST_F(DeviceConnectionCurlTest, AFullDiskLeavesNothing) {
 }
 
 TEST_F(DeviceConnectionCurlTest, IsCancelledAtOnce) {
-  const SimulatedDevice device({"RETR:stall=100"});
-  auto limits = short_limits();
-  limits.idle = 20s;
-  const auto connection = connect(device, limits);
-  connection->account("part3");
-  std::chrono::steady_clock::time_point cancelled;
-  std::thread other([&] {
-    std::this_thread::sleep_for(100ms);
-    cancelled = std::chrono::steady_clock::now();
-    connection->cancel();
-  });
-  EXPECT_THROW(connection->get("allstats.csv", local("stats.csv")), platform::SessionCancelled);
-  other.join();
-  EXPECT_LT(std::chrono::steady_clock::now() - cancelled, 100ms);
-  EXPECT_THROW(connection->remove("linestat"), platform::SessionCancelled);
+  for (const char* fault : {"RETR:stall=100", "RETR:silent"}) {
+    SCOPED_TRACE(fault);
+    const SimulatedDevice device({fault});
+    auto limits = short_limits();
+    limits.idle = 20s;
+    const auto connection = connect(device, limits);
+    connection->account("part3");
+    std::chrono::steady_clock::time_point cancelled;
+    std::thread other([&] {
+      std::this_thread::sleep_for(100ms);
+      cancelled = std::chrono::steady_clock::now();
+      connection->cancel();
+    });
+    EXPECT_THROW(connection->get("allstats.csv", local("stats.csv"), 0), platform::SessionCancelled);
+    other.join();
+    EXPECT_LT(std::chrono::steady_clock::now() - cancelled, 500ms) << "nothing looks by itself for a second";
+    EXPECT_THROW(connection->remove("linestat"), platform::SessionCancelled);
+  }
 }
 
 }  // namespace

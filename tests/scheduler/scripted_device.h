@@ -60,7 +60,7 @@ class ScriptedDevice : public platform::DeviceConnections,
            std::to_string(login.port));
     }
     void account(const std::string& name) override { hear("account " + name); }
-    std::uint64_t get(const std::string& remote, const std::string& local) override {
+    std::uint64_t get(const std::string& remote, const std::string& local, std::uint64_t) override {
       progress_(100);
       hear("get " + remote + " > " + local);
       return 1234;

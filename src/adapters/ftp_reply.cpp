@@ -1,0 +1,68 @@
+#include "adapters/ftp_reply.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "base/text.h"
+
+namespace qvrcom::adapters {
+namespace {
+
+constexpr std::ptrdiff_t kShortestMasked = 4;  // characters
+constexpr std::string_view kMask = "***";
+
+bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool is_word_byte(char c) {
+  return is_digit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+         static_cast<unsigned char>(c) >= 0x80;
+}
+
+// Whether a word goes on from the byte before `at` to the one there.
+bool inside_word(std::string_view text, std::size_t at) {
+  return at > 0 && at < text.size() && is_word_byte(text[at - 1]) && is_word_byte(text[at]);
+}
+
+}  // namespace
+
+bool ends_reply(std::string_view line) {
+  return line.size() > 3 && std::all_of(line.begin(), line.begin() + 3, is_digit) && line[3] == ' ';
+}
+
+std::optional<std::uint64_t> size_in(std::string_view reply) {
+  if (!reply.starts_with("213 ")) return std::nullopt;
+  const std::string_view digits = base::trim(reply.substr(4));
+  const char* const end = digits.data() + digits.size();
+  std::uint64_t size = 0;
+  const auto [stop, error] = std::from_chars(digits.data(), end, size);
+  if (error != std::errc{} || stop != end) return std::nullopt;
+  return size;
+}
+
+std::string masked(std::string text, std::string_view secret) {
+  if (secret.empty()) return text;
+  const std::string upper = base::to_upper(text);
+  const std::string word = base::to_upper(secret);
+  std::string result;
+  std::size_t done = 0;
+  for (auto at = upper.find(word); at != std::string::npos; at = upper.find(word, at)) {
+    const std::size_t end = at + word.size();
+    if (inside_word(upper, at) || inside_word(upper, end)) {
+      ++at;
+      continue;
+    }
+    result.append(text, done, at - done).append(kMask);
+    at = done = end;
+  }
+  return result.append(text, done);
+}
+
+bool too_short_to_mask(std::string_view secret) {
+  const auto characters = std::count_if(
+      secret.begin(), secret.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
+  return !secret.empty() && characters < kShortestMasked;
+}
+
+}  // namespace qvrcom::adapters
