@@ -96,7 +96,7 @@ class JobPilot : public platform::SchedulerControl {
     return {host_.files,
             host_.clock,
             channel,
-            {devices_, terminals_, dialer_},
+            {devices_, terminals_, dialer_, host_.files},
             host_.folders.GetSchedulerFolder(),
             host_.folders.GetLogsFolder(),
             std::move(reading.settings),

@@ -1,32 +1,54 @@
 #include "scheduler/session_conversation.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <set>
 
 #include "scheduler/fault_of.h"
+#include "scheduler/report_writer.h"
 #include "scheduler/script_blocks.h"
 
 namespace qvrcom::scheduler {
 namespace {
 
+using jobs::CommandKind;
+using jobs::ReportWord;
 using MonotonicClock = std::chrono::steady_clock;
 
 constexpr int kMostLoginsAgain = 8;      // in one session, whether they succeed or not
 constexpr std::size_t kMostNamed = 200;  // accounts in the summary
+constexpr std::array<const char*, 3> kOutcomes{"completed", "error", "cancelled"};  // by Outcome
 
 class Conversation {
  public:
   Conversation(const SessionPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
-               platform::Dialer& dialer, const SessionTelling& telling)
+               platform::Dialer& dialer, platform::Files& files, const SessionTelling& telling)
       : plan_(plan),
         settings_(settings),
         line_(line),
         dialer_(dialer),
+        files_(files),
         telling_(telling),
+        report_(files, plan.folder),
         blocks_(blocks_of(plan.steps)),
         forgiving_(forgives_blocks(plan.description, blocks_)) {}
 
-  void hold() {
+  SessionReport hold() {
+    const auto fault = fault_of([this] { converse(); });
+    SessionReport report = SessionTelling::report(fault, line_.cancelled());
+    if (fault && report.outcome == Outcome::kError && !told_) fail(*fault);
+    end_report(report.outcome);
+    return report;
+  }
+
+ private:
+  using Step = SessionPlan::Step;
+  using StepRoutine = void (Conversation::*)(const Step&);
+  static const std::array<StepRoutine, 4> kSteps;  // by CommandKind
+
+  void converse() {
+    report_.begin();
     dial_up(plan_, settings_, dialer_, line_.cancelled(), telling_);
     telling_.begin("Connecting to " + place_);
     began_ = MonotonicClock::now();
@@ -40,22 +62,59 @@ class Conversation {
     if (login_trouble_ && !deleted_) throw *login_trouble_;
   }
 
- private:
-  using StepRoutine = void (Conversation::*)(const SessionPlan::Step&);
-  static const std::array<StepRoutine, 4> kSteps;  // by CommandKind
-
   void take(const ScriptBlock& block) {
     const bool forgiven = forgiving_ && !block.account.empty();
+    account_ = block.account;
+    last_delete_ = last_delete_of(block);
     const auto fault = fault_of([&] {
+      need_no_failure_before();
       if (forgiven && !line_.current().alive()) log_in_again();
-      for (std::size_t i = block.first; i < block.end; ++i)
-        (this->*kSteps[static_cast<std::size_t>(plan_.steps[i].kind)])(plan_.steps[i]);
+      for (const Step* step = begin_of(block); step != end_of(block); ++step) {
+        running_ = step;
+        (this->*kSteps[static_cast<std::size_t>(step->kind)])(*step);
+      }
     });
+    if (fault && !line_.cancelled()) fail(*fault);
+    running_ = nullptr;
     if (!fault) return;
-    if (!forgiven || line_.cancelled()) throw *fault;
+    if (!forgiven || line_.cancelled() || report_.broken()) throw *fault;
+    failed_.insert(block.account);
     skipped_.push_back(readable(block.account));
     if (skipped_.size() <= kMostNamed)
       telling_.done(skipped_.back() + " is skipped. " + telling_.reason(*fault));
+  }
+
+  const Step* begin_of(const ScriptBlock& block) const { return plan_.steps.data() + block.first; }
+  const Step* end_of(const ScriptBlock& block) const { return plan_.steps.data() + block.end; }
+
+  // The last step that deletes something and is taken only when all of this block before it has succeeded;
+  // nullptr when there is none. Where the device's own lines fail, nothing of the script is taken any more.
+  const Step* last_delete_of(const ScriptBlock& block) const {
+    const Step* step = block.account.empty() ? plan_.steps.data() + plan_.steps.size() : end_of(block);
+    while (step != begin_of(block)) {
+      if ((--step)->kind == CommandKind::kDelete) return step;
+    }
+    return nullptr;
+  }
+
+  // A script may come back to an account.
+  void need_no_failure_before() const {
+    if (last_delete_ != nullptr && failed_.contains(account_))
+      throw base::Fault("It has failed before in this session, and nothing of it is deleted");
+  }
+
+  // Into the report, on which step of which account the session has stumbled.
+  void fail(const base::Fault& fault) {
+    told_ = true;
+    const bool of_file = running_ != nullptr && running_->kind != CommandKind::kAccount;
+    if (report_.begun() && !report_.broken())
+      fault_of([&] {
+        report_.write({ReportWord::kFailed,
+                       account_,
+                       of_file ? running_->remote : std::string{},
+                       {},
+                       SessionTelling::reason(fault)});
+      });
   }
 
   void log_in_again() {
@@ -76,26 +135,59 @@ class Conversation {
     telling_.done("The connection was lost; logged in again at " + place_ + " as " + plan_.login.user + ".");
   }
 
-  void account(const SessionPlan::Step& step) {
+  void account(const Step& step) {
     telling_.begin("Selecting " + step.remote);
     line_.current().account(step.remote);
     telling_.done("Selected " + step.remote + ".");
   }
-  void get(const SessionPlan::Step& step) {
+  void get(const Step& step) {
     telling_.begin("Fetching " + step.remote, step.hint);
-    telling_.done("Fetched " + step.remote + ", " +
-                  bytes_text(line_.current().get(step.remote, step.local, 0)) + ".");
+    if (report_.changed() && files_.file_exists(step.local))
+      throw base::Fault("The device has been changed, and " + files_.native(step.local) +
+                            " is there already: it is not overwritten",
+                        "Fetching " + step.remote);
+    const std::uint64_t length = fetch(step);
+    note(ReportWord::kFetched, step);
+    telling_.done("Fetched " + step.remote + ", " + bytes_text(length) + ".");
   }
-  void put(const SessionPlan::Step& step) {
+  std::uint64_t fetch(const Step& step) {
+    const std::uint64_t least =
+        last_delete_ != nullptr && &step < last_delete_ ? 1 : 0;  // of nothing, all would be deleted
+    std::uint64_t length = 0;
+    const auto get = [&] { length = line_.current().get(step.remote, step.local, least); };
+    if (const auto fault = fault_of_kind<platform::IncompleteFile>(get)) {
+      telling_.done(SessionTelling::reason(*fault) + " It is fetched once more.");
+      get();
+    }
+    return length;
+  }
+  void put(const Step& step) {
     telling_.begin("Sending " + step.remote, step.hint);
-    telling_.done("Sent " + step.remote + ", " + bytes_text(line_.current().put(step.local, step.remote)) +
-                  ".");
+    note(ReportWord::kStoring, step);
+    const std::uint64_t length = line_.current().put(step.local, step.remote);
+    note(ReportWord::kStored, step);
+    telling_.done("Sent " + step.remote + ", " + bytes_text(length) + ".");
   }
-  void remove(const SessionPlan::Step& step) {
+  void remove(const Step& step) {
     telling_.begin("Deleting " + step.remote);
+    note(ReportWord::kDeleting, step);
     deleted_ = true;  // even when no answer comes
     line_.current().remove(step.remote);
+    note(ReportWord::kDeleted, step);
     telling_.done("Deleted " + step.remote + ".");
+  }
+
+  void note(ReportWord word, const Step& step) {
+    report_.write({word, account_, step.remote, step.local.substr(step.local.rfind('\\') + 1), {}});
+  }
+
+  // Whatever the session was worth does not depend on this last line.
+  void end_report(Outcome outcome) {
+    if (!report_.begun()) return;
+    const auto fault = fault_of([&] {
+      report_.write({ReportWord::kEnded, {}, {}, {}, kOutcomes[static_cast<std::size_t>(outcome)]});
+    });
+    if (fault) telling_.done("The report has no last line. " + SessionTelling::reason(*fault));
   }
 
   // Everything asked for is done: a device that takes leave badly spoils nothing.
@@ -120,12 +212,19 @@ class Conversation {
   const SchedulerSettings& settings_;
   DeviceLine& line_;
   platform::Dialer& dialer_;
+  platform::Files& files_;
   const SessionTelling& telling_;
+  ReportWriter report_;
   const std::vector<ScriptBlock> blocks_;
   const bool forgiving_;
   const std::string place_ = plan_.login.host + " port " + std::to_string(plan_.login.port);
   MonotonicClock::time_point began_;
-  std::vector<std::string> skipped_;  // accounts
+  std::string account_;                // of the block that is being taken
+  const Step* last_delete_ = nullptr;  // likewise, see `last_delete_of`
+  const Step* running_ = nullptr;
+  bool told_ = false;                 // the report has its fault
+  std::set<std::string> failed_;      // accounts
+  std::vector<std::string> skipped_;  // likewise, in their order and readable
   int logins_again_ = 0;
   std::optional<base::Fault> login_trouble_;  // of the last try to log in again
   bool deleted_ = false;
@@ -137,11 +236,10 @@ const std::array<Conversation::StepRoutine, 4> Conversation::kSteps{
 }  // namespace
 
 SessionReport hold_conversation(const SessionPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
-                                platform::Dialer& dialer, const std::function<void(SessionEvent)>& tell) {
-  const SessionTelling telling(plan, tell);
-  Conversation conversation(plan, settings, line, dialer, telling);
-  const auto fault = fault_of([&] { conversation.hold(); });
-  return telling.report(fault, line.cancelled());
+                                platform::Dialer& dialer, platform::Files& files,
+                                const std::function<void(SessionEvent)>& tell) {
+  const SessionTelling telling(tell);
+  return Conversation(plan, settings, line, dialer, files, telling).hold();
 }
 
 }  // namespace qvrcom::scheduler

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "platform/dialer.h"
+#include "platform/files.h"
 #include "scheduler/device_line.h"
 #include "scheduler/scheduler_settings.h"
 #include "scheduler/session_plan.h"
@@ -13,8 +14,12 @@ namespace qvrcom::scheduler {
 // Holds the conversation of a plan from dialling to the end. The first failure skips the rest of its
 // partition's lines, so nothing is fetched or deleted under another account, or deleted after a fetch that
 // failed. It ends the session, too, unless the plan forgives failed partitions: then the session goes on with
-// the next one, over a fresh connection where the old one was lost, which is told each time.
+// the next one, over a fresh connection where the old one was lost, which is told each time. A file that has
+// not arrived whole is fetched once more before it counts as failed; one that the device is asked to delete
+// something after must not be empty. Each step is written into the job's report before the next; a report
+// that cannot be written ends the session with an error.
 SessionReport hold_conversation(const SessionPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
-                                platform::Dialer& dialer, const std::function<void(SessionEvent)>& tell);
+                                platform::Dialer& dialer, platform::Files& files,
+                                const std::function<void(SessionEvent)>& tell);
 
 }  // namespace qvrcom::scheduler

@@ -1,15 +1,21 @@
 #include "scheduler/session_plan.h"
 
+#include <map>
+#include <utility>
+
 #include "base/fault.h"
 #include "base/text.h"
 #include "environment/device_address.h"
 #include "jobs/job_name.h"
+#include "jobs/job_report.h"
 
 namespace qvrcom::scheduler {
 namespace {
 
 using base::Fault;
 using jobs::CommandKind;
+
+constexpr std::string_view kPartExtension = ".part";  // of a file that is being fetched
 
 // A name that means the same file on every system, in the folder it is joined to.
 bool is_plain_name(std::string_view name) {
@@ -42,7 +48,23 @@ class Planner {
     need_clean(step.remote, "Line " + std::to_string(command.line) + " of the script");
     if (command.kind == CommandKind::kGet || command.kind == CommandKind::kPut)
       step.local = local(command.local, command.line);
+    if (command.kind == CommandKind::kGet) need_no_part(step.local, command.line);
     return step;
+  }
+
+  // A file that one fetch has brought is not overwritten by another.
+  static void need_files_of_their_own(const std::vector<SessionPlan::Step>& steps) {
+    std::map<std::string, std::pair<std::string, std::string>>
+        sources;  // by local file: account, device file
+    std::string account;
+    for (const SessionPlan::Step& step : steps) {
+      if (step.kind == CommandKind::kAccount) account = step.remote;
+      if (step.kind != CommandKind::kGet) continue;
+      const std::pair source(account, step.remote);
+      if (sources.try_emplace(base::to_lower(step.local), source).first->second != source)
+        throw Fault("The script fetches two device files into " +
+                    step.local.substr(step.local.rfind('\\') + 1) + ".");
+    }
   }
 
   static void need_clean(const std::string& text, const std::string& what) {
@@ -72,10 +94,20 @@ class Planner {
       throw Fault(where + " names a file that is not directly in the job's folder: " + files_.native(path) +
                   ".");
     std::string own = folder_ + "\\" + path.substr(cut);
-    if (base::equals_ignoring_case(own, script_))
-      throw Fault(where + " names the job's own script as its file.");
+    if (base::equals_ignoring_case(own, script_) ||
+        base::equals_ignoring_case(own, jobs::report_path(folder_)))
+      throw Fault(where + " names the job's own script or report as its file.");
     need_no_link(own, where + " names a file that leads elsewhere:");
     return own;
+  }
+
+  static void need_no_part(const std::string& path, std::size_t line) {
+    if (path.size() < kPartExtension.size() ||
+        !base::equals_ignoring_case(path.substr(path.size() - kPartExtension.size()), kPartExtension))
+      return;
+    throw Fault(
+        "Line " + std::to_string(line) +
+        " of the script fetches into a name that ends in .part, which is of files that are not whole.");
   }
 
   const platform::Files& files_;
@@ -93,6 +125,7 @@ SessionPlan make_plan(const platform::Files& files, const std::string& scheduler
   SessionPlan plan;
   const jobs::ScriptHeader& header = script.header;
   plan.job_name = job_name;
+  plan.folder = scheduler_folder + job_name;
   plan.description = header.description;
   plan.kind = script.kind;
   if (header.dial_up_flag == 1) plan.dial = {header.dial_up_connection, header.number_to_dial};
@@ -104,6 +137,7 @@ SessionPlan make_plan(const platform::Files& files, const std::string& scheduler
   Planner::need_clean(plan.login.password, "The password");
   for (const jobs::ScriptCommand& command : script.commands)
     plan.steps.push_back(planner.step(command));
+  Planner::need_files_of_their_own(plan.steps);
   return plan;
 }
 

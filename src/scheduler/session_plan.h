@@ -25,6 +25,7 @@ struct SessionPlan {
   };
 
   std::string job_name;
+  std::string folder;       // the job's, without a backslash at its end
   std::string description;  // of the script's header
   jobs::ScriptKind kind = jobs::ScriptKind::kTransfer;
   std::optional<Dial> dial;

@@ -7,14 +7,6 @@ namespace {
 
 constexpr std::size_t kLongestReason = 400;  // bytes
 
-std::string without(std::string text, const std::string& secret) {
-  if (secret.empty()) return text;
-  constexpr std::string_view kMask = "***";
-  for (auto at = text.find(secret); at != std::string::npos; at = text.find(secret, at + kMask.size()))
-    text.replace(at, secret.size(), kMask);
-  return text;
-}
-
 }  // namespace
 
 std::string readable(std::string text) {
@@ -35,16 +27,16 @@ std::string bytes_text(std::uint64_t count) {
   return std::to_string(count) + (count == 1 ? " byte" : " bytes");
 }
 
-std::string SessionTelling::reason(const base::Fault& fault) const {
+std::string SessionTelling::reason(const base::Fault& fault) {
   const std::string& what = fault.description();
   const std::string& tried = fault.detail();
   std::string text = what;
   if (!tried.empty()) text = tried.ends_with('.') ? what + ": " + tried : tried + ": " + what;
   if (!text.ends_with('.')) text += '.';
-  return readable(without(std::move(text), plan_.login.password));
+  return readable(std::move(text));
 }
 
-SessionReport SessionTelling::report(const std::optional<base::Fault>& fault, bool cancelled) const {
+SessionReport SessionTelling::report(const std::optional<base::Fault>& fault, bool cancelled) {
   if (!fault) return {};
   if (cancelled) return {Outcome::kCancelled, "The session was stopped in the scheduler."};
   return {Outcome::kError, reason(*fault)};

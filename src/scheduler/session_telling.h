@@ -32,11 +32,10 @@ std::string readable(std::string text);
 // "1 byte", "20 bytes"
 std::string bytes_text(std::uint64_t count);
 
-// What a session tells of itself. No text of it carries the password, even where the device says it.
+// What a session tells of itself.
 class SessionTelling {
  public:
-  SessionTelling(const SessionPlan& plan, const std::function<void(SessionEvent)>& tell)
-      : plan_(plan), tell_(tell) {}
+  explicit SessionTelling(const std::function<void(SessionEvent)>& tell) : tell_(tell) {}
 
   void begin(const std::string& step, std::uint64_t hint = 0) const { tell_({{}, readable(step), hint}); }
   void done(const std::string& sentence) const { tell_({readable(sentence), {}, 0}); }
@@ -44,13 +43,12 @@ class SessionTelling {
   void note(const std::string& sentence) const { tell_({sentence, {}, 0}); }
 
   // `fault` as a full sentence; a detail that is one already stands behind.
-  std::string reason(const base::Fault& fault) const;
+  static std::string reason(const base::Fault& fault);
 
   // How a session ended that this fault ended, or none.
-  SessionReport report(const std::optional<base::Fault>& fault, bool cancelled) const;
+  static SessionReport report(const std::optional<base::Fault>& fault, bool cancelled);
 
  private:
-  const SessionPlan& plan_;
   const std::function<void(SessionEvent)>& tell_;
 };
 

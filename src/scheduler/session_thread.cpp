@@ -12,6 +12,7 @@ SessionThread::SessionThread(SessionPlan plan, const SchedulerSettings& settings
     : plan_(std::move(plan)),
       settings_(settings),
       dialer_(ways.dialer),
+      files_(ways.files),
       wake_(std::move(wake)),
       line_(ways.devices, [this](std::uint64_t bytes) { bytes_done_ = bytes; }),
       terminal_(plan_.kind == jobs::ScriptKind::kTelnet
@@ -41,7 +42,7 @@ SessionThread::News SessionThread::take_news() {
 SessionReport SessionThread::hold() {
   const auto teller = [this](SessionEvent event) { tell(std::move(event)); };
   if (terminal_) return hold_terminal(plan_, settings_, *terminal_, dialer_, line_.cancelled(), teller);
-  return hold_conversation(plan_, settings_, line_, dialer_, teller);
+  return hold_conversation(plan_, settings_, line_, dialer_, files_, teller);
 }
 
 void SessionThread::run() {

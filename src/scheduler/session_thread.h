@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/files.h"
 #include "platform/terminal_relay.h"
 #include "scheduler/device_line.h"
 #include "scheduler/session_telling.h"
@@ -20,10 +21,11 @@ struct SessionWays {
   platform::DeviceConnections& devices;
   platform::TerminalRelays& terminals;
   platform::Dialer& dialer;
+  platform::Files& files;  // for the job's report; used on the session's thread
 };
 
 // A conversation on a thread of its own. All that the two threads share is a list of events, the report, two
-// atomic values and the cancel of the connection.
+// atomic values, the cancel of the connection and the files, whose operations stand each for itself.
 class SessionThread {
  public:
   // `wake` is called on the session's thread whenever there is news.
@@ -53,6 +55,7 @@ class SessionThread {
   const SessionPlan plan_;
   const SchedulerSettings settings_;
   platform::Dialer& dialer_;
+  platform::Files& files_;
   const std::function<void()> wake_;
   std::atomic<std::uint64_t> bytes_done_{0};
   std::mutex mutex_;

@@ -34,7 +34,7 @@ SessionReport hold_terminal(const SessionPlan& plan, const SchedulerSettings& se
                             platform::TerminalRelay& relay, platform::Dialer& dialer,
                             const std::atomic<bool>& cancelled,
                             const std::function<void(SessionEvent)>& tell) {
-  const SessionTelling telling(plan, tell);
+  const SessionTelling telling(tell);
   const platform::TerminalOrder order = order_of(plan, settings);
   const std::string place = order.host + " port " + std::to_string(order.port);
   const auto fault = fault_of([&] {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <mutex>
 #include <set>
 #include <string>
 
@@ -10,11 +11,16 @@
 
 namespace qvrcom::doubles {
 
-// Files in memory. Paths are compared without regard to ASCII case nowhere: they are what they are.
+// Files in memory. Paths are compared without regard to ASCII case nowhere: they are what they are. Two
+// threads may call its operations; a test that looks at `content` has to know that nobody does.
 class MemoryFiles : public platform::Files {
  public:
-  bool file_exists(const std::string& path) const override { return content.contains(path); }
+  bool file_exists(const std::string& path) const override {
+    const std::lock_guard lock(mutex_);
+    return content.contains(path);
+  }
   bool folder_exists(const std::string& path) const override {
+    const std::lock_guard lock(mutex_);
     return without_end(path).empty() || folders.contains(without_end(path));
   }
   bool is_link(const std::string& path) const override { return links.contains(path); }
@@ -23,6 +29,7 @@ class MemoryFiles : public platform::Files {
   std::string from_native(const std::string& path) const override { return path; }
 
   std::string read(const std::string& path) const override {
+    const std::lock_guard lock(mutex_);
     about_to("read", path);
     const auto found = content.find(path);
     if (found == content.end()) throw base::Fault(base::kFileNotFound, path);
@@ -30,11 +37,13 @@ class MemoryFiles : public platform::Files {
   }
   std::string load(const std::string& path) const override { return read(path); }
   void append(const std::string& path, std::string_view text) override {
+    const std::lock_guard lock(mutex_);
     about_to("append", path);
     need_parent(path);
     content[path].append(text);
   }
   void append_line(const std::string& path, std::string_view line) override {
+    const std::lock_guard lock(mutex_);
     about_to("append", path);
     need_parent(path);
     std::string& text = content[path];
@@ -42,6 +51,7 @@ class MemoryFiles : public platform::Files {
     text.append(line).append("\r\n");
   }
   void replace(const std::string& path, std::string_view text) override {
+    const std::lock_guard lock(mutex_);
     about_to("replace", path);
     need_parent(path);
     content[path] = text;
@@ -52,16 +62,19 @@ class MemoryFiles : public platform::Files {
     if (readers == platform::Readers::kOwner) owners_alone.insert(path);
   }
   void copy(const std::string& from, const std::string& to) override {
+    const std::lock_guard lock(mutex_);
     about_to("copy", from);
     need_parent(to);
     content[to] = read(from);
   }
   void remove(const std::string& path) override {
+    const std::lock_guard lock(mutex_);
     about_to("remove", path);
     if (content.erase(path) == 0) throw base::Fault(base::kFileNotFound, path);
   }
 
   std::vector<std::string> list(const std::string& folder) const override {
+    const std::lock_guard lock(mutex_);
     if (!folder_exists(folder)) throw base::Fault(base::kPathNotFound, folder);
     std::vector<std::string> names;
     for (const auto& [path, bytes] : content) {
@@ -78,12 +91,14 @@ class MemoryFiles : public platform::Files {
     return names;
   }
   void make_folder(const std::string& path) override {
+    const std::lock_guard lock(mutex_);
     about_to("make_folder", path);
     if (folder_exists(path)) throw base::Fault("Path/File access error", path);
     need_parent(path);
     folders.insert(without_end(path));
   }
   void remove_folder(const std::string& path) override {
+    const std::lock_guard lock(mutex_);
     about_to("remove_folder", path);
     if (!folders.contains(without_end(path))) throw base::Fault(base::kPathNotFound, path);
     const std::string below = without_end(path) + '\\';
@@ -112,6 +127,8 @@ class MemoryFiles : public platform::Files {
   int replaced = 0;                            // how many times a file was rewritten whole
 
  private:
+  mutable std::recursive_mutex mutex_;
+
   static std::string without_end(const std::string& path) {
     return path.substr(0, path.find_last_not_of('\\') + 1);
   }

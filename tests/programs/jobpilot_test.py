@@ -137,6 +137,9 @@ class JobPilotTest(unittest.TestCase):
     def wait_for_line(self, line, file):
         wait_until(lambda: line in self.place.scheduler(file), what=f"the line in {file}")
 
+    def files_of(self, job):
+        return {file.name for file in (self.scheduler_folder() / job).iterdir()}
+
     def log(self, job):
         return self.place.find(f"Logs/{job}.log")[0].read_text()
 
@@ -184,7 +187,7 @@ class JobPilotTest(unittest.TestCase):
                 self.assertEqual(process.wait(PATIENCE), 0)
                 self.assertLess(time.monotonic() - began, 2)
                 self.assertIn(line, self.place.scheduler("cancelled.sch"))
-                self.assertEqual([file.name for file in (self.scheduler_folder() / name).iterdir()], [f"{name}.scr"])
+                self.assertEqual(self.files_of(name), {f"{name}.scr", f"{name}.rpt"})
         self.assertFalse(any("DELE" in command for command in device.commands()))
 
     def test_it_runs_alone_and_comes_back_after_a_kill(self):
@@ -201,7 +204,7 @@ class JobPilotTest(unittest.TestCase):
         self.start_and_wait()
         self.post(1)
         self.wait_for_line(line, "completed.sch")
-        self.assertEqual(sorted(os.listdir(self.scheduler_folder() / "JobA")), ["JobA.scr", "Stats.csv"])
+        self.assertEqual(self.files_of("JobA"), {"JobA.scr", "JobA.rpt", "Stats.csv"})
 
     def test_a_job_is_taken_out(self):
         device = self.place.set_up("--fault", "RETR#1:stall=100")
@@ -231,8 +234,7 @@ class JobPilotTest(unittest.TestCase):
         self.wait_for_line(line, "completed.sch")
         self.assertIn("60 of 64 partitions are done; skipped: part7, part20, part30, part41.", self.log("JobA"))
         whole = [n for n in range(1, 65) if n not in missing | {cut}]
-        folder = self.scheduler_folder() / "JobA"
-        self.assertEqual({file.name for file in folder.iterdir()}, {"JobA.scr", "system.dat", f"linestatP{cut}.dat"} | {
+        self.assertEqual(self.files_of("JobA"), {"JobA.scr", "JobA.rpt", "system.dat", f"linestatP{cut}.dat"} | {
             f"{kind}P{n}.dat" for n in whole for kind in ("linestat", "nodestat")})
         told = device.commands()
         self.assertEqual([command for command in told if "DELE" in command],

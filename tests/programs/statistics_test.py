@@ -46,7 +46,7 @@ class StatisticsTest(unittest.TestCase):
         device_faults = [
             ("wrong password", [], "no such word", "530"),
             ("dropped in the middle", ["--fault", "RETR#1:drop=100"], None, ""),
-            ("cut short", ["--fault", "RETR#1:truncate=100"], None, ""),
+            ("cut short", ["--fault", "RETR:truncate=100"], None, "not whole"),
             ("refused account", ["--fault", "ACCT#1:550"], None, "550"),
             ("stalled", ["--fault", "RETR#1:stall=100"], None, ""),
             ("mute", ["--fault", "RETR#1:mute"], None, ""),

@@ -36,8 +36,14 @@ class SchedulerEngineTest : public testing::Test {
   }
 
   void make_engine(SchedulerSettings settings = {}) {
-    engine_ = std::make_unique<SchedulerEngine>(EngineParts{
-        files_, clock_, channel_, {device_, device_, device_}, kFolder, kLogs, std::move(settings), [] {}});
+    engine_ = std::make_unique<SchedulerEngine>(EngineParts{files_,
+                                                            clock_,
+                                                            channel_,
+                                                            {device_, device_, device_, files_},
+                                                            kFolder,
+                                                            kLogs,
+                                                            std::move(settings),
+                                                            [] {}});
   }
 
   static std::string line(const std::string& job, const std::string& start = "46341.5",
@@ -116,8 +122,7 @@ TEST_F(SchedulerEngineTest, TheFirstFailureEndsTheSession) {
     const char* reason;
   };
   const Row rows[] = {
-      {"login", "530 Not with secret.", "login admin:secret@192.0.2.7:2121",
-       "Trying to login admin:***@192.0.2.7:2121: 530 Not with ***."},
+      {"login", "530 Not you.", "login admin:secret@192.0.2.7:2121", "Trying to login admin: 530 Not you."},
       {"account", "501 No such account", "account part3", "Trying to account part3: 501 No such account."},
       {"get", "The transfer\r\nwas \x01 cut \xFF short",
        "get allstats.csv > \\data\\Scheduler\\JobA\\Stats.csv",

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -30,6 +31,8 @@ class ScriptedDevice : public platform::DeviceConnections,
   std::string fails_at;  // the beginning of an operation, "get allstats"
   std::string reply;     // what it then says; "" hangs until it is cancelled
   std::atomic<int> reached_hang{0};
+  std::multiset<std::string>
+      empty;  // local files; each fetch into one of them takes it out and brings nothing
 
   std::vector<std::string> told() const {
     const std::lock_guard lock(mutex_);
@@ -60,10 +63,14 @@ class ScriptedDevice : public platform::DeviceConnections,
            std::to_string(login.port));
     }
     void account(const std::string& name) override { hear("account " + name); }
-    std::uint64_t get(const std::string& remote, const std::string& local, std::uint64_t) override {
+    std::uint64_t get(const std::string& remote, const std::string& local, std::uint64_t least) override {
       progress_(100);
       hear("get " + remote + " > " + local);
-      return 1234;
+      const auto found = device_.empty.find(local);
+      if (found == device_.empty.end()) return 1234;
+      device_.empty.erase(found);
+      if (least > 0) throw platform::IncompleteFile("Nothing came", "Trying to get " + remote);
+      return 0;
     }
     std::uint64_t put(const std::string& local, const std::string& remote) override {
       hear("put " + local + " > " + remote);
@@ -115,15 +122,19 @@ class ScriptedDevice : public platform::DeviceConnections,
       if (trouble.times == 0 || !operation.starts_with(trouble.at)) continue;
       --trouble.times;
       if (cut != nullptr) *cut = trouble.cut;
-      if (!trouble.reply.empty()) throw base::Fault(trouble.reply, "Trying to " + operation);
+      if (!trouble.reply.empty()) throw fault(trouble.reply, operation);
       break;
     }
     if (fails_at.empty() || !operation.starts_with(fails_at)) return;
-    if (!reply.empty()) throw base::Fault(reply, "Trying to " + operation);
+    if (!reply.empty()) throw fault(reply, operation);
     ++reached_hang;
     while (!cancelled)
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     throw platform::SessionCancelled(operation);
+  }
+
+  static base::Fault fault(const std::string& reply, const std::string& operation) {
+    return base::Fault(reply, "Trying to " + operation.substr(0, operation.find(':')));  // never the password
   }
 
   mutable std::mutex mutex_;
