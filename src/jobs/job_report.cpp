@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view kHead = "QVRREPORT;1;";
 
 // By ReportWord.
-constexpr std::array<std::string_view, 8> kWords{"FETCHED", "STORING", "STORED", "DELETING",
-                                                 "DELETED", "REFUSED", "FAILED", "ENDED"};
+constexpr std::array<std::string_view, 7> kWords{"FETCHED", "STORING", "STORED", "DELETING",
+                                                 "DELETED", "FAILED",  "ENDED"};
 
 std::string field(std::string text) {
   for (char& c : text) {

@@ -17,8 +17,7 @@ enum class ReportWord {
   kStored,    // and has acknowledged it
   kDeleting,  // the device is about to be asked to delete a file
   kDeleted,   // and has acknowledged it
-  kRefused,   // the device said no to this step; the rest of the account's lines was left out
-  kFailed,    // this step failed in another way; likewise
+  kFailed,    // this step was refused or failed; the rest of the account's lines was left out
   kEnded,     // the session is over
 };
 
@@ -27,7 +26,8 @@ struct ReportLine {
   std::string account;  // "part3"; "" before the first account line
   std::string remote;   // name of the device file; "" when it is about none
   std::string local;    // kFetched, kStoring, kStored: name in the job's folder
-  std::string text;     // kRefused, kFailed: the reason; kEnded: "completed", "error" or "cancelled"
+  std::string
+      text;  // kFailed: the reason, with the device's reply; kEnded: "completed", "error" or "cancelled"
 
   bool operator==(const ReportLine&) const = default;
 };

@@ -41,13 +41,10 @@ class Finder {
   AccountFindings& here() { return found_.accounts.back(); }
 
   void begin(const std::string& account) {
-    found_.accounts.push_back({account, {}, {}, {}, false});
+    found_.accounts.push_back({account, {}, {}, {}});
     if (!report_) return;
     for (const jobs::ReportLine& line : report_->lines) {
-      if (line.word != ReportWord::kFailed && line.word != ReportWord::kRefused) continue;
-      if (line.account != account) continue;
-      here().reason = line.text;
-      here().is_refused = line.word == ReportWord::kRefused && line.remote.empty();
+      if (line.word == ReportWord::kFailed && line.account == account) here().reason = line.text;
     }
   }
 

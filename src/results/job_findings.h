@@ -22,7 +22,6 @@ struct AccountFindings {
   std::vector<Fetch> fetches;
   std::vector<std::string> kept;  // device files that were to be deleted and, as the report says, were not
   std::string reason;             // why the rest of the lines was left out, as the report says; or ""
-  bool is_refused = false;        // the device said no to the account itself
 
   const Fetch* arrived(std::string_view remote) const;  // null when it did not
   std::vector<std::string> missing() const;             // device files that did not arrive

@@ -132,7 +132,7 @@ TEST(AllPartitions, SayWhatTheReportTells) {
   run.scheduler.sends = [](const std::string& local) {
     return local.ends_with("P2.dat") ? std::nullopt : std::optional<std::string>("x");
   };
-  run.scheduler.report = "REFUSED;part2;;;530 No such account;\r\n";
+  run.scheduler.report = "FAILED;part2;;;530 No such account;\r\n";
   for (int number = 1; number <= 64; ++number) {
     const std::string account = "part" + std::to_string(number);
     for (const char* file : {"linestat", "nodestat"}) {
@@ -141,7 +141,7 @@ TEST(AllPartitions, SayWhatTheReportTells) {
           "DELETING;" + account + ";" + file + ";;;\r\nDELETED;" + account + ";" + file + ";;;\r\n";
     }
   }
-  run.scheduler.report += "REFUSED;part7;nodestat;;550 Locked;\r\n";
+  run.scheduler.report += "FAILED;part7;nodestat;;550 Locked;\r\n";
   run.go_hosted();
   EXPECT_EQ(run.session.run.PartitionResults.size(), 63U);
   EXPECT_EQ(run.session.run.MissingResult,
