@@ -1,5 +1,7 @@
 #include "adapters/database_qt.h"
 
+#include <fcntl.h>
+
 #include <QFile>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -14,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "adapters/plain_file.h"
 #include "base/fault.h"
 #include "base/text.h"
 
@@ -244,6 +247,7 @@ std::unique_ptr<platform::Database> QtDatabaseEngine::open(const std::string& co
   const std::string path = path_of(connection_text, files_);
   if (!QFile::exists(QString::fromStdString(path)))
     refuse(base::kFileNotFound, path, "is missing. Run \"qvrcomctl setup\", or put back a copy of it.");
+  need_plain(path);
   check_header(path);
   auto database = std::make_unique<QtDatabase>(path);
   // The first look into the file: a lock or damage shows here and not in the middle of the work.
@@ -253,13 +257,8 @@ std::unique_ptr<platform::Database> QtDatabaseEngine::open(const std::string& co
 
 std::unique_ptr<platform::Database> QtDatabaseEngine::create(const std::string& connection_text) {
   const std::string path = path_of(connection_text, files_);
-  QFile file(QString::fromStdString(path));
   // The empty file comes first, with its rights: the engine's own would be open to the group.
-  if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-    refuse("Database cannot be created", path,
-           "cannot be created: " + file.errorString().toStdString() + ".");
-  file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-  file.close();
+  open_plain("Making the database", path, O_WRONLY | O_CREAT | O_EXCL, Links::kRefused, 0600);
   return std::make_unique<QtDatabase>(path);
 }
 

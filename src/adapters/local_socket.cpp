@@ -1,20 +1,16 @@
 #include "adapters/local_socket.h"
 
-#include <QCoreApplication>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QCryptographicHash>
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocalSocket>
 #include <QUrl>
-#include <chrono>
 
-#include "adapters/lock_fault.h"
+#include "adapters/plain_file.h"
 #include "base/fault.h"
-
-#ifdef Q_OS_UNIX
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
 
 namespace qvrcom::adapters {
 namespace {
@@ -23,21 +19,15 @@ namespace {
 constexpr qsizetype kLongestPath = 96;
 constexpr int kConnectLimit = 200;  // milliseconds
 
-#ifdef Q_OS_UNIX
 bool make_private_folder(const QByteArray& native) {
   ::mkdir(native.constData(), 0700);
   struct stat status {};
   return ::lstat(native.constData(), &status) == 0 && S_ISDIR(status.st_mode) &&
          status.st_uid == ::geteuid() && ::chmod(native.constData(), 0700) == 0;
 }
-#else
-bool make_private_folder(const QByteArray& native) {
-  return QDir().mkpath(QFile::decodeName(native));
-}
-#endif
 
 void need_private_folder(const QString& folder) {
-  QDir().mkpath(QFileInfo(folder).path());
+  make_folders(QFile::encodeName(QFileInfo(folder).path()).toStdString());
   if (make_private_folder(QFile::encodeName(folder))) return;
   throw base::Fault(base::kPermissionDenied,
                     "The folder \"" + folder.toStdString() +
@@ -45,21 +35,21 @@ void need_private_folder(const QString& folder) {
                         "else. Check its owner.");
 }
 
-// A lock that carries this very process's number although this process does not serve the socket was left by
-// an earlier process of that number, as happens where numbers start over in a container.
-bool left_by_a_namesake(const QLockFile& lock, const QString& path) {
-  qint64 process = 0;
-  QString host;
-  QString program;
-  return lock.getLockInfo(&process, &host, &program) && process == QCoreApplication::applicationPid() &&
-         !socket_is_served(path);
+// The folder first: the lock lies in it.
+FileLock lock_of(const QString& path) {
+  need_private_folder(QFileInfo(path).path());
+  const std::string file = path.toStdString() + ".lock";
+  if (auto lock = FileLock::try_take(file)) return std::move(*lock);
+  throw base::Fault(base::kPermissionDenied,
+                    '"' + path.toStdString() + "\" is served by " + FileLock::owner(file) + '.');
 }
 
-bool take(QLockFile& lock, const QString& path) {
-  lock.setStaleLockTime(std::chrono::milliseconds(0));  // age proves nothing; a dead owner does
-  if (lock.tryLock(std::chrono::milliseconds(0))) return true;
-  return left_by_a_namesake(lock, path) && lock.removeStaleLockFile() &&
-         lock.tryLock(std::chrono::milliseconds(0));
+// A socket that nobody serves, or a plain file, as a restored copy or a broken disk leaves of one.
+void remove_remains(const QString& path) {
+  struct stat status {};
+  if (::lstat(QFile::encodeName(path).constData(), &status) != 0) return;
+  if (!S_ISSOCK(status.st_mode)) need_plain(QFile::encodeName(path).toStdString());
+  QLocalServer::removeServer(path);
 }
 
 }  // namespace
@@ -81,15 +71,9 @@ bool socket_is_served(const QString& path) {
   return probe.waitForConnected(kConnectLimit);
 }
 
-OwnedServer::OwnedServer(const QString& path) : lock_(path + ".lock"), server_(new QLocalServer) {
+OwnedServer::OwnedServer(const QString& path) : lock_(lock_of(path)), server_(new QLocalServer) {
   std::unique_ptr<QLocalServer> guard(server_);
-  need_private_folder(QFileInfo(path).path());
-  if (!take(lock_, path)) {
-    if (lock_.error() != QLockFile::LockFailedError) fail_lock(lock_, path.toStdString() + ".lock");
-    throw base::Fault(base::kPermissionDenied,
-                      "\"" + path.toStdString() + "\" is served by another running program.");
-  }
-  QLocalServer::removeServer(path);
+  remove_remains(path);
   // With this option the socket listens before it gets its name: nobody finds it half-open.
   server_->setSocketOptions(QLocalServer::UserAccessOption);
   if (!server_->listen(path)) {

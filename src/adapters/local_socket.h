@@ -1,9 +1,10 @@
 #pragma once
 
 #include <QLocalServer>
-#include <QLockFile>
 #include <QString>
 #include <string>
+
+#include "adapters/file_lock.h"
 
 namespace qvrcom::adapters {
 
@@ -15,11 +16,12 @@ QString local_socket_path(const std::string& run_folder, const std::string& runt
 // Whether a live program serves the path now. A socket that a killed program left behind is not served.
 bool socket_is_served(const QString& path);
 
-// A socket that this program alone serves. A lock file beside it proves the owner alive, so a socket that a
-// killed program left behind is taken over and a live one never.
+// A socket that this program alone serves. The owner holds a lock beside it, so what a killed program or a
+// power failure left of the socket is taken over and a live one never.
 class OwnedServer {
  public:
-  // Fault when a live program serves the path, or its folder cannot be made or belongs to someone else.
+  // Fault when a live program serves the path, something of another kind lies there, or its folder cannot be
+  // made or belongs to someone else.
   explicit OwnedServer(const QString& path);
   ~OwnedServer();
   OwnedServer(const OwnedServer&) = delete;
@@ -28,7 +30,7 @@ class OwnedServer {
   QLocalServer& server() { return *server_; }
 
  private:
-  QLockFile lock_;
+  FileLock lock_;
   QLocalServer* server_;  // deleted by the event loop: its owner may go while it delivers
 };
 

@@ -1,16 +1,20 @@
 #include "adapters/machine_files.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QSettings>
+#include <QTemporaryDir>
+#include <utility>
 
+#include "adapters/file_lock.h"
 #include "adapters/files_posix.h"
 #include "adapters/paths.h"
+#include "adapters/plain_file.h"
 #include "base/fault.h"
 
 namespace qvrcom::adapters {
 namespace {
 
+constexpr std::chrono::seconds kLongestSetUp{30};
 constexpr const char* kFolderKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Corbelin\\QVRCOM+\\Special Folders";
 
 std::string full_key(platform::RegistryRoot root, const std::string& sub_key) {
@@ -26,16 +30,37 @@ QString setting_key(const std::string& section, const std::string& key) {
   return QString::fromStdString(section + "/" + key);
 }
 
+// The settings' own writer, at work on a copy: it would make the file with rights of its own, follow a link
+// in its place and wait for locks that a power failure left.
+std::string with_setting(const std::string& settings_text, const QString& key, const QString& value) {
+  const QTemporaryDir folder;
+  const QString copy = folder.filePath(QStringLiteral("settings.ini"));
+  FilesPosix files;
+  const std::string path = suite_path(copy.toStdString());
+  files.save(path, settings_text, platform::Readers::kOwner);
+  QSettings settings(copy, QSettings::IniFormat);
+  settings.setValue(key, value);
+  settings.sync();
+  if (settings.status() != QSettings::NoError)
+    throw base::Fault("Path/File access error", "The settings cannot be written to \"" + copy.toStdString() +
+                                                    "\". Check the temporary folder.");
+  return files.read(path);
+}
+
 }  // namespace
 
 MachineFiles::MachineFiles(std::string config_folder) : config_folder_(std::move(config_folder)) {
+  read_registry();
+}
+
+void MachineFiles::read_registry() {
   const FilesPosix files;
-  const std::string file = registry_file(config_folder_);
+  const std::string file = suite_path(registry_file(config_folder_));
   if (!files.file_exists(file)) return;
   try {
     registry_ = base::RegistryText::parse(files.read(file));
   } catch (const base::Fault& fault) {
-    throw base::Fault(fault.description(), "\"" + file + "\": " + fault.detail());
+    throw base::Fault(fault.description(), "\"" + files.native(file) + "\": " + fault.detail());
   }
 }
 
@@ -57,7 +82,9 @@ std::optional<platform::RegistryData> MachineFiles::registry_value(platform::Reg
 
 std::optional<std::string> MachineFiles::setting(const std::string& application, const std::string& section,
                                                  const std::string& key) const {
-  const QSettings settings(QString::fromStdString(settings_file(application)), QSettings::IniFormat);
+  const std::string file = settings_file(application);
+  need_plain(file);
+  const QSettings settings(QString::fromStdString(file), QSettings::IniFormat);
   const QVariant value = settings.value(setting_key(section, key));
   if (!value.isValid()) return std::nullopt;
   return value.toString().toStdString();
@@ -65,6 +92,18 @@ std::optional<std::string> MachineFiles::setting(const std::string& application,
 
 std::string MachineFiles::program_folder() const {
   return suite_path(QCoreApplication::applicationDirPath().toStdString());
+}
+
+std::unique_ptr<platform::SetUpHold> MachineFiles::hold() {
+  struct Hold : platform::SetUpHold {
+    explicit Hold(FileLock taken) : lock(std::move(taken)) {}
+    FileLock lock;
+  };
+  if (!make_folders(config_folder_))
+    throw base::Fault("Path/File access error", "The folder \"" + config_folder_ + "\" cannot be made.");
+  FileLock lock = FileLock::take(config_folder_ + "/set-up.lock", "Setting this machine up", kLongestSetUp);
+  read_registry();
+  return std::make_unique<Hold>(std::move(lock));
 }
 
 void MachineFiles::set_special_folder(std::int32_t identifier, const std::string& path) {
@@ -79,14 +118,10 @@ void MachineFiles::set_registry_text(platform::RegistryRoot root, const std::str
 void MachineFiles::set_setting(const std::string& application, const std::string& section,
                                const std::string& key, const std::string& value) {
   if (setting(application, section, key) == value) return;
-  const std::string file = settings_file(application);
-  QSettings settings(QString::fromStdString(file), QSettings::IniFormat);
-  settings.setValue(setting_key(section, key), QString::fromStdString(value));
-  settings.sync();
-  if (settings.status() != QSettings::NoError) {
-    throw base::Fault("Path/File access error", "The settings file \"" + file +
-                                                    "\" cannot be written. Check the rights of its folder.");
-  }
+  const std::string file = suite_path(settings_file(application));
+  FilesPosix files;
+  files.replace(file, with_setting(files.file_exists(file) ? files.read(file) : std::string{},
+                                   setting_key(section, key), QString::fromStdString(value)));
 }
 
 void MachineFiles::store(const std::string& key, const std::string& name, const std::string& text) {
@@ -94,10 +129,7 @@ void MachineFiles::store(const std::string& key, const std::string& name, const 
   registry_.set_text(key, name, text);
   const std::string after = registry_.text();
   if (after == before) return;
-  if (!QDir().mkpath(QString::fromStdString(config_folder_))) {
-    throw base::Fault("Path/File access error", "The folder \"" + config_folder_ + "\" cannot be made.");
-  }
-  FilesPosix().replace(registry_file(config_folder_), after);
+  FilesPosix().replace(suite_path(registry_file(config_folder_)), after);
 }
 
 std::string MachineFiles::settings_file(const std::string& application) const {

@@ -11,7 +11,8 @@ namespace qvrcom::adapters {
 // shell folders by identifier, in a key of the suite), "QVRCOM+.ini" the user settings.
 class MachineFiles : public platform::Machine, public platform::MachineSetup {
  public:
-  // `config_folder` is native. Reads "machine.reg" if it is there; Fault when it is damaged.
+  // `config_folder` is native. Reads "machine.reg" if it is there; Fault when it is damaged. "set-up.lock"
+  // beside it lets one set-up write at a time.
   explicit MachineFiles(std::string config_folder);
 
   std::optional<std::string> special_folder(std::int32_t identifier) const override;
@@ -23,6 +24,7 @@ class MachineFiles : public platform::Machine, public platform::MachineSetup {
                                      const std::string& key) const override;
   std::string program_folder() const override;
 
+  std::unique_ptr<platform::SetUpHold> hold() override;
   void set_special_folder(std::int32_t identifier, const std::string& path) override;
   void set_registry_text(platform::RegistryRoot root, const std::string& sub_key, const std::string& name,
                          const std::string& text) override;
@@ -30,6 +32,7 @@ class MachineFiles : public platform::Machine, public platform::MachineSetup {
                    const std::string& value) override;
 
  private:
+  void read_registry();
   void store(const std::string& key, const std::string& name, const std::string& text);
   std::string settings_file(const std::string& application) const;
 

@@ -56,6 +56,7 @@ constexpr const char* kAdvice = " Run \"qvrcomctl setup\".";
 }  // namespace
 
 std::vector<std::string> SetUp::run(const MachineFolders& machine_folders) {
+  const auto hold = setup_.hold();
   done_.clear();
   configure(machine_folders);
   make_folders();

@@ -25,7 +25,8 @@ class SetUp {
         platform::DatabaseEngine& engine)
       : machine_(machine), setup_(setup), files_(files), engine_(engine), folders_(machine, files) {}
 
-  // One line per thing done; empty when everything was there. Fault when something cannot be made.
+  // One line per thing done; empty when everything was there. Fault when something cannot be made. Several at
+  // once take their turns.
   std::vector<std::string> run(const MachineFolders& machine_folders);
 
  private:

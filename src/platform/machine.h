@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -34,10 +35,20 @@ class Machine {
   virtual std::string program_folder() const = 0;
 };
 
+// A set-up's right to be the only one on the machine, for as long as the object lives.
+struct SetUpHold {
+  virtual ~SetUpHold() = default;
+};
+
 // Writes what `Machine` reads; set-up alone uses it.
 class MachineSetup {
  public:
   virtual ~MachineSetup() = default;
+
+  // Waits until no other program sets the machine up; what it has written is seen from here on. Fault when it
+  // takes too long.
+  virtual std::unique_ptr<SetUpHold> hold() = 0;
+
   virtual void set_special_folder(std::int32_t identifier, const std::string& path) = 0;
   virtual void set_registry_text(RegistryRoot root, const std::string& sub_key, const std::string& name,
                                  const std::string& text) = 0;

@@ -1,8 +1,8 @@
 #include "programs/host.h"
 
-#include <QDir>
-#include <QFile>
+#include <sys/stat.h>
 
+#include "adapters/plain_file.h"
 #include "base/fault.h"
 
 namespace qvrcom::programs {
@@ -10,9 +10,7 @@ namespace {
 
 // Sockets and locks say who is running what: nobody else has business here.
 adapters::Layout with_run_folder(adapters::Layout layout) {
-  const QString folder = QString::fromStdString(layout.run_folder);
-  const auto owner_only = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-  if (!QDir().mkpath(folder) || !QFile::setPermissions(folder, owner_only)) {
+  if (!adapters::make_folders(layout.run_folder) || ::chmod(layout.run_folder.c_str(), 0700) != 0) {
     throw base::Fault(
         base::kPermissionDenied,
         "The folder \"" + layout.run_folder + "\" cannot be made. Check the rights of the folder above it.");

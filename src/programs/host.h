@@ -3,11 +3,11 @@
 #include <memory>
 #include <string>
 
+#include "adapters/file_lock.h"
 #include "adapters/files_posix.h"
 #include "adapters/layout.h"
 #include "adapters/machine_files.h"
 #include "adapters/programs_qt.h"
-#include "adapters/session_lock_qt.h"
 #include "adapters/system_clock.h"
 #include "environment/files_and_folders.h"
 
@@ -24,7 +24,7 @@ class Host {
   adapters::SystemClock clock;
   adapters::ProgramsQt programs;
   adapters::MachineFiles machine;
-  adapters::SessionLockQt session_lock;
+  adapters::SessionLockFile session_lock;
   environment::FilesAndFolders folders;
 };
 

@@ -2,7 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include "adapters/machine_files.h"
 #include "adapters/temporary_suite.h"
 #include "doubles/caught.h"
 #include "environment/command_set.h"
@@ -44,6 +47,37 @@ TEST_F(DatabaseTest, SetUpMakesAMachineReadyAndTwiceIsHarmless) {
 
   std::filesystem::remove(database_path());
   EXPECT_THAT(environment::missing_set_up(machine, files).value_or(""), testing::HasSubstr(database_path()));
+}
+
+// As when a fleet of desktops is started for the first time by one script.
+TEST_F(DatabaseTest, SetUpsAtOnceTakeTheirTurns) {
+  const std::string config = folder.path + "/config";
+  std::vector<pid_t> children;
+  const mode_t before = umask(0);
+  for (int i = 0; i < 6; ++i) {
+    children.push_back(fork());
+    if (children.back() != 0) continue;
+    MachineFiles real(config);
+    const std::string root = suite_path(folder.path);
+    const std::string fault = fault_of([&] {
+      environment::SetUp(real, real, files, engine).run({root + "\\data", root + "\\docs", "\\opt"});
+    });
+    _exit(fault.empty() ? 0 : 1);
+  }
+  umask(before);
+  for (const pid_t child : children) {
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+  }
+  const MachineFiles real(config);
+  EXPECT_EQ(environment::missing_set_up(real, files), std::nullopt);
+  EXPECT_EQ(environment::FilesAndFolders(real, files).GetAppPath(), "\\opt\\");
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path)) {
+    struct stat status {};
+    ASSERT_EQ(lstat(entry.path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 022U, 0U) << entry.path() << " can be written by others";
+  }
 }
 
 TEST_F(DatabaseTest, EveryCommandRunsOnTheSchema) {
@@ -147,6 +181,10 @@ TEST_F(DatabaseTest, SaysWhyAFileCannotBeOpened) {
     write_database_file(bytes);
     EXPECT_EQ(opening(), wanted) << bytes.size();
   }
+  std::filesystem::rename(database_path(), database_path() + ".moved");
+  std::filesystem::create_symlink("NewDB.mdb.moved", database_path());
+  EXPECT_EQ(opening(), "Permission denied") << "a link is not followed";
+  std::filesystem::rename(database_path() + ".moved", database_path());
   chmod(database_path().c_str(), 0);
   if (geteuid() != 0) {
     EXPECT_EQ(opening(), "Database cannot be opened");

@@ -215,7 +215,7 @@ TEST_F(CommandsTest, FilesAreRefusedBeforeAnythingIsSent) {
 }
 
 TEST_F(CommandsTest, ABusySessionNamesItsOwner) {
-  adapters::SessionLockQt lock(run.path("run"));
+  adapters::SessionLockFile lock(run.path("run"));
   const auto hold = lock.try_acquire();
   ASSERT_NE(hold.hold, nullptr);
   EXPECT_EQ(run({"stats", "reset", "--site", "7", "--partition", "4"}), 1);

@@ -7,6 +7,7 @@ namespace qvrcom::doubles {
 // A machine whose configuration can be written, as set-up does. Counts the writes.
 class SettableMachine : public MemoryMachine, public platform::MachineSetup {
  public:
+  std::unique_ptr<platform::SetUpHold> hold() override { return std::make_unique<platform::SetUpHold>(); }
   void set_special_folder(std::int32_t identifier, const std::string& path) override {
     special_folders[identifier] = path;
     ++writes;
