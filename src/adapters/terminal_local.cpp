@@ -3,7 +3,9 @@
 #include <QLocalSocket>
 #include <QPointer>
 #include <QTimer>
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <utility>
 
 #include "adapters/local_socket.h"
@@ -39,6 +41,8 @@ class TerminalLocal::Wire : public QObject {
 
   void attach(const std::string& job_name, platform::TerminalEvents events) {
     job_name_ = job_name;
+    sent_ = 0;
+    gone_ = 0;
     events_ = std::move(events);
     wanted_ = true;
     retry_.start(0);
@@ -46,11 +50,12 @@ class TerminalLocal::Wire : public QObject {
 
   void send(std::string_view bytes) {
     if (!attached_) return;
+    sent_ += bytes.size();
     const std::string text = platform::terminal_data_text(bytes);
     socket_.write(text.data(), static_cast<qint64>(text.size()));
   }
 
-  std::size_t unsent() const { return static_cast<std::size_t>(socket_.bytesToWrite()); }
+  std::size_t unsent() const { return sent_ - gone_; }
 
   void resize(std::uint16_t columns, std::uint16_t rows) {
     const auto byte = [](unsigned value) { return static_cast<char>(value & 0xFFU); };
@@ -101,12 +106,20 @@ class TerminalLocal::Wire : public QObject {
         return tell(events.output, std::string_view(frame.payload));
       case platform::kTerminalEcho:
         return tell(events.echo, frame.payload == "1");
+      case platform::kTerminalCount:
+        return count(frame.payload);
       case platform::kTerminalTaken:
       case platform::kTerminalEnd:
         return finish(frame.payload);
       default:
         return;  // another job's session: the socket closes, and is looked for again
     }
+  }
+
+  void count(const std::string& digits) {
+    std::size_t gone = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), gone);
+    gone_ = std::min(gone, sent_);
   }
 
   // The function may do away with the one it is called from.
@@ -134,7 +147,9 @@ class TerminalLocal::Wire : public QObject {
   platform::TerminalEvents events_;
   platform::TerminalFrameReader frames_;
   std::string job_name_;
-  std::string window_;  // the payload that tells its size; "" while nobody did
+  std::string window_;    // the payload that tells its size; "" while nobody did
+  std::size_t sent_ = 0;  // bytes typed
+  std::size_t gone_ = 0;  // how many of them the device has
   bool wanted_ = false;
   bool attached_ = false;
 };

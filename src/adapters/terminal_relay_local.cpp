@@ -1,5 +1,8 @@
 #include "adapters/terminal_relay_local.h"
 
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
+
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QLocalSocket>
@@ -8,6 +11,7 @@
 #include <QTcpSocket>
 #include <QTimer>
 #include <array>
+#include <deque>
 #include <mutex>
 #include <optional>
 
@@ -28,6 +32,7 @@ constexpr qint64 kPiece = 8192;         // bytes of one read
 constexpr int kHelloLimit = 2000;       // milliseconds until a terminal has said its job
 constexpr int kFarewellLimit = 2000;    // milliseconds for the last bytes
 constexpr int kCutLimit = 200;          // the same when the session was cut off
+constexpr int kCountTime = 50;          // milliseconds between two looks at what has arrived
 
 // The end of a session: how it went, or what went wrong.
 struct Ending {
@@ -65,7 +70,7 @@ class RelayedSession : public QObject {
     device_.connectToHost(QString::fromStdString(order_.host), order_.port);
     if (!ending_) loop_.exec();
     farewell();
-    if (ending_->fault) throw Fault(*ending_->fault);
+    if (ending_->fault) throw Fault(ending_->fault->description(), ending_->fault->detail() + traffic_text());
     return {ending_->end, from_device_, to_device_};
   }
 
@@ -89,7 +94,13 @@ class RelayedSession : public QObject {
     device_.setReadBufferSize(kMostWaiting);
     connect(&device_, &QTcpSocket::connected, this, [this] { connected(); });
     connect(&device_, &QTcpSocket::readyRead, this, [this] { read_device(); });
-    connect(&device_, &QTcpSocket::bytesWritten, this, [this] { read_on(); });
+    connect(&device_, &QTcpSocket::bytesWritten, this, [this] {
+      moved();
+      count();
+      read_on();
+    });
+    count_.setInterval(kCountTime);
+    connect(&count_, &QTimer::timeout, this, [this] { count(); });
     connect(&device_, &QTcpSocket::disconnected, this, [this] { device_gone(); });
     connect(&device_, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
       if (error != QAbstractSocket::RemoteHostClosedError) end_with(device_.errorString().toStdString());
@@ -149,7 +160,33 @@ class RelayedSession : public QObject {
     end_with("The device closed the connection before a terminal had attached");
   }
 
-  void to_device(std::string_view bytes) { device_.write(bytes.data(), static_cast<qint64>(bytes.size())); }
+  void to_device(std::string_view bytes) {
+    written_ += bytes.size();
+    device_.write(bytes.data(), static_cast<qint64>(bytes.size()));
+  }
+
+  // Tells the terminal how much of what it sent has reached the device, as far as the machine knows; once the
+  // line is closed it knows no more.
+  void count() {
+    int queued = 0;
+    const qintptr line = device_.socketDescriptor();
+    if (line < 0 || ::ioctl(static_cast<int>(line), SIOCOUTQ, &queued) != 0) return;
+    const std::uint64_t arrived =
+        written_ - static_cast<std::uint64_t>(device_.bytesToWrite()) - static_cast<std::uint64_t>(queued);
+    const std::uint64_t before = arrived_;
+    for (; !on_the_way_.empty() && on_the_way_.front().written <= arrived; on_the_way_.pop_front())
+      arrived_ = on_the_way_.front().typed;
+    on_the_way_.empty() ? count_.stop() : count_.start();
+    if (arrived_ != before && terminal_ != nullptr)
+      terminal_->write(
+          bytes_of(platform::terminal_frame_text(platform::kTerminalCount, std::to_string(arrived_))));
+  }
+
+  std::string traffic_text() const {
+    if (to_device_ == 0) return {};
+    return ". Of " + std::to_string(to_device_) + " bytes from the terminal " + std::to_string(arrived_) +
+           " went to the device, " + std::to_string(to_device_ - arrived_) + " did not";
+  }
 
   void to_terminal(std::string_view bytes) {
     from_device_ += bytes.size();
@@ -248,6 +285,8 @@ class RelayedSession : public QObject {
     if (frame.kind == platform::kTerminalData) {
       to_device_ += frame.payload.size();
       telnet_.typed(frame.payload);
+      on_the_way_.push_back({written_, to_device_});
+      count();
     } else if (frame.kind == platform::kTerminalWindow && frame.payload.size() == 4) {
       telnet_.resized(number(0), number(2));
     } else if (frame.kind == platform::kTerminalEnd) {
@@ -257,6 +296,8 @@ class RelayedSession : public QObject {
 
   // The last bytes go to whom they belong, and the terminal hears why it ended.
   void farewell() {
+    count();
+    count_.stop();
     disconnect(&device_, nullptr, this, nullptr);
     const int limit = ending_->fault ? kCutLimit : kFarewellLimit;
     if (terminal_ != nullptr) {
@@ -289,6 +330,16 @@ class RelayedSession : public QObject {
   bool attached_ = false;
   std::uint64_t from_device_ = 0;
   std::uint64_t to_device_ = 0;
+
+  // What was typed, counted in its own bytes and in those that it became on the line.
+  struct OnTheWay {
+    std::uint64_t written;
+    std::uint64_t typed;
+  };
+  std::deque<OnTheWay> on_the_way_;
+  std::uint64_t written_ = 0;  // bytes given to the line
+  std::uint64_t arrived_ = 0;  // how many of `to_device_` the device has
+  QTimer count_;
   std::optional<Ending> ending_;
 };
 

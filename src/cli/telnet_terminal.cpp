@@ -3,6 +3,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 
@@ -12,7 +13,7 @@ namespace {
 constexpr char kLeaveKey = '\x1D';  // Ctrl-]
 constexpr std::chrono::milliseconds kTick{100};
 constexpr int kSilentTicks = 20;
-constexpr std::size_t kMostUnsent = 65536;  // bytes; more is not read from the keyboard
+constexpr std::size_t kMostUnsent = 262144;  // bytes; more is not read from the keyboard
 
 }  // namespace
 
@@ -55,8 +56,9 @@ void TelnetTerminal::hear(std::string_view bytes) {
 }
 
 void TelnetTerminal::ended(const std::string& why) {
+  const std::string rest = unsent_text();
   give_back();
-  console_.tell(why);
+  console_.tell(why, rest);
 }
 
 void TelnetTerminal::take_typed() {
@@ -70,7 +72,9 @@ void TelnetTerminal::take_typed() {
 
 void TelnetTerminal::take(std::string_view typed) {
   const std::size_t end = raw_->is_terminal() ? typed.find(kLeaveKey) : std::string_view::npos;
-  if (end != 0) terminal_.send(typed.substr(0, end));
+  const std::string_view sent = typed.substr(0, end);
+  sent_ += sent.size();
+  if (!sent.empty()) terminal_.send(sent);
   silent_ticks_ = 0;
   if (end != std::string_view::npos) return leave();
   if (terminal_.unsent() > kMostUnsent) typed_->setEnabled(false);
@@ -89,6 +93,16 @@ void TelnetTerminal::tell_size() {
   if (size.ws_col == 0 || std::pair(size.ws_col, size.ws_row) == size_) return;
   size_ = {size.ws_col, size.ws_row};
   terminal_.resize(size.ws_col, size.ws_row);
+}
+
+std::string TelnetTerminal::unsent_text() const {
+  const std::uint64_t unsent = terminal_.unsent();
+  if (unsent == 0) return {};
+  int unread = 0;
+  const bool more = ioctl(keyboard_, FIONREAD, &unread) == 0 && unread > 0;
+  return std::to_string(sent_ - std::min(sent_, unsent)) + " of " + std::to_string(sent_) +
+         " bytes typed went to the device, " + std::to_string(unsent) + " did not." +
+         (more ? " What follows them was not read." : "");
 }
 
 // The notifier may be the one that is being served.

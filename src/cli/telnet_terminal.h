@@ -17,7 +17,8 @@ namespace qvrcom::cli {
 
 // The user's end of a device's Telnet session: what is typed goes to the device, what the device says to
 // standard output. On a terminal Ctrl-] leaves. Where the input ends, as a pipe does, the session is left
-// once the device has been silent for two seconds.
+// once the device has taken it all and been silent for two seconds. A session that is ended before the
+// device has taken everything says how much it took.
 class TelnetTerminal {
  public:
   // `keyboard` is the descriptor that is typed at.
@@ -41,6 +42,7 @@ class TelnetTerminal {
   void tick();
   void tell_size();
   void give_back();
+  std::string unsent_text() const;
 
   Console& console_;
   platform::Terminal& terminal_;
@@ -48,6 +50,7 @@ class TelnetTerminal {
   std::optional<RawTerminal> raw_;
   std::unique_ptr<QSocketNotifier> typed_;
   QTimer ticks_;
+  std::uint64_t sent_ = 0;  // bytes typed
   int silent_ticks_ = 0;
   bool input_ended_ = false;
   bool device_echoes_ = false;

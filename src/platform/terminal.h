@@ -29,7 +29,9 @@ class Terminal {
 
   // Sends what is typed; a line ends in CR, LF or both. Nothing is sent before `attached`.
   virtual void send(std::string_view bytes) = 0;
-  virtual std::size_t unsent() const = 0;  // bytes that `send` took and nobody received; to be kept small
+  // Bytes that `send` took and the device has not; to be kept small. It stands still once the session is
+  // over.
+  virtual std::size_t unsent() const = 0;
 
   // The size of the user's window in characters; may be told before `attach`.
   virtual void resize(std::uint16_t columns, std::uint16_t rows) = 0;

@@ -21,6 +21,7 @@ inline constexpr char kTerminalAttach = 'A';
 inline constexpr char kTerminalData = 'D';
 inline constexpr char kTerminalWindow = 'W';
 inline constexpr char kTerminalEcho = 'O';
+inline constexpr char kTerminalCount = 'C';
 inline constexpr char kTerminalNotHere = 'N';
 inline constexpr char kTerminalTaken = 'T';
 inline constexpr char kTerminalEnd = 'E';

@@ -169,6 +169,30 @@ TEST_F(TerminalLocalTest, FailuresAreSaid) {
   EXPECT_EQ(failure(), "Connection refused");
 }
 
+TEST_F(TerminalLocalTest, ACutSaysHowMuchWent) {
+  attach_user();
+  line_->setReadBufferSize(1000);  // the device takes a little and then no more
+  const std::string much(20'000'000, 'm');
+  user_.terminal.send(much);
+  const auto went = [&] { return much.size() - user_.terminal.unsent(); };
+  ASSERT_TRUE(pump_until([&] { return went() > 0; }));
+  relay_->cancel();
+  const std::string whole = doubles::whole_fault_of([this] {
+    pump_until([this] { return over(); });
+    held_.get();
+  });
+  EXPECT_TRUE(pump_until([this] { return !user_.why.empty(); }));
+  EXPECT_LT(went(), much.size());
+  EXPECT_THAT(whole, HasSubstr(" " + std::to_string(went()) + " went to the device, "));
+  line_->setReadBufferSize(0);
+  QByteArray heard;
+  pump_until([&] {
+    heard += line_->readAll();
+    return line_->state() == QAbstractSocket::UnconnectedState;
+  });
+  EXPECT_GE(static_cast<std::size_t>(heard.size()), went());
+}
+
 TEST_F(TerminalLocalTest, ACancelEndsItAtOnce) {
   const auto began = std::chrono::steady_clock::now();
   attach_user();

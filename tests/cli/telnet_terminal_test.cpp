@@ -10,6 +10,7 @@ namespace qvrcom::cli {
 namespace {
 
 using testing::EndsWith;
+using testing::HasSubstr;
 
 struct TelnetTerminalTest : testing::Test {
   TelnetTerminalTest() { EXPECT_EQ(pipe(ends), 0); }
@@ -64,6 +65,10 @@ TEST_F(TelnetTerminalTest, NoMoreIsReadThanTheDeviceTakes) {
   device.waiting = 0;
   pump(250);
   EXPECT_EQ(device.sent, "onetwo");
+  device.waiting = 4;
+  device.events.ended("No byte came or went for 60 s.");
+  EXPECT_THAT(err.str(), HasSubstr("No byte came or went for 60 s.\n"));
+  EXPECT_THAT(err.str(), HasSubstr("2 of 6 bytes typed went to the device, 4 did not."));
 }
 
 TEST_F(TelnetTerminalTest, TheEndOfTheInputWaitsForASilentDevice) {
