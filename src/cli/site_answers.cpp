@@ -129,6 +129,7 @@ ExitCode ask_sites(CommandContext& context, const SiteOptions& options, const As
                          array->add(json_of(site, answer), answer.lines);
                        else
                          write_text(context.console, headed ? sitebook::title_of(site) + ":" : "", answer);
+                       if (answer.written) answer.written(context.console.flush());
                        return answer.result;
                      }});
   }

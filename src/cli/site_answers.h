@@ -38,6 +38,7 @@ struct SiteAnswer {
   std::vector<std::vector<std::string>> rows = {};
   QJsonObject values = {};
   LongText lines = {};
+  std::function<void(bool whole)> written = {};  // told whether all of it has gone to standard output
 };
 
 using AskSite = std::function<SiteAnswer(CommandContext&, const control::SiteRow&)>;

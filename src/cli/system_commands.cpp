@@ -51,14 +51,19 @@ const char* log_operation(const SystemOptions& options) {
 }
 
 SiteAnswer log(CommandContext& context, const control::SiteRow& site, const SystemOptions& options) {
-  SystemOrder order{.site = site, .operation = log_operation(options)};
+  SystemOrder order{.site = site, .operation = log_operation(options), .keeps_log = options.output.empty()};
   if (!options.output.empty()) order.save_log_as = context.files.from_native(options.output);
   SystemAnswer answer = run_order(context, order);
   SiteAnswer shown{.result = answer.result};
   if (options.reset_only) return shown;
   const bool saved = is_done(answer) && !options.output.empty();
   shown.values = {{"log", QJsonValue()}, {"file", saved ? json(options.output) : QJsonValue()}};
-  if (is_done(answer)) shown.lines = {.key = "log", .text = std::move(answer.log), .for_people = !saved};
+  if (!is_done(answer)) return shown;
+  shown.lines = {.key = "log", .text = std::move(answer.log), .for_people = !saved};
+  // A log that nobody could read may be the only one there is.
+  if (!saved) {
+    shown.written = [&context](bool whole) { control::SystemRequest(context.requests).end_log(whole); };
+  }
   return shown;
 }
 

@@ -139,12 +139,16 @@ bool SystemRequest::take_log(const Call& call, SystemAnswer& answer) {
   const auto fault = base::fault_of([&] {
     if (!call.order.save_log_as.empty())
       files.save(call.order.save_log_as, answer.log, platform::Readers::kEverybody);
-    if (call.order.deliver_log) call.order.deliver_log(answer.log);
   });
-  if (fault && !keep_deleted()) throw *fault;
-  rules::BusinessRules(parts_.rules).Remove_Folder();
+  if (fault || !call.order.keeps_log) end_log(!fault);
   if (fault) throw *fault;
   return true;
+}
+
+void SystemRequest::end_log(bool is_taken) const {
+  trap_("SystemRequest", [&] {
+    if (is_taken || keep_deleted()) rules::BusinessRules(parts_.rules).Remove_Folder();
+  });
 }
 
 // Whether there is a copy of what the device has no longer.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <string>
 
 #include "base/date_serial.h"
@@ -22,8 +21,7 @@ struct SystemOrder {
   std::string file = {};         // kSendFirmware, kSendCannedMessages: suite path of the file to send
   bool force = false;            // sends an empty file too
   std::string save_log_as = {};  // kGetLog, kGetAndResetLog: suite path to copy the log to; may be ""
-  // Likewise: takes the log before the job's folder goes; a Fault keeps it.
-  std::function<void(const std::string& log)> deliver_log = {};
+  bool keeps_log = false;        // likewise: the job's folder stays until end_log()
 };
 
 // What came of it. Beside `result` and `status` only what the command fetches is filled.
@@ -40,14 +38,18 @@ struct SystemAnswer {
 
 // The bridge from a user's wish to the system commands. Before anything is sent a file is refused that is not
 // there, or is empty without `force`. A device file that is not of this suite's form is reported (kNotDone).
-// A fetched log is copied out and delivered before the job's folder is removed; when that fails it is brought
-// to safety where the device was told to delete its own, otherwise the folder stays. The firmware version of
-// system information is stored at the site, and a box says so when it is another one than before.
+// A fetched log is copied out before the job's folder is removed; when that fails it is brought to safety where
+// the device was told to delete its own, otherwise the folder stays. The firmware version of system information
+// is stored at the site, and a box says so when it is another one than before.
 class SystemRequest {
  public:
   explicit SystemRequest(const SessionRequestParts& parts);
 
   SystemAnswer run(const SystemOrder& order);
+
+  // After a log that was kept: whether whoever asked for it has all of it now. Otherwise as if it could not
+  // be copied.
+  void end_log(bool is_taken) const;
 
  private:
   struct Call;

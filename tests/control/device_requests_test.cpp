@@ -85,6 +85,18 @@ TEST_F(DeviceRequests, CopyTheLogOutAndRemoveTheFolder) {
             device["log"]);
 }
 
+TEST_F(DeviceRequests, KeepTheLogUntilItsReaderHasIt) {
+  device["log"] = "a";
+  order.keeps_log = true;
+  for (const bool is_taken : {true, false}) {
+    EXPECT_EQ(command(operation::kGetAndResetLog).log, "a");
+    EXPECT_EQ(run.left_behind().size(), 1U);
+    SystemRequest(parts).end_log(is_taken);
+    EXPECT_THAT(run.left_behind(), IsEmpty());
+  }
+  EXPECT_EQ(run.files.content[run.folders.GetRescuedFolder() + run.session.job.Name + "\\log"], "a");
+}
+
 TEST_F(DeviceRequests, ReadWhatTheDeviceTells) {
   device["time"] = devicefiles::write_device_time({kMoment});
   EXPECT_EQ(command(operation::kGetDateAndTime).clock, kMoment);
