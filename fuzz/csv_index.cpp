@@ -1,8 +1,9 @@
 // Any bytes as a CSV file: the index in steps and the rows on demand answer as the in-memory parser does;
-// caption, sort and find go through them without harm.
+// tables, sort and find go through them without harm.
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "csv/csv_file.h"
@@ -30,8 +31,28 @@ void compare_rows(CsvFile& file, const std::vector<Record>& records) {
   }
 }
 
+// Found in steps as at once, one after the other, each with rows and a name of its own.
+void compare_tables(CsvFile& file, const std::string& text) {
+  file.find_tables();
+  CsvFile at_once(std::make_unique<qvrcom::doubles::MemoryBytes>(text));
+  at_once.index().index_all();
+  at_once.find_tables();
+  require(file.tables().size() == at_once.tables().size());
+  require(file.caption_of_tables() == at_once.caption_of_tables());
+  std::set<std::string> names;
+  std::uint32_t end = 0;
+  for (std::size_t i = 0; i < file.tables().size(); ++i) {
+    const Table& table = file.tables()[i];
+    require(table.rows == at_once.tables()[i].rows && table.name == at_once.tables()[i].name);
+    require(table.rows.first >= end && table.rows.first < table.rows.end);
+    require(names.insert(fold_case(table.name)).second);
+    end = table.rows.end;
+  }
+  require(end <= file.index().row_count());
+}
+
 void sort_and_find(CsvFile& file) {
-  SortTask sort(file, file.find_caption().rows, 1, SortDirection::kDescending);
+  SortTask sort(file, {file.caption().rows, file.index().row_count()}, 1, SortDirection::kDescending);
   while (sort.step(3)) {
   }
   const RowOrder order = sort.take_order();
@@ -48,9 +69,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size > RowReader::kRowLimit) return 0;
   const std::string text(reinterpret_cast<const char*>(data), size);
   CsvFile file(std::make_unique<qvrcom::doubles::MemoryBytes>(text));
-  while (file.index().index_some(7)) {
-  }
+  while (file.index().index_some(7))
+    file.find_tables();
   compare_rows(file, parse_csv(text));
+  compare_tables(file, text);
   sort_and_find(file);
   return 0;
 }

@@ -124,26 +124,45 @@ void add_reset(CLI::App& stats, Invocation& invocation) {
   });
 }
 
-ExitCode show(CommandContext& context, const std::string& path, bool as_json) {
-  csv::CsvFile file(context.byte_sources.open(context.files.from_native(path)));
+struct ShowOptions {
+  std::string path;
+  std::string table;  // name or number; empty for all
+  bool json = false;
+};
+
+// Whether every row could be shown as its writer meant it.
+bool report_damage(const csv::CsvIndex& index, const std::string& path, Console& console) {
+  std::string detail;
+  for (const std::string& each : csv::damage_texts(index))
+    detail += each + "\n";
+  if (index.rows_left_out()) detail += "The file has more rows than can be shown.\n";
+  if (!detail.empty()) console.tell("\"" + path + "\" is damaged.", detail);
+  return detail.empty();
+}
+
+ExitCode show(CommandContext& context, const ShowOptions& options) {
+  csv::CsvFile file(context.byte_sources.open(context.files.from_native(options.path)));
   file.index().index_all();
-  if (as_json) {
-    write_csv_json(file, path, context.console.out());
+  file.find_tables();
+  const csv::Table* chosen = options.table.empty() ? nullptr : &find_table(file, options.table);
+  if (options.json) {
+    write_csv_json(file, chosen, options.path, context.console.out());
   } else {
-    write_csv_text(file, context.console.out());
+    write_csv_text(file, chosen, context.console.out());
   }
-  return ExitCode::kDone;
+  const bool whole = report_damage(file.index(), options.path, context.console);
+  return whole ? ExitCode::kDone : ExitCode::kFailed;
 }
 
 void add_show(CLI::App& stats, Invocation& invocation) {
-  CLI::App* command = stats.add_subcommand("show", "Write a statistics file as a table");
-  auto path = std::make_shared<std::string>();
-  auto as_json = std::make_shared<bool>(false);
-  command->add_option("FILE", *path, "A CSV file")->required();
-  command->add_flag("--json", *as_json, "As a JSON object");
-  command->callback([path, as_json, &invocation] {
+  CLI::App* command = stats.add_subcommand("show", "Write the tables of a statistics file");
+  const auto options = std::make_shared<ShowOptions>();
+  command->add_option("FILE", options->path, "A CSV file")->required();
+  command->add_option("--table", options->table, "One table alone: its name, or its number from 1");
+  command->add_flag("--json", options->json, "As a JSON object");
+  command->callback([options, &invocation] {
     invocation.needs_set_up = false;
-    invocation.command = [path, as_json](CommandContext& context) { return show(context, *path, *as_json); };
+    invocation.command = [options](CommandContext& context) { return show(context, *options); };
   });
 }
 

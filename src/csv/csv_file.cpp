@@ -36,6 +36,12 @@ std::string CsvFile::cell(std::uint32_t row, std::uint32_t column) {
   return to_utf8(this->row(row)[column]);
 }
 
+void CsvFile::find_tables() {
+  if (!caption_sought_) caption_ = find_caption();
+  caption_sought_ = true;
+  tables_.look(*this);
+}
+
 Caption CsvFile::find_caption() {
   Caption caption;
   const std::uint32_t limit = std::min(index_.row_count(), kCaptionRows + 1);
@@ -46,7 +52,9 @@ Caption CsvFile::find_caption() {
     if (cells.size() > 2 && !caption.lines.empty()) return caption;
     if (cells.size() != 2 && !empty_line) break;
   }
-  return {};
+  caption.rows = site_rows(*this);
+  caption.lines.resize(caption.rows);
+  return caption;
 }
 
 }  // namespace qvrcom::csv

@@ -19,11 +19,10 @@ std::uint64_t head_of(std::string_view text) {
 
 }  // namespace
 
-SortTask::SortTask(CsvFile& file, std::uint32_t first_row, std::uint32_t column, SortDirection direction)
+SortTask::SortTask(CsvFile& file, RowRange rows, std::uint32_t column, SortDirection direction)
     : reader_(file.index(), file.source()),
-      first_row_(first_row),
-      end_row_(file.index().row_count()),
-      next_row_(first_row),
+      rows_(rows),
+      next_row_(rows.first),
       column_(column),
       descending_(direction == SortDirection::kDescending) {}
 
@@ -43,10 +42,10 @@ bool SortTask::step(std::uint32_t rows) {
 }
 
 void SortTask::take_keys(std::uint32_t rows) {
-  const std::uint32_t stop = next_row_ + std::min(rows, end_row_ - std::min(end_row_, next_row_));
+  const std::uint32_t stop = next_row_ + std::min(rows, rows_.end - std::min(rows_.end, next_row_));
   for (; next_row_ < stop; ++next_row_)
     take_key(next_row_, reader_.cells(next_row_)[column_]);
-  if (next_row_ < end_row_) return;
+  if (next_row_ < rows_.end) return;
   number_sort_.emplace(std::move(numbers_), NumberLess{descending_});
   text_sort_.emplace(std::move(text_keys_), TextLess{this});
 }
@@ -64,7 +63,7 @@ void SortTask::take_key(std::uint32_t row, std::string_view cell) {
 }
 
 RowOrder SortTask::take_order() {
-  RowOrder order{first_row_, end_row_ - std::min(end_row_, first_row_)};
+  RowOrder order{rows_.first, rows_.count()};
   order.sorted.reserve(order.count);
   for (const Number& key : number_sort_->keys())
     order.sorted.push_back(key.row);

@@ -14,13 +14,13 @@ namespace qvrcom::csv {
 
 enum class SortDirection { kAscending, kDescending };
 
-// Orders the rows from `first_row` to the last by one column, a little at a time: numbers by value, then
-// texts without regard to case (by their first 256 bytes), cells that are empty or absent last in both
-// directions; rows that compare equal keep the file's order. About 40 bytes a row while it runs.
+// Orders rows by one column, a little at a time: numbers by value, then texts without regard to case (by
+// their first 256 bytes), cells that are empty or absent last in both directions; rows that compare equal
+// keep the file's order. About 40 bytes a row while it runs.
 class SortTask {
  public:
-  // The file is indexed to its end, and outlives the task.
-  SortTask(CsvFile& file, std::uint32_t first_row, std::uint32_t column, SortDirection direction);
+  // The rows are indexed; the file outlives the task.
+  SortTask(CsvFile& file, RowRange rows, std::uint32_t column, SortDirection direction);
 
   // Handles about `rows` rows; answers whether there is more to do. Fault when the file cannot be read.
   bool step(std::uint32_t rows);
@@ -55,8 +55,7 @@ class SortTask {
   std::string_view text_of(const Text& key) const { return {texts_.data() + key.place, key.length}; }
 
   RowReader reader_;
-  std::uint32_t first_row_;
-  std::uint32_t end_row_;
+  RowRange rows_;
   std::uint32_t next_row_;
   std::uint32_t column_;
   bool descending_;

@@ -23,7 +23,8 @@ inline constexpr char kSeparator = ',';
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // Sink: begin_record(std::uint64_t offset), content(std::string_view piece), end_field(), end_record().
-// Bytes may come in pieces cut anywhere; a field's content may come in several pieces.
+// Bytes may come in pieces cut anywhere; a field's content may come in several pieces. A sink may also have
+// quoted_content(piece), which then gets what stands in quotation marks, and text_behind_quote().
 template <class Sink>
 class RecordScanner {
  public:
@@ -78,6 +79,8 @@ class RecordScanner {
         break;
     }
     if (*at != '"') {
+      if constexpr (requires { sink_.text_behind_quote(); })
+        if (!ends_plain(*at)) sink_.text_behind_quote();
       state_ = State::kPlain;
       return at;
     }
@@ -108,7 +111,11 @@ class RecordScanner {
     const auto left = static_cast<std::size_t>(end - at);
     const auto* mark = static_cast<const char*>(std::memchr(at, '"', left));
     const std::size_t length = mark == nullptr ? left : static_cast<std::size_t>(mark - at);
-    if (length != 0) sink_.content({at, length});
+    if constexpr (requires { sink_.quoted_content(std::string_view()); }) {
+      if (length != 0) sink_.quoted_content({at, length});
+    } else {
+      if (length != 0) sink_.content({at, length});
+    }
     if (mark == nullptr) return consume(at, length);
     offset_ += length;
     return enter(State::kQuoteInQuoted, mark);

@@ -30,9 +30,7 @@ class Cells {
 // Reads rows in any order; rows asked for one after the other cost one read per 64 KiB.
 class RowReader {
  public:
-  // A row is read up to this many bytes; what a longer one has beyond is not shown. Only a damaged file has
-  // such a row: a quotation mark that is never closed makes one of all that follows.
-  static constexpr std::uint64_t kRowLimit = 1U << 20U;
+  static constexpr std::uint64_t kRowLimit = CsvIndex::kRowLimit;
 
   RowReader(const CsvIndex& index, ByteSource& source) : index_(index), source_(source) {}
 

@@ -37,39 +37,59 @@ QVariant tool_tip(const QString& text) {
 
 }  // namespace
 
-void CsvTableModel::show_file(std::unique_ptr<csv::CsvFile> file) {
-  show_file(std::move(file), {});
+csv::RowRange CsvPart::data_rows(const csv::CsvFile& file) const {
+  const std::vector<csv::Table>& tables = file.tables();
+  const std::uint32_t header = header_row ? 1 : 0;
+  if (table != kWholeFile) {
+    const csv::RowRange& rows = tables[static_cast<std::size_t>(table)].rows;
+    return {rows.first + header, rows.end};
+  }
+  const bool may_be_one_of_several = !file.index().complete() && tables.size() == 1;
+  return {file.caption().rows + header,
+          may_be_one_of_several ? tables[0].rows.end : file.index().row_count()};
 }
 
-void CsvTableModel::show_file(std::unique_ptr<csv::CsvFile> file, csv::RowOrder order) {
+void CsvTableModel::show_file(std::unique_ptr<csv::CsvFile> file, CsvPart part, csv::RowOrder order) {
   beginResetModel();
   file_ = std::move(file);
-  caption_ = file_ ? file_->find_caption() : csv::Caption{};
+  part_ = part;
   order_ = std::move(order);
   if (order_.sorted.empty()) order_ = file_order();
-  columns_ = file_columns();
+  first_data_row_ = file_ ? part_.data_rows(*file_).first : 0;
+  columns_ = part_columns();
   endResetModel();
+}
+
+void CsvTableModel::show_part(CsvPart part, csv::RowOrder order) {
+  show_file(std::move(file_), part, std::move(order));
 }
 
 csv::RowOrder CsvTableModel::file_order() const {
   if (!file_) return {};
-  const std::uint32_t rows = file_->index().row_count();
-  const std::uint32_t first = first_data_row(*file_);
-  return {first, rows - std::min(first, rows)};
+  const csv::RowRange rows = part_.data_rows(*file_);
+  return {rows.first, rows.count()};
 }
 
-std::uint32_t CsvTableModel::first_data_row(csv::CsvFile& file) const {
-  const std::uint32_t caption = &file == file_.get() ? caption_.rows : file.find_caption().rows;
-  return caption + (header_row_ ? 1U : 0U);
+int CsvTableModel::part_columns() const {
+  if (!file_) return 0;
+  const bool whole = part_.table == CsvPart::kWholeFile;
+  const std::uint32_t columns =
+      whole ? file_->index().column_count() : file_->tables()[static_cast<std::size_t>(part_.table)].columns;
+  return static_cast<int>(std::min<std::uint32_t>(columns, kMaxColumns));
 }
 
-int CsvTableModel::file_columns() const {
-  return file_ ? static_cast<int>(std::min<std::uint32_t>(file_->index().column_count(), kMaxColumns)) : 0;
+csv::CaptionLines CsvTableModel::caption() const {
+  if (!file_) return {};
+  if (part_.table == CsvPart::kWholeFile) return file_->caption().lines;
+  const csv::Table& table = file_->tables()[static_cast<std::size_t>(part_.table)];
+  csv::CaptionLines lines = file_->caption_of_tables();
+  lines.insert(lines.end(), table.lines.begin(), table.lines.end());
+  return lines;
 }
 
 void CsvTableModel::announce_indexed_rows() {
   if (!file_ || !order_.sorted.empty()) return;
-  const int columns = file_columns();
+  const int columns = part_columns();
   if (columns > columns_) {
     beginInsertColumns({}, columns_, columns - 1);
     columns_ = columns;
@@ -80,14 +100,6 @@ void CsvTableModel::announce_indexed_rows() {
   beginInsertRows({}, static_cast<int>(order_.count), static_cast<int>(grown.count) - 1);
   order_ = grown;
   endInsertRows();
-}
-
-void CsvTableModel::set_header_row(bool header_row) {
-  if (header_row == header_row_) return;
-  beginResetModel();
-  header_row_ = header_row;
-  order_ = file_order();
-  endResetModel();
 }
 
 void CsvTableModel::set_order(csv::RowOrder order) {
@@ -153,13 +165,13 @@ QVariant CsvTableModel::headerData(int section, Qt::Orientation orientation, int
   if (role != Qt::DisplayRole || section < 0) return {};
   if (orientation == Qt::Horizontal) return column_name(section);
   if (section >= rowCount()) return {};
-  return order_.file_row(static_cast<std::uint32_t>(section)) - first_data_row(*file_) + 1;
+  return order_.file_row(static_cast<std::uint32_t>(section)) - first_data_row_ + 1;
 }
 
 QString CsvTableModel::column_name(int column) const {
   QString name;
-  if (header_row_ && file_ && caption_.rows < file_->index().row_count())
-    name = shown(file_text(caption_.rows, column));
+  if (part_.header_row && file_ && first_data_row_ <= file_->index().row_count())
+    name = shown(file_text(first_data_row_ - 1, column));
   return name.isEmpty() ? tr("Column %1").arg(column + 1) : name;
 }
 

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -27,12 +28,8 @@ namespace {
 constexpr std::uint64_t kIndexedAStep = 1U << 20U;
 constexpr std::uint32_t kRowsAStep = 5'000;
 constexpr qint64 kAnnounceMilliseconds = 150;  // a view goes through all its rows when some are added
-constexpr int kRowsThatFitColumns = 100;
-constexpr int kColumnsThatAreFitted = 200;
-constexpr int kNarrowColumn = 48;
-constexpr int kWideColumn = 320;
-constexpr int kCellPadding = 18;
 constexpr qsizetype kCopiedCharacters = 64'000'000;
+constexpr std::size_t kDamagedRowsTold = 3;
 
 }  // namespace
 
@@ -40,6 +37,7 @@ ucStats::ucStats(const csv::ByteSources& sources, QWidget* parent)
     : QWidget(parent), sources_(sources), model_(new CsvTableModel(this)) {
   setAccessibleName(tr("Statistics grid"));
   build_table();
+  build_list();
   build_layout();
   build_actions();
   connect(model_, &CsvTableModel::read_failed, this,
@@ -96,10 +94,14 @@ void ucStats::build_layout() {
   button("cmdFind", tr("&Find..."), tools, &ucStats::open_find);
   button("cmdClose", tr("&Close"), bottom, &ucStats::CloseRequested);
 
+  auto* tables = new QGridLayout;
+  tables->addWidget(list_label_, 0, 0);
+  tables->addLayout(tools, 0, 1);
+  tables->addWidget(list_, 1, 0);
+  tables->addWidget(table_, 1, 1);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(caption_);
-  layout->addLayout(tools);
-  layout->addWidget(table_, 1);
+  layout->addLayout(tables, 1);
   layout->addWidget(find_bar_);
   layout->addLayout(bottom);
 }
@@ -109,10 +111,11 @@ void ucStats::build_actions() {
   table_->addAction(add_action(tr("Find..."), QKeySequence::Find, &ucStats::open_find));
   add_action(tr("Find Next"), QKeySequence::FindNext, &ucStats::find_next);
   add_action(tr("Find Previous"), QKeySequence::FindPrevious, &ucStats::find_previous);
+  add_action(tr("Next Table"), Qt::CTRL | Qt::Key_PageDown, &ucStats::next_table);
+  add_action(tr("Previous Table"), Qt::CTRL | Qt::Key_PageUp, &ucStats::previous_table);
 }
 
-QAction* ucStats::add_action(const QString& caption, QKeySequence::StandardKey key,
-                             void (ucStats::*handler)()) {
+QAction* ucStats::add_action(const QString& caption, const QKeySequence& key, void (ucStats::*handler)()) {
   auto* action = new QAction(caption, this);
   action->setShortcut(key);
   action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -144,6 +147,7 @@ void ucStats::load() {
   if (shown_stamp_ == stamp) return;
   auto file = std::make_unique<csv::CsvFile>(sources_.open(path));
   file->index().index_some(kIndexedAStep);
+  file->find_tables();
   shown_stamp_ = stamp;
   model_->file() == nullptr ? show_first_rows(std::move(file)) : read_anew(std::move(file));
 }
@@ -156,28 +160,34 @@ void ucStats::forget_file() {
   next_file_.reset();
   waiting_find_.reset();
   shown_stamp_.reset();
-  sort_column_ = -1;
-  model_->show_file(nullptr);
-  caption_->set_lines({});
-  show_sort_indicator();
+  views_.forget();
+  model_->show_file(nullptr, views_.of(CsvPart::kWholeFile).part);
+  list_->set_names({});
+  list_label_->hide();
+  put_back(TableView());
   say({});
 }
 
 void ucStats::show_first_rows(std::unique_ptr<csv::CsvFile> file) {
-  model_->show_file(std::move(file));
-  caption_->set_lines(model_->caption().lines);
-  fit_columns();
-  if (model_->rowCount() > 0) table_->setCurrentIndex(model_->index(0, 0));
+  const bool several = file->tables().size() > 1;
+  TableView& shown = view_of(several ? 0 : CsvPart::kWholeFile, *file);
+  model_->show_file(std::move(file), shown.part);
+  show_names();
+  put_back(shown);
   if (model_->file()->index().complete()) return settle();
   since_announced_.start();
-  loading_.start({[this] { return model_->file()->index().index_some(kIndexedAStep); },
+  loading_.start({[this] {
+                    const bool more = model_->file()->index().index_some(kIndexedAStep);
+                    model_->file()->find_tables();
+                    return more;
+                  },
                   [this] { show_reading(); },
                   [this] {
-                    model_->announce_indexed_rows();
+                    take_up_indexed();
                     settle();
                   },
                   [this](const base::Fault& fault) {
-                    model_->announce_indexed_rows();
+                    take_up_indexed();
                     shown_stamp_.reset();
                     say_fault(tr("The rest of the file cannot be read."), fault);
                   }});
@@ -186,7 +196,7 @@ void ucStats::show_first_rows(std::unique_ptr<csv::CsvFile> file) {
 void ucStats::show_reading() {
   const csv::CsvIndex& index = model_->file()->index();
   if (since_announced_.elapsed() >= kAnnounceMilliseconds) {
-    model_->announce_indexed_rows();
+    take_up_indexed();
     since_announced_.start();
   }
   const auto percent = 100 * index.indexed_bytes() / std::max<std::uint64_t>(index.total_bytes(), 1);
@@ -209,22 +219,29 @@ void ucStats::read_anew(std::unique_ptr<csv::CsvFile> file) {
 }
 
 bool ucStats::read_anew_step() {
-  if (next_file_->index().index_some(kIndexedAStep)) return true;
-  if (sort_column_ < 0) return false;
+  const bool more = next_file_->index().index_some(kIndexedAStep);
+  next_file_->find_tables();
+  if (more) return true;
+  const std::optional<int> table = views_.same_table(model_->part().table, *next_file_);
+  if (sort_column_ < 0 || !table) return false;
   if (!sort_) {
-    sort_ = std::make_unique<csv::SortTask>(*next_file_, model_->first_data_row(*next_file_),
+    const CsvPart part{*table, model_->part().header_row};
+    sort_ = std::make_unique<csv::SortTask>(*next_file_, part.data_rows(*next_file_),
                                             static_cast<std::uint32_t>(sort_column_), sort_direction_);
   }
   return sort_->step(kRowsAStep);
 }
 
 void ucStats::show_read_anew() {
-  const ViewPlace place(*table_);
-  model_->show_file(std::move(next_file_), sort_ ? sort_->take_order() : csv::RowOrder{});
+  keep_view();
+  const int first = next_file_->tables().size() > 1 ? 0 : CsvPart::kWholeFile;
+  const int table = views_.same_table(model_->part().table, *next_file_).value_or(first);
+  views_.follow(*next_file_);
+  TableView& shown = view_of(table, *next_file_);
+  model_->show_file(std::move(next_file_), shown.part, sort_ ? sort_->take_order() : csv::RowOrder{});
   sort_.reset();
-  caption_->set_lines(model_->caption().lines);
-  show_sort_indicator();
-  place.restore(*table_);
+  show_names();
+  put_back(shown);
   settle();
 }
 
@@ -234,19 +251,6 @@ void ucStats::settle() {
   if (sort_column_ >= 0 && model_->order().sorted.empty()) start_sort();
   if (busy() || !waiting_find_) return;
   find(*std::exchange(waiting_find_, std::nullopt));
-}
-
-void ucStats::fit_columns() {
-  const QFontMetrics metrics = table_->fontMetrics();
-  for (int column = 0; column < std::min(model_->columnCount(), kColumnsThatAreFitted); ++column) {
-    const QString name = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    int width = metrics.horizontalAdvance(name) + metrics.averageCharWidth() * 2;  // and the sort arrow
-    for (int line = 0; line < std::min(model_->rowCount(), kRowsThatFitColumns); ++line) {
-      const QString text = model_->data(model_->index(line, column), Qt::DisplayRole).toString();
-      width = std::max(width, metrics.horizontalAdvance(text));
-    }
-    table_->setColumnWidth(column, std::clamp(width + kCellPadding, kNarrowColumn, kWideColumn));
-  }
 }
 
 // Sorting
@@ -274,8 +278,7 @@ void ucStats::start_sort() {
     model_->set_file_order();
     return settle();
   }
-  csv::CsvFile& file = *model_->file();
-  sort_ = std::make_unique<csv::SortTask>(file, model_->first_data_row(file),
+  sort_ = std::make_unique<csv::SortTask>(*model_->file(), model_->part().data_rows(*model_->file()),
                                           static_cast<std::uint32_t>(sort_column_), sort_direction_);
   working_.start({[this] { return sort_->step(kRowsAStep); }, [this] { say(tr("Sorting...")); },
                   [this] {
@@ -297,7 +300,10 @@ void ucStats::set_header_row(bool header_row) {
   sort_.reset();
   sort_column_ = -1;
   show_sort_indicator();
-  model_->set_header_row(header_row);
+  CsvPart part = model_->part();
+  part.header_row = header_row;
+  views_.of(part.table).part = part;
+  model_->show_part(part);
   if (!loading_.running()) say_totals();
 }
 
@@ -372,13 +378,14 @@ void ucStats::say_totals() {
   const csv::CsvIndex& index = model_->file()->index();
   QString text = tr("%1 rows, %2 columns")
                      .arg(QLocale().toString(model_->rowCount()), QLocale().toString(model_->columnCount()));
-  const std::pair<bool, QString> remarks[] = {
-      {index.unclosed_quote(), tr("The last row has a quotation mark that is never closed.")},
-      {index.rows_left_out(), tr("The file has more rows than can be shown.")},
-      {index.column_count() > CsvTableModel::kMaxColumns,
-       tr("The file has more columns than can be shown.")}};
-  for (const auto& [holds, remark] : remarks)
-    if (holds) text += QLatin1String(". ") + remark;
+  QStringList remarks;
+  for (const std::string& damage : csv::damage_texts(index, kDamagedRowsTold))
+    remarks.append(qt_text(damage));
+  if (index.rows_left_out()) remarks.append(tr("The file has more rows than can be shown."));
+  if (index.column_count() > CsvTableModel::kMaxColumns)
+    remarks.append(tr("The file has more columns than can be shown."));
+  if (index.blocks_left_out()) remarks.append(tr("The file has more tables than are listed."));
+  if (!remarks.isEmpty()) text += QLatin1String(". ") + remarks.join(u' ');
   say(text);
 }
 

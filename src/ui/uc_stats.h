@@ -10,6 +10,7 @@
 #include "csv/csv_find.h"
 #include "csv/csv_sort.h"
 #include "ui/slices.h"
+#include "ui/uc_stats_views.h"
 
 class QCheckBox;
 class QLabel;
@@ -20,11 +21,14 @@ namespace qvrcom::ui {
 class CaptionPanel;
 class CsvTableModel;
 class FindBar;
+class TableList;
 
 // The statistics grid: shows any CSV file of any length. The first rows are there at once, the rest is
-// indexed while the window stays alive; so are sorting and finding done.
+// indexed while the window stays alive; so are sorting and finding done. Of a file of several tables one is
+// shown at a time, or the whole file; each keeps its order, selection, place and search.
 //
-//   keys   Ctrl+F find, F3 and Shift+F3 next and previous, Ctrl+C copy, Escape closes
+//   keys   Ctrl+F find, F3 and Shift+F3 next and previous, Ctrl+C copy, Escape closes,
+//          Ctrl+PgDown and Ctrl+PgUp next and previous table
 //   sort   a click on a column's name: up, down, the file's order; cmdSort does so for the current column
 class ucStats : public QWidget {
   Q_OBJECT
@@ -41,8 +45,8 @@ class ucStats : public QWidget {
   QString CSVFileName() const { return csv_file_name_; }
   void set_CSVFileName(const QString& path) { csv_file_name_ = path; }
 
-  // Reads the file unless it is shown already and has not changed. The same file read anew keeps its place,
-  // order and selection. What cannot be read is said in the status line.
+  // Reads the file unless it is shown already and has not changed. The same file read anew keeps its table,
+  // place, order and selection. What cannot be read is said in the status line.
   Q_INVOKABLE void LoadAndDisplay();
 
   bool busy() const { return loading_.running() || working_.running(); }
@@ -57,8 +61,9 @@ class ucStats : public QWidget {
  private:
   void build_table();
   void build_layout();
+  void build_list();
   void build_actions();
-  QAction* add_action(const QString& caption, QKeySequence::StandardKey key, void (ucStats::*handler)());
+  QAction* add_action(const QString& caption, const QKeySequence& key, void (ucStats::*handler)());
 
   void load();
   void forget_file();
@@ -67,8 +72,19 @@ class ucStats : public QWidget {
   bool read_anew_step();
   void show_reading();
   void show_read_anew();
+  void take_up_indexed();
   void settle();
   void fit_columns();
+
+  TableView& view_of(int table, const csv::CsvFile& file);
+  void show_names();
+  void keep_view();
+  void show_view(TableView& shown);
+  void put_back(const TableView& shown);
+  void choose_table(int line);
+  void next_table() { step_table(1); }
+  void previous_table() { step_table(-1); }
+  void step_table(int lines);
 
   void sort_next(int column);
   void sort_current_column();
@@ -97,12 +113,15 @@ class ucStats : public QWidget {
   CsvTableModel* model_;
   QTableView* table_;
   CaptionPanel* caption_;
+  QLabel* list_label_;
+  TableList* list_;
   FindBar* find_bar_;
   QCheckBox* header_row_;
   QLabel* status_;
 
   Slices loading_;  // indexing, and all of a file that is read anew
   Slices working_;  // sorting or finding in the file that is shown
+  TableViews views_;
   std::unique_ptr<csv::CsvFile> next_file_;
   std::unique_ptr<csv::SortTask> sort_;
   std::unique_ptr<csv::FindTask> find_;

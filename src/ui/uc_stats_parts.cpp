@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
+#include <algorithm>
 
 #include "ui/elements.h"
 
@@ -12,6 +14,10 @@ namespace qvrcom::ui {
 namespace {
 
 constexpr int kPairsOnALine = 3;
+constexpr int kListPadding = 24;  // around a line, and its scroll bar
+constexpr int kLineSpacing = 8;
+constexpr int kNarrowList = 100;
+constexpr int kWideList = 220;
 
 QLabel* text_label(const QString& text, QWidget* parent) {
   auto* label = new QLabel(text, parent);
@@ -35,18 +41,45 @@ void CaptionPanel::set_lines(const std::vector<std::pair<std::string, std::strin
   qDeleteAll(findChildren<QLabel*>(QString(), Qt::FindDirectChildrenOnly));
   int pair = 0;
   for (const auto& [name, value] : lines) {
-    auto* name_label = text_label(qt_text(name) + u':', this);
+    auto* name_label = text_label(name.empty() ? QString() : qt_text(name) + u':', this);
     auto* value_label = text_label(qt_text(value), this);
     QFont bold = value_label->font();
     bold.setBold(true);
     value_label->setFont(bold);
     value_label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    value_label->setAccessibleName(name_label->text() + u' ' + value_label->text());
+    value_label->setAccessibleName((name_label->text() + u' ' + value_label->text()).trimmed());
     grid_->addWidget(name_label, pair / kPairsOnALine, 3 * (pair % kPairsOnALine));
     grid_->addWidget(value_label, pair / kPairsOnALine, 3 * (pair % kPairsOnALine) + 1);
     ++pair;
   }
   setVisible(pair > 0);
+}
+
+TableList::TableList(QWidget* parent) : QListWidget(parent) {
+  named(this, "lstTables", tr("Tables of this file"));
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setTextElideMode(Qt::ElideRight);
+  setUniformItemSizes(true);
+  hide();
+}
+
+void TableList::set_names(const QStringList& names) {
+  if (names == names_) return;
+  names_ = names;
+  const QSignalBlocker quiet(this);
+  const int current = currentRow();
+  clear();
+  int width = 0;
+  for (const QString& name : names) {
+    auto* line = new QListWidgetItem(name, this);
+    line->setToolTip(QStringLiteral("<p>%1</p>").arg(name.toHtmlEscaped()));
+    line->setSizeHint({0, fontMetrics().height() + kLineSpacing});
+    width = std::max(width, fontMetrics().horizontalAdvance(name));
+  }
+  setCurrentRow(std::min(current, count() - 1));
+  const int frame = 2 * frameWidth() + kListPadding;
+  setFixedWidth(std::clamp(width + frame, kNarrowList, kWideList));
+  setVisible(!names.isEmpty());
 }
 
 FindBar::FindBar(QWidget* parent) : QWidget(parent) {
@@ -72,6 +105,10 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent) {
 
 QString FindBar::text() const {
   return text_->text();
+}
+
+void FindBar::set_text(const QString& text) {
+  text_->setText(text);
 }
 
 void FindBar::open() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QListWidget>
+#include <QStringList>
 #include <QWidget>
 #include <string>
 #include <utility>
@@ -20,6 +22,17 @@ class CaptionPanel : public QWidget {
   QGridLayout* grid_;
 };
 
+// The file's tables by name, and the whole file last. Hidden while there is but one table.
+class TableList : public QListWidget {
+ public:
+  explicit TableList(QWidget* parent);
+  // None hides the list. The current line stays.
+  void set_names(const QStringList& names);
+
+ private:
+  QStringList names_;
+};
+
 // The line in which the text to look for is typed.
 class FindBar : public QWidget {
   Q_OBJECT
@@ -27,6 +40,7 @@ class FindBar : public QWidget {
  public:
   explicit FindBar(QWidget* parent);
   QString text() const;
+  void set_text(const QString& text);
   // Shows the bar with its text selected, ready to be typed over.
   void open();
 

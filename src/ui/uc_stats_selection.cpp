@@ -88,7 +88,8 @@ std::optional<QString> selection_text(const CsvTableModel& model, const QItemSel
 ViewPlace::ViewPlace(const QTableView& view)
     : horizontal_(view.horizontalScrollBar()->value()), vertical_(view.verticalScrollBar()->value()) {
   const csv::RowOrder& order = model_of(view).order();
-  const auto row = [&](int line) { return order.file_row(static_cast<std::uint32_t>(line)); };
+  const std::uint32_t first = model_of(view).first_data_row();
+  const auto row = [&](int line) { return order.file_row(static_cast<std::uint32_t>(line)) - first; };
   const QModelIndex current = view.currentIndex();
   if (current.isValid())
     current_.push_back({row(current.row()), row(current.row()), current.column(), current.column()});
@@ -104,10 +105,11 @@ ViewPlace::ViewPlace(const QTableView& view)
 
 void ViewPlace::restore(QTableView& view) const {
   const CsvTableModel& model = model_of(view);
+  const std::uint32_t first = model.first_data_row();
   std::vector<std::uint32_t> rows;
   for (const auto* list : {&selected_, &current_})
     for (const Range& range : *list)
-      rows.insert(rows.end(), {range.first_row, range.last_row});
+      rows.insert(rows.end(), {range.first_row + first, range.last_row + first});
   const std::vector<int> lines = model.lines_of(rows);
   const int last_column = model.columnCount() - 1;
   QItemSelection selection;
@@ -124,6 +126,7 @@ void ViewPlace::restore(QTableView& view) const {
     view.selectionModel()->setCurrentIndex(model.index(lines.back(), current_[0].left),
                                            QItemSelectionModel::NoUpdate);
   view.selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+  view.doItemsLayout();  // or the scroll bars still know the table that was shown before
   view.horizontalScrollBar()->setValue(horizontal_);
   view.verticalScrollBar()->setValue(vertical_);
 }

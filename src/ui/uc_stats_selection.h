@@ -17,8 +17,8 @@ class CsvTableModel;
 std::optional<QString> selection_text(const CsvTableModel& model, const QItemSelection& selection,
                                       qsizetype limit);
 
-// Where the user stands in a table, in rows of the file, so that it can be found again in a file that was
-// read anew and perhaps sorted differently.
+// Where the user stands in a table, in rows of the table before it is sorted, so that it can be found again
+// after another table was shown, or in a file that was read anew and perhaps sorted differently.
 class ViewPlace {
  public:
   explicit ViewPlace(const QTableView& view);

@@ -242,6 +242,27 @@ TEST_F(CommandsTest, StatisticsAreShownAsTextAndAsJson) {
   EXPECT_EQ(json()["rows"].toArray().size(), 0);
 }
 
+TEST_F(CommandsTest, EachTableIsShownUnderItsOwnHeaderAndDamageIsTold) {
+  write("x.csv", "SiteName,A\nLine,Calls\n1,2\n\nOften used\nNode,Name,Hits\nMSG1,x\n2,\"3\n4,5\n");
+  EXPECT_EQ(run({"stats", "show", run.path("x.csv")}), 1);
+  EXPECT_EQ(run.out,
+            "SiteName: A\n\nLine  Calls\n1     2\n\nOften used\n"
+            "Node  Name          Hits\nMSG1  x\n2     3\\x0A4,5\\x0A\n");
+  EXPECT_THAT(run.err, HasSubstr("x.csv\" is damaged.\n  Line 8: a quotation mark is never closed"));
+  EXPECT_EQ(run({"stats", "show", "--json", run.path("x.csv")}), 1);
+  EXPECT_EQ(json()["caption"][0].toArray(), (QJsonArray{"SiteName", "A"}));
+  EXPECT_EQ(json()["tables"][0]["rows"].toArray(),
+            (QJsonArray{QJsonArray{"Line", "Calls"}, QJsonArray{"1", "2"}}));
+  EXPECT_EQ(json()["tables"][1]["name"], QJsonValue("Often used"));
+  EXPECT_EQ(json()["tables"][1]["header"], QJsonValue(true));
+  for (const char* table : {"1", "line"}) {
+    EXPECT_EQ(run({"stats", "show", "--json", "--table", table, run.path("x.csv")}), 1);
+    EXPECT_EQ(json()["rows"].toArray(), (QJsonArray{QJsonArray{"Line", "Calls"}, QJsonArray{"1", "2"}}));
+  }
+  EXPECT_EQ(run({"stats", "show", "--table", "3", run.path("x.csv")}), 1);
+  EXPECT_THAT(run.err, HasSubstr("has no table \"3\".\n  It has:\n  1  Line\n  2  Often used\n"));
+}
+
 TEST_F(CommandsTest, JobsOfAllListsStandSideBySide) {
   const std::string scheduler = run.path("AppData/Corbelin/QVRCOM+/Scheduler/");
   const std::string line =

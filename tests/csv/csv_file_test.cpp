@@ -48,7 +48,7 @@ TEST(CsvFile, HasTheRowsOfTheParserHoweverItIsIndexed) {
         columns = std::max(columns, record.size());
       EXPECT_EQ(rows_of(file), expected) << testing::PrintToString(text) << " in steps of " << step;
       EXPECT_EQ(file.index().column_count(), columns);
-      EXPECT_EQ(file.index().unclosed_quote(), text.find("unclosed") != std::string::npos);
+      EXPECT_EQ(file.index().damaged_row_count(), text.find("unclosed") != std::string::npos ? 1U : 0U);
     }
   }
 }
@@ -104,6 +104,7 @@ TEST(CsvFile, TellsACaptionFromData) {
        {{"SiteName", "USA_Office"}, {"UserSiteID", "101"}},
        2},
       {"Site,Caf\xE9\n\nNode,Calls,Busy\n", {{"Site", "Caf\xC3\xA9"}}, 2},
+      {"SiteName,\nUserSiteID,1\na,b\nc,d\n", {{"SiteName", ""}, {"UserSiteID", "1"}}, 2},
       {"a,b\nc,d\n", {}, 0},           // two columns throughout: data
       {"a,b,c\nd,e\n", {}, 0},         // the wide row comes first
       {"\na,b\nc,d,e\n", {}, 0},       // an empty line at the start
@@ -113,7 +114,8 @@ TEST(CsvFile, TellsACaptionFromData) {
   for (const Case& each : cases) {
     CsvFile file = file_of(each.text);
     file.index().index_all();
-    const Caption caption = file.find_caption();
+    file.find_tables();
+    const Caption& caption = file.caption();
     EXPECT_EQ(caption.lines, each.lines) << each.text;
     EXPECT_EQ(caption.rows, each.rows) << each.text;
   }

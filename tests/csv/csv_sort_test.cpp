@@ -13,7 +13,7 @@ Rows sorted(const std::string& text, std::uint32_t first, std::uint32_t column, 
             std::uint32_t step) {
   CsvFile file(std::make_unique<doubles::MemoryBytes>(text));
   file.index().index_all();
-  SortTask task(file, first, column, direction);
+  SortTask task(file, {first, file.index().row_count()}, column, direction);
   while (task.step(step)) {
   }
   return task.take_order().sorted;

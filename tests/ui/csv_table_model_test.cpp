@@ -16,6 +16,7 @@ using doubles::MemoryBytes;
 std::unique_ptr<CsvFile> file_of(std::string text) {
   auto file = std::make_unique<CsvFile>(std::make_unique<MemoryBytes>(std::move(text)));
   file->index().index_all();
+  file->find_tables();
   return file;
 }
 
@@ -35,10 +36,10 @@ TEST(CsvTableModel, LeavesCaptionAndHeaderOutOfTheTable) {
   model.show_file(file_of(kStatistics));
   EXPECT_EQ(model.rowCount(), 3);
   EXPECT_EQ(model.columnCount(), 3);
-  EXPECT_EQ(model.caption().lines.at(0).second, "USA_Office");
+  EXPECT_EQ(model.caption().at(0).second, "USA_Office");
   EXPECT_EQ(name(model, 1), "Calls");
   EXPECT_EQ(shown(model, 1, 2), "");  // a short row
-  model.set_header_row(false);
+  model.show_part({CsvPart::kWholeFile, false});
   EXPECT_EQ(model.rowCount(), 4);
   EXPECT_EQ(name(model, 1), "Column 2");
   EXPECT_EQ(shown(model, 0, 1), "Calls");
@@ -64,6 +65,7 @@ TEST(CsvTableModel, GrowsWithTheIndex) {
   auto file = std::make_unique<CsvFile>(std::make_unique<MemoryBytes>("h\n1\n2\n3,wide\n"));
   CsvFile& indexed = *file;
   indexed.index().index_some(5);
+  indexed.find_tables();
   CsvTableModel model;
   model.show_file(std::move(file));
   EXPECT_EQ(model.rowCount(), 1);
@@ -73,6 +75,7 @@ TEST(CsvTableModel, GrowsWithTheIndex) {
                      added.append({first, last});
                    });
   indexed.index().index_all();
+  indexed.find_tables();
   model.announce_indexed_rows();
   EXPECT_EQ(added, (QList<QPair<int, int>>{{1, 2}}));
   EXPECT_EQ(model.columnCount(), 2);

@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTest>
@@ -24,8 +25,8 @@ namespace {
 using doubles::MemoryBytes;
 
 struct OneFile : csv::ByteSources {
-  csv::FileStamp stamp(const std::string& path) const override {
-    if (path != "C:\\Stats1.csv") throw base::Fault("File not found", "Reading \"" + path + "\".");
+  csv::FileStamp stamp(const std::string& wanted) const override {
+    if (wanted != path) throw base::Fault("File not found", "Reading \"" + wanted + "\".");
     return {text.size(), modified, 1};
   }
   std::unique_ptr<csv::ByteSource> open(const std::string&) const override {
@@ -37,6 +38,7 @@ struct OneFile : csv::ByteSources {
     ++modified;
   }
 
+  std::string path = "C:\\Stats1.csv";
   std::string text;
   std::int64_t modified = 0;
   mutable int opened = 0;
@@ -112,7 +114,9 @@ TEST(UcStats, ShowsAndSortsAFile) {
 
 TEST(UcStats, SaysWhatCannotBeShown) {
   Grid grid("a,b\n\"1,2");
-  EXPECT_EQ(grid.status(), "1 rows, 2 columns. The last row has a quotation mark that is never closed.");
+  EXPECT_EQ(
+      grid.status(),
+      "1 rows, 2 columns. Line 2: a quotation mark is never closed, so the rest of the file is one row.");
   grid.load("C:\\gone.csv");
   EXPECT_EQ(grid.status(), "The file cannot be shown. File not found: Reading \"C:\\gone.csv\".");
   EXPECT_EQ(grid.table().model()->rowCount(), 0);
@@ -143,6 +147,78 @@ TEST(UcStats, ReadsAChangedFileAnewAndKeepsTheUsersPlace) {
     EXPECT_EQ(grid.table().selectionModel()->selectedIndexes(), QModelIndexList{grid.table().currentIndex()});
     EXPECT_EQ(grid.table().verticalScrollBar()->value(), scrolled);
     EXPECT_EQ(grid.text(kRows, 0), "new");
+  }
+}
+
+TEST(UcStats, EachTableOfAFileIsShownByItself) {
+  const std::string lines = "SiteName,A\nLine,Calls,Busy\n1,10,3\n2,9,4\n";
+  const std::string nodes = "\nNode,Seconds\nb,5\na,7\nlobby,1\n";
+  Grid grid(lines + nodes);
+  auto& list = grid.part<QListWidget>("lstTables");
+  const auto shown = [&] { return grid.first_column() + grid.status(); };
+  const auto press = [&](Qt::Key key) {
+    QTest::keyClick(&grid.table(), key, Qt::ControlModifier);
+    grid.settle();
+  };
+  EXPECT_TRUE(list.isVisible());
+  EXPECT_EQ(shown(), "1 2 2 rows, 3 columns");
+  grid.sort_by(1);
+  press(Qt::Key_PageDown);
+  EXPECT_EQ(shown(), "b a lobby 3 rows, 2 columns");
+  EXPECT_EQ(list.currentItem()->text(), "Node");
+  grid.part<QLineEdit>("txtFind").setText("LOBBY");
+  QTest::keyClick(&grid.table(), Qt::Key_F3);
+  grid.settle();
+  EXPECT_EQ(grid.status(), "Found in row 3, Node.");
+  grid.sort_by(1);
+  grid.sort_by(1);
+  EXPECT_EQ(shown(), "a b lobby 3 rows, 2 columns");
+  press(Qt::Key_PageUp);
+  EXPECT_EQ(shown(), "2 1 2 rows, 3 columns");
+  EXPECT_EQ(grid.part<QLineEdit>("txtFind").text(), "");
+  QTest::keyClick(&list, Qt::Key_End);
+  grid.settle();
+  EXPECT_EQ(list.currentItem()->text(), "Whole File");
+  EXPECT_EQ(shown(), "1 2  Node b a lobby 7 rows, 3 columns");
+
+  press(Qt::Key_PageUp);
+  EXPECT_EQ(grid.current(), "lobby");
+  grid.load("C:\\Stats1.csv");
+  EXPECT_EQ(shown(), "a b lobby 3 rows, 2 columns");
+  grid.sources.change(lines + "3,8,5\n" + nodes + "c,6\n\nHour,Calls\n0,1\n");
+  grid.load("C:\\Stats1.csv");
+  EXPECT_EQ(shown(), "a c b lobby 4 rows, 2 columns");
+  EXPECT_EQ(grid.current(), "lobby");
+  EXPECT_EQ(list.currentRow(), 1);
+  EXPECT_EQ(list.count(), 4);
+  press(Qt::Key_PageUp);
+  EXPECT_EQ(shown(), "3 2 1 3 rows, 3 columns");
+  grid.sources.change(lines);
+  grid.load("C:\\Stats1.csv");
+  EXPECT_FALSE(list.isVisible());
+  EXPECT_EQ(shown(), "2 1 2 rows, 3 columns");
+}
+
+TEST(UcStats, ATableThatComesLateJoinsTheOneThatIsShown) {
+  constexpr int kRows = 200'000;
+  Grid grid(kSmall);
+  grid.sources.change(long_text(kRows) + "\nHour,Calls\n00:00,1\n");
+  grid.sources.path = "C:\\Stats2.csv";
+  grid.grid->setProperty("CSVFileName", "C:\\Stats2.csv");
+  grid.grid->LoadAndDisplay();
+  auto& list = grid.part<QListWidget>("lstTables");
+  EXPECT_FALSE(list.isVisible());
+  const QModelIndex cell = grid.table().model()->index(20'000, 1);
+  grid.table().setCurrentIndex(cell);
+  const int scrolled = grid.table().verticalScrollBar()->value();
+  EXPECT_GT(scrolled, 0);
+  grid.settle();
+  EXPECT_EQ(list.count(), 3);
+  EXPECT_EQ(grid.table().model()->rowCount(), kRows);
+  for (const int line : {0, 1, 0}) {
+    list.setCurrentRow(line);
+    EXPECT_EQ(grid.current(), line == 0 ? "180000" : "00:00");
+    EXPECT_EQ(grid.table().verticalScrollBar()->value(), line == 0 ? scrolled : 0);
   }
 }
 
