@@ -1,5 +1,6 @@
 #include "cli/telnet_terminal.h"
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -61,7 +62,15 @@ void TelnetTerminal::ended(const std::string& why) {
   console_.tell(why, rest);
 }
 
+// A session's wait lets events run ten times a second: each time as much is taken as may be on its way.
 void TelnetTerminal::take_typed() {
+  pollfd more{keyboard_, POLLIN, 0};
+  do {
+    take_piece();
+  } while (typed_ && typed_->isEnabled() && poll(&more, 1, 0) > 0);
+}
+
+void TelnetTerminal::take_piece() {
   std::array<char, 4096> bytes;
   const ssize_t count = read(keyboard_, bytes.data(), bytes.size());
   if (count > 0) return take({bytes.data(), static_cast<std::size_t>(count)});

@@ -38,6 +38,7 @@ class TelnetTerminal {
   void hear(std::string_view bytes);
   void ended(const std::string& why);
   void take_typed();
+  void take_piece();
   void take(std::string_view typed);
   void tick();
   void tell_size();
