@@ -88,6 +88,7 @@ struct RunValues {
   bool ImmediateRun = true;
   bool LastSite = false;
   bool AnswerReceived = false;
+  LocalTime AnsweredAt{};  // the moment of the answer that was received last
   bool CancelRequested = false;
   std::string SessionStatus;  // "", "Completed", "Error" or "Cancelled"
   std::string SessionConfigID;

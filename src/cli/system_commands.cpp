@@ -69,13 +69,15 @@ SiteAnswer log(CommandContext& context, const control::SiteRow& site, const Syst
 
 SiteAnswer read_clock(CommandContext& context, const control::SiteRow& site) {
   const SystemAnswer answer = run_order(context, {.site = site, .operation = operation::kGetDateAndTime});
-  const base::LocalTime now = context.clock.now();
+  const base::LocalTime pc = is_done(answer) ? answer.arrived : context.clock.now();
   SiteAnswer shown{.result = answer.result};
   shown.values = {{"device-clock", is_done(answer) ? json_moment(answer.clock) : QJsonValue()},
-                  {"pc-clock", json_moment(now)},
+                  {"pc-clock", json_moment(pc)},
                   {"record", record_json(answer.record)}};
   if (is_done(answer))
-    shown.rows = {{"Device clock", base::clock_text(answer.clock)}, {"PC clock", base::clock_text(now)}};
+    shown.rows = {{"Device clock", base::clock_text(answer.clock)},
+                  {"PC clock", base::clock_text(pc)},
+                  {"Difference", control::clock_difference(answer.clock, pc)}};
   return shown;
 }
 

@@ -37,6 +37,14 @@ rules::CommandSite command_site(const base::SiteValues& site) {
 
 }  // namespace
 
+std::string clock_difference(base::LocalTime device, base::LocalTime pc) {
+  const auto seconds = (device - pc).count();
+  if (seconds == 0) return "The device and the PC agree.";
+  const auto length = seconds < 0 ? -seconds : seconds;
+  return "The device is " + std::to_string(length) + (length == 1 ? " second " : " seconds ") +
+         (seconds < 0 ? "behind" : "ahead of") + " the PC.";
+}
+
 // One call of a command: what it gets, and the raw form of what it gives.
 struct SystemRequest::Call {
   rules::SystemCommands& commands;
@@ -164,6 +172,7 @@ bool SystemRequest::keep_deleted() const {
 bool SystemRequest::take_clock(const Call& call, SystemAnswer& answer) {
   answer.record = images::clock_bytes(call.clock);
   answer.clock = devicefiles::read_device_time(answer.record).moment;
+  answer.arrived = parts_.rules.session.run.AnsweredAt;
   return true;
 }
 

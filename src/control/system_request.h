@@ -30,11 +30,15 @@ struct SystemAnswer {
   std::string status;                               // "Completed", "Error", "Cancelled" or ""
   std::string log;                                  // as the device sent it
   base::LocalTime clock{};                          // the device's
+  base::LocalTime arrived{};                        // the PC's moment when `clock` had been fetched
   devicefiles::SystemInformation information;       // of the device
   std::array<base::TimeRecord, 2> partition_times;  // recorded time, and the room for it
   std::string record;     // the bytes of clock or information, those of another form too; or ""
   std::string shortfall;  // sentence: a file that was too short; or ""
 };
+
+// "The device is 3 seconds behind the PC."
+std::string clock_difference(base::LocalTime device, base::LocalTime pc);
 
 // The bridge from a user's wish to the system commands. Before anything is sent a file is refused that is not
 // there, or is empty without `force`. A device file that is not of this suite's form is reported (kNotDone).

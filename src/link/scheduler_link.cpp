@@ -97,8 +97,10 @@ std::int64_t SchedulerLink::SessionWindowProc(platform::WindowHandle window, pla
   if (message != SchedulerAnswerMessageId()) return previous_ ? previous_(window, message, word, value) : 0;
   for (const StatusFile& file : kStatusFiles) {
     if (!JobListedIn(file.name)) continue;
-    parts_.session.run.SessionStatus = file.status;
-    parts_.session.run.AnswerReceived = true;
+    base::RunValues& run = parts_.session.run;
+    run.SessionStatus = file.status;
+    if (!run.AnswerReceived) run.AnsweredAt = parts_.clock.now();  // JobPilot repeats itself
+    run.AnswerReceived = true;
     break;
   }
   return 0;

@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <QTimer>
 
-#include "ui/device_texts.h"
+#include "control/system_request.h"
 #include "ui/elements.h"
 
 namespace qvrcom::ui {
@@ -55,7 +55,7 @@ ClockPanel::ClockPanel(const platform::Clock& clock, QWidget* parent)
   connect(timer_, &QTimer::timeout, this, &ClockPanel::show_pc);
   connect(cmdRead_, &QPushButton::clicked, this, &ClockPanel::read_wanted);
   connect(cmdSet_, &QPushButton::clicked, this, &ClockPanel::set_wanted);
-  show_device(std::nullopt);
+  forget_device();
 }
 
 void ClockPanel::lay_out() {
@@ -74,18 +74,21 @@ void ClockPanel::lay_out() {
   grid->addWidget(cmdSet_, 3, 1);
 }
 
-void ClockPanel::show_device(std::optional<base::LocalTime> moment) {
-  const base::LocalTime now = clock_.now();
-  show_value(*lblDeviceClock_, kDeviceClock,
-             moment ? qt_text(base::clock_text(*moment)) : QStringLiteral("not read yet"));
-  lblDifference_->setText(moment ? QStringLiteral("Read at %1. ").arg(qt_text(base::clock_text(now))) +
-                                       clock_difference(*moment, now)
-                                 : QString());
+void ClockPanel::show_device(base::LocalTime moment, base::LocalTime arrived) {
+  show_value(*lblDeviceClock_, kDeviceClock, moment_text(moment));
+  lblDifference_->setText(QStringLiteral("Read at %1. ").arg(moment_text(arrived)) +
+                          qt_text(control::clock_difference(moment, arrived)));
+  show_pc();
+}
+
+void ClockPanel::forget_device() {
+  show_value(*lblDeviceClock_, kDeviceClock, QStringLiteral("not read yet"));
+  lblDifference_->clear();
   show_pc();
 }
 
 void ClockPanel::show_pc() {
-  show_value(*lblPcClock_, kPcClock, qt_text(base::clock_text(clock_.now())));
+  show_value(*lblPcClock_, kPcClock, moment_text(clock_.now()));
 }
 
 void ClockPanel::enable_buttons(bool enabled) {

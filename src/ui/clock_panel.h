@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QGroupBox>
-#include <optional>
 
 #include "base/date_serial.h"
 #include "platform/clock.h"
@@ -19,8 +18,10 @@ class ClockPanel : public QGroupBox {
  public:
   ClockPanel(const platform::Clock& clock, QWidget* parent);
 
-  // What the device answered just now; nothing when what is known belongs to another site.
-  void show_device(std::optional<base::LocalTime> moment);
+  // What the device's clock showed, and the PC's moment at which that arrived.
+  void show_device(base::LocalTime moment, base::LocalTime arrived);
+  // Nothing is known: another site was chosen, or the clock was set.
+  void forget_device();
   void enable_buttons(bool enabled);
 
  signals:

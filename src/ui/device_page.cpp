@@ -113,7 +113,7 @@ void DevicePage::site_changed() {
   for (QPushButton* button : commands_)
     button->setEnabled(chosen);
   clock_->enable_buttons(chosen);
-  clock_->show_device(std::nullopt);
+  clock_->forget_device();
   lblState_->setText(chosen ? QString() : QStringLiteral("Choose a site first."));
   show_answer("", {}, {}, "");
 }
@@ -128,9 +128,9 @@ control::SystemAnswer DevicePage::command(const char* operation, control::System
 
 void DevicePage::read_clock() {
   const control::SystemAnswer answer = command(operation::kGetDateAndTime);
-  if (answer.result == RequestResult::kDone) return clock_->show_device(answer.clock);
+  if (answer.result == RequestResult::kDone) return clock_->show_device(answer.clock, answer.arrived);
   if (answer.record.empty()) return;
-  clock_->show_device(std::nullopt);
+  clock_->forget_device();
   show_text(operation::kGetDateAndTime, unread_text(answer.record), "clock.txt");
 }
 
@@ -139,7 +139,7 @@ void DevicePage::set_clock() {
   control::SystemOrder order;
   order.clock = parts_.request.rules.clock.now();
   command(operation::kSetDateAndTime, order);
-  clock_->show_device(std::nullopt);  // what was read is no longer true
+  clock_->forget_device();  // what was read is no longer true
 }
 
 void DevicePage::get_information() {

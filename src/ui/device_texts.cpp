@@ -56,7 +56,7 @@ QString information_text(const devicefiles::SystemInformation& information) {
       line("Message memory", recorded(information.memory)),
       line("Message memory in use", recorded(information.memory_used)),
       line("Running for", duration(information.uptime)),
-      line("Clock", qt_text(base::clock_text(information.moment))),
+      line("Clock", moment_text(information.moment)),
   }
       .join(QLatin1Char('\n'));
 }
@@ -86,15 +86,6 @@ QString unread_text(const std::string& bytes) {
     lines += place + QLatin1String(view.mid(static_cast<qsizetype>(at), kBytesOnALine).toHex(' '));
   }
   return lines.join(QLatin1Char('\n'));
-}
-
-QString clock_difference(base::LocalTime device, base::LocalTime pc) {
-  const auto seconds = (device - pc).count();
-  if (seconds == 0) return QStringLiteral("The device and the PC agree.");
-  const auto length = static_cast<qulonglong>(seconds < 0 ? -seconds : seconds);
-  return QStringLiteral("The device is %1 %2 %3 the PC.")
-      .arg(QLocale().toString(length), QLatin1String(length == 1 ? "second" : "seconds"),
-           QLatin1String(seconds < 0 ? "behind" : "ahead of"));
 }
 
 QString outcome_line(const std::string& operation, const control::SystemAnswer& answer) {

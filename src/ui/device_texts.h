@@ -19,9 +19,6 @@ QString files_text(const std::vector<base::PartitionFile>& files);
 // Bytes that nobody here can read, sixteen on a line, under a line that says so.
 QString unread_text(const std::string& bytes);
 
-// "The device is 3 seconds behind the PC."
-QString clock_difference(base::LocalTime device, base::LocalTime pc);
-
 // "Get Log File: Completed", or how else it ended.
 QString outcome_line(const std::string& operation, const control::SystemAnswer& answer);
 

@@ -1,5 +1,6 @@
 #include "ui/widget_text.h"
 
+#include <QDateTime>
 #include <QFontDatabase>
 #include <QWidget>
 
@@ -11,6 +12,19 @@ QString qt_text(std::string_view text) {
 
 std::string utf8(const QString& text) {
   return text.toStdString();
+}
+
+QString moment_text(base::LocalTime moment) {
+  return qt_text(base::clock_text(moment));
+}
+
+QString moment_text(const QDateTime& moment) {
+  return moment.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+// Not by way of a time zone: an hour that a summer time leaves out is a moment here, too.
+QDateTime qt_moment(base::LocalTime moment) {
+  return QDateTime::fromSecsSinceEpoch(moment.time_since_epoch().count(), Qt::UTC);
 }
 
 QString shown_caption(QString caption) {

@@ -4,6 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "base/date_serial.h"
+
+class QDateTime;
 class QWidget;
 
 namespace qvrcom::ui {
@@ -11,6 +14,13 @@ namespace qvrcom::ui {
 // Between the core's UTF-8 texts and Qt's.
 QString qt_text(std::string_view text);
 std::string utf8(const QString& text);
+
+// The one form of a date on the screen: "2026-11-15 12:10:05".
+QString moment_text(base::LocalTime moment);
+QString moment_text(const QDateTime& moment);
+
+// The same moment as Qt counts it.
+QDateTime qt_moment(base::LocalTime moment);
 
 // A caption as it is seen: without the "&" in front of its mnemonic.
 QString shown_caption(QString caption);
