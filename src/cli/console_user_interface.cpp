@@ -44,12 +44,10 @@ Button safe_button(Buttons buttons) {
 }  // namespace
 
 Button ConsoleUserInterface::show(const platform::Message& message) {
-  platform::Message printed = message;
-  if (on_message) on_message(printed);
   const bool given = answer_ && has_button(message.buttons, *answer_);
   const bool asks = person_ != nullptr && !given && message.buttons != Buttons::kOk;
-  const bool first = shown_.insert(printed.title + '\0' + printed.text + '\0' + printed.detail).second;
-  if (first || asks) console_.report(printed);
+  const bool first = shown_.insert(message.title + '\0' + message.text + '\0' + message.detail).second;
+  if (first || asks) console_.report(message);
   if (asks) return ask(message.buttons);
   return given ? *answer_ : safe_button(message.buttons);
 }

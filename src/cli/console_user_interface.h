@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <iosfwd>
 #include <optional>
 #include <set>
@@ -26,9 +25,6 @@ class ConsoleUserInterface : public platform::UserInterface {
   void pump_events() override;
 
   void begin_run() { shown_.clear(); }
-
-  // Called with each box before it is printed, a repeated one too; may add to its detail.
-  std::function<void(platform::Message&)> on_message;
 
  private:
   platform::Button ask(platform::Buttons buttons);

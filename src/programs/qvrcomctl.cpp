@@ -10,18 +10,13 @@
 #include "cli/invocation.h"
 #include "cli/transfer_text.h"
 #include "programs/suite.h"
-#include "scheduler/session_log.h"
 #include "session/session_run.h"
 
 namespace {
 
 using namespace qvrcom;
 
-// What the scheduler wrote into the job's log stands beside its error.
-void add_reason(platform::Message& message, const programs::Suite& suite) {
-  if (message.title != "ERROR" || !message.detail.empty()) return;
-  message.detail = scheduler::last_reason(suite.files, suite.folders.GetLogsFolder(), suite.session.job.Name);
-}
+constexpr const char* kEditSite = "\"qvrcomctl sites edit\" changes its entry.";
 
 cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
   adapters::SystemClock clock;
@@ -31,8 +26,7 @@ cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
   session::SessionGate::WhenBusy wait;
   if (invocation.wait) wait = [&](const std::string& owner) { return sessions.wait_for(owner); };
 
-  programs::Suite suite(ui, wait);
-  ui.on_message = [&](platform::Message& message) { add_reason(message, suite); };
+  programs::Suite suite(ui, wait, kEditSite);
   suite.report_plugin_problems();
   session::SessionRun screen(suite.session_parts(), sessions);
   const control::SessionRequestParts requests = suite.request_parts(screen);

@@ -8,8 +8,8 @@
 
 namespace qvrcom::programs {
 
-Suite::Suite(platform::UserInterface& user, session::SessionGate::WhenBusy when_busy)
-    : ui(user),
+Suite::Suite(platform::UserInterface& user, session::SessionGate::WhenBusy when_busy, std::string edit_site)
+    : ui({user, files, folders, session.job, std::move(edit_site)}),
       engine(files),
       channel(layout.run_folder, layout.runtime_folder),
       scheduler(layout.run_folder, layout.runtime_folder),

@@ -15,6 +15,7 @@
 #include "link/scheduler_link.h"
 #include "programs/host.h"
 #include "results/job_board.h"
+#include "scheduler/session_reason.h"
 #include "session/frm_response.h"
 #include "session/session_gate.h"
 #include "sitebook/site_book.h"
@@ -25,8 +26,10 @@ namespace qvrcom::programs {
 // the windows of session dialog and viewer.
 class Suite : public Host {
  public:
-  // `when_busy` is asked when another program has the session; without it a box says who.
-  explicit Suite(platform::UserInterface& ui, session::SessionGate::WhenBusy when_busy = {});
+  // `when_busy` is asked when another program has the session; without it a box says who. `edit_site` is a
+  // sentence: how this program opens a site's entry in the site book.
+  explicit Suite(platform::UserInterface& user, session::SessionGate::WhenBusy when_busy = {},
+                 std::string edit_site = "\"Edit Site...\" in the session's window opens it.");
   Suite(const Suite&) = delete;
   Suite& operator=(const Suite&) = delete;
 
@@ -41,7 +44,8 @@ class Suite : public Host {
     return {rules_parts(), database, gate, screen, link, sites};
   }
 
-  platform::UserInterface& ui;
+  base::Session session;
+  scheduler::ReasonedBoxes ui;
   adapters::QtDatabaseEngine engine;
   adapters::QtXmlRows xml_rows;
   adapters::MessageChannelLocal channel;
@@ -50,7 +54,6 @@ class Suite : public Host {
   environment::DataBase database;  // the control's command set
   environment::DBase dbase;        // the rules' command set
   components::ComponentRegistry components;
-  base::Session session;
   sitebook::SiteBook sites;
   jobs::SchedulerFiles scheduler_files;
   results::JobBoard jobs;

@@ -1,6 +1,7 @@
 #include "ui/message_boxes.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 
 #include "ui/widget_text.h"
@@ -52,6 +53,14 @@ Button button_of(int standard_button) {
 }
 
 // A hidden dialog whose routine still runs is no place to hang a box on.
+// Texts of devices and schedulers may look like markup.
+void show_detail(QMessageBox& box, const QString& detail) {
+  if (detail.isEmpty()) return;
+  box.setInformativeText(detail);
+  for (QLabel* label : box.findChildren<QLabel*>())
+    label->setTextFormat(Qt::PlainText);
+}
+
 QWidget* window_below() {
   QWidget* modal = QApplication::activeModalWidget();
   return modal != nullptr && modal->isVisible() ? modal : QApplication::activeWindow();
@@ -65,7 +74,7 @@ Button MessageBoxes::show(const platform::Message& message) {
   QMessageBox box(icon_of(message.icon), title, {}, buttons_of(message.buttons), window_below());
   box.setTextFormat(Qt::PlainText);
   box.setText(qt_text(message.text));
-  if (!message.detail.empty()) box.setDetailedText(qt_text(message.detail));
+  show_detail(box, qt_text(message.detail));
   return button_of(box.exec());
 }
 

@@ -5,7 +5,7 @@
 namespace qvrcom::ui {
 
 // Messages as modal boxes over the window that is active. The text is the message's own; its detail stands
-// in the box's details.
+// below it.
 class MessageBoxes : public platform::UserInterface {
  public:
   platform::Button show(const platform::Message& message) override;

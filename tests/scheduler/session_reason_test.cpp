@@ -1,0 +1,59 @@
+#include "scheduler/session_reason.h"
+
+#include <gmock/gmock.h>
+
+#include "doubles/memory_files.h"
+#include "doubles/memory_machine.h"
+#include "doubles/recording_user_interface.h"
+
+namespace qvrcom::scheduler {
+namespace {
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+
+// The box of a failed session says why, and what to do next; others stay as they are.
+TEST(ReasonedBoxesTest, TellWhyASessionFailedAndWhatToDo) {
+  doubles::MemoryFiles files;
+  doubles::MemoryMachine machine;
+  const environment::FilesAndFolders folders(machine, files);
+  doubles::RecordingUserInterface ui;
+  base::JobValues job;
+  job.Name = "Nov1526120000000";
+  files.make_folders(folders.GetLogsFolder());
+  std::string& log = files.content[folders.GetLogsFolder() + job.Name + ".log"];
+  ReasonedBoxes boxes({ui, files, folders, job, "Edit it."});
+  const auto detail = [&](const std::string& reason, platform::Message message) {
+    log = reason.empty() ? "" : "2026-11-15 12:10:05 Reason: " + reason + "\r\n";
+    boxes.show(message);
+    return ui.messages.back().detail;
+  };
+  const platform::Message failed{.text = "Communication error, see JobPilot for details", .title = "ERROR"};
+  struct Row {
+    const char* reason;
+    const char* next;
+  };
+  for (const Row& row : {
+           Row{"Login as admin at 10.0.0.5 port 21: 530 Authentication failed.",
+               "access code, then try again. Edit it."},
+           Row{"Login as admin at 10.0.0.5 port 21: 421 Too many users.",
+               "every step: \\Corbelin\\QVRCOM+\\Logs\\Nov1526120000000.log"},
+           Row{"Login as admin at 10.0.0.5 port 21: No connection to the device.",
+               "is right, then try again. Edit it."},
+           Row{"Fetching log: The device closed the connection.", "check the line to the device."},
+           Row{"Selecting account part3: 530 Not now.", "Nov1526120000000.log"},
+       }) {
+    const std::string told = detail(row.reason, failed);
+    EXPECT_THAT(told, testing::StartsWith(row.reason));
+    EXPECT_THAT(told, EndsWith(row.next));
+  }
+  EXPECT_EQ(detail("", failed), "");
+  const char* stopped = "The session was stopped in the scheduler.";
+  EXPECT_EQ(detail(stopped, {.text = "Communication cancelled from JobPilot", .title = "CANCELLED"}),
+            stopped);
+  EXPECT_EQ(detail(stopped, {.text = "Please select a site", .title = "Information"}), "");
+  EXPECT_EQ(detail(stopped, {.text = "x", .title = "ERROR", .detail = "its own"}), "its own");
+}
+
+}  // namespace
+}  // namespace qvrcom::scheduler
