@@ -40,4 +40,17 @@ bool attempt(platform::UserInterface& ui, const std::string& what, Body&& body) 
   return false;
 }
 
+// Asks before something is done that cannot be undone. `act` names it on its button ("Reset Log"); Enter and
+// Escape are the other one.
+inline bool agreed(platform::UserInterface& ui, const std::string& question, const std::string& act,
+                   const std::string& detail = {}, const std::string& refrain = {}) {
+  return ui.show({.text = question,
+                  .title = platform::kSuiteTitle,
+                  .icon = platform::Icon::kWarning,
+                  .buttons = platform::Buttons::kOkCancel,
+                  .detail = detail,
+                  .act = act,
+                  .refrain = refrain}) == platform::Button::kOk;
+}
+
 }  // namespace qvrcom::ui

@@ -32,10 +32,12 @@ struct DevicePage::Sending {
   const char* what;
   const char* filter;
 };
+  const char* act;
 
-const DevicePage::Sending DevicePage::kFirmware{operation::kSendFirmware, "firmware", "Firmware Files (*)|*"};
+const DevicePage::Sending DevicePage::kFirmware{operation::kSendFirmware, "firmware", "Send Firmware",
+                                                "Firmware Files (*)|*"};
 const DevicePage::Sending DevicePage::kCannedMessages{operation::kSendCannedMessages, "canned messages",
-                                                      "Canned Messages (*)|*"};
+                                                      "Send Messages", "Canned Messages (*)|*"};
 
 DevicePage::DevicePage(const DevicePageParts& parts, QWidget* parent)
     : QWidget(parent),
@@ -135,7 +137,9 @@ void DevicePage::read_clock() {
 }
 
 void DevicePage::set_clock() {
-  if (!agreed("Set the clock of " + picker_->title() + " to the PC's date and time?")) return;
+  if (!agreed(parts_.request.rules.ui, "Set the clock of " + picker_->title() + " to the PC's date and time?",
+              "Set Clock"))
+    return;
   control::SystemOrder order;
   order.clock = parts_.request.rules.clock.now();
   command(operation::kSetDateAndTime, order);
@@ -178,8 +182,8 @@ void DevicePage::get_and_reset_log() {
 }
 
 void DevicePage::reset_log() {
-  if (agreed("Reset the log of " + picker_->title() + "? What it holds is lost.",
-             "Fetch the log to keep it."))
+  if (agreed(parts_.request.rules.ui, "Reset the log of " + picker_->title() + "? What it holds is lost.",
+             "Reset Log", "Fetch the log to keep it."))
     command(operation::kResetLog);
 }
 
@@ -206,14 +210,15 @@ void DevicePage::send(const Sending& what) {
   if (!fit) return;
   const std::string question = std::string("Send the ") + what.what + " to " + picker_->title() + "?\n" +
                                *path + " (" + utf8(byte_count(length)) + ")";
-  if (!agreed(question)) return;
+  if (!agreed(parts_.request.rules.ui, question, what.act)) return;
   command(what.operation, order);
 }
 
 void DevicePage::reset_all_partitions() {
-  if (!agreed("Retrieve the statistics of all partitions of " + picker_->title() +
+  if (!agreed(parts_.request.rules.ui,
+              "Retrieve the statistics of all partitions of " + picker_->title() +
                   " and reset them on the device?",
-              "This is for devices that keep their statistics in the older form; others are refused."))
+              "Retrieve and Reset", "The device starts its counters anew."))
     return;
   const auto answer = control::AllPartitionsRequest(parts_.request).run(picker_->row());
   lblState_->setText(outcome_line(operation::kRetrieveResetAllStatistics, answer.result, {}));
@@ -222,14 +227,6 @@ void DevicePage::reset_all_partitions() {
   for (base::PartitionFile& file : files)
     file.file = parts_.request.rules.files.native(file.file);
   show_text(operation::kRetrieveResetAllStatistics, files_text(files), "statistics.txt");
-}
-
-bool DevicePage::agreed(const std::string& question, const std::string& detail) {
-  return parts_.request.rules.ui.show({.text = question,
-                                       .title = platform::kSuiteTitle,
-                                       .icon = platform::Icon::kWarning,
-                                       .buttons = platform::Buttons::kOkCancel,
-                                       .detail = detail}) == platform::Button::kOk;
 }
 
 void DevicePage::show_log(const char* operation, const std::string& log) {

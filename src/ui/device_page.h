@@ -53,7 +53,6 @@ class DevicePage : public QWidget {
   void send(const Sending& what);
   void reset_all_partitions();
 
-  bool agreed(const std::string& question, const std::string& detail = {});
   void show_log(const char* operation, const std::string& log);
   void show_text(const char* operation, const QString& text, const char* file_name);
   void show_answer(const char* operation, const QString& text, const std::string& bytes,

@@ -4,9 +4,20 @@
 #include <QFileDialog>
 #include <QFileInfo>
 
+#include "ui/attempt.h"
+#include "ui/message_boxes.h"
 #include "ui/widget_text.h"
 
 namespace qvrcom::ui {
+
+namespace {
+
+bool may_overwrite(const QString& path) {
+  MessageBoxes boxes;
+  return agreed(boxes, utf8(path) + " exists already. Overwrite it? What it holds is lost.", "Overwrite");
+}
+
+}  // namespace
 
 QString qt_filter(const std::string& filter) {
   const QString text = qt_text(filter);
@@ -30,11 +41,15 @@ std::optional<std::string> FileChooserQt::open_file(const control::FileChoice& c
 std::optional<std::string> FileChooserQt::save_file(const std::string& filter, const std::string& name) {
   QFileDialog dialog(QApplication::activeWindow(), {}, folder_, qt_filter(filter));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
   dialog.setDefaultSuffix(QFileInfo(qt_text(name)).suffix());
   dialog.selectFile(qt_text(name));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  folder_ = dialog.directory().absolutePath();
-  return utf8(dialog.selectedFiles().constFirst());
+  while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+    const QString path = dialog.selectedFiles().constFirst();
+    folder_ = dialog.directory().absolutePath();
+    if (!QFileInfo::exists(path) || may_overwrite(path)) return utf8(path);
+  }
+  return std::nullopt;
 }
 
 }  // namespace qvrcom::ui

@@ -13,7 +13,7 @@ std::string lines_of(const std::vector<std::string>& lines) {
   return text;
 }
 
-bool agreed(platform::UserInterface& ui, const std::string& text, const std::string& detail) {
+bool accepted(platform::UserInterface& ui, const std::string& text, const std::string& detail) {
   return ui.show({.text = text,
                   .title = platform::kSuiteTitle,
                   .icon = platform::Icon::kInformation,
@@ -44,17 +44,17 @@ bool prepare_machine(const FirstStartParts& parts, environment::SetUp set_up,
   }
   const bool fresh = !parts.machine.special_folder(environment::kCommonAppDataIdentifier);
   if (fresh) {
-    return agreed(parts.ui,
-                  "QVRCOM+ starts here for the first time. Its folders, its configuration and an empty "
-                  "database will be made.",
-                  "The folders will lie in " + parts.files.native(folders.application_data) + " and " +
-                      parts.files.native(folders.documents) + ".") &&
+    return accepted(parts.ui,
+                    "QVRCOM+ starts here for the first time. Its folders, its configuration and an empty "
+                    "database will be made.",
+                    "The folders will lie in " + parts.files.native(folders.application_data) + " and " +
+                        parts.files.native(folders.documents) + ".") &&
            make_what_is_missing(parts.ui, set_up, folders);
   }
-  if (agreed(parts.ui,
-             "QVRCOM+ is not complete on this PC.\n" + *missing +
-                 "\n\nMake what is missing now? A database that is missing is made empty.",
-             "If the missing file lies elsewhere, choose Cancel and put it back first."))
+  if (accepted(parts.ui,
+               "QVRCOM+ is not complete on this PC.\n" + *missing +
+                   "\n\nMake what is missing now? A database that is missing is made empty.",
+               "If the missing file lies elsewhere, choose Cancel and put it back first."))
     make_what_is_missing(parts.ui, set_up, folders);
   return true;
 }

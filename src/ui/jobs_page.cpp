@@ -196,17 +196,10 @@ void JobsPage::select(const std::string& job_name) {
   table_->selectRow(sorted_->mapFromSource(model_->index(row, 0)).row());
 }
 
-bool JobsPage::agreed(const std::string& question) {
-  return parts_.ui.show({.text = question,
-                         .title = platform::kSuiteTitle,
-                         .icon = platform::Icon::kWarning,
-                         .buttons = platform::Buttons::kOkCancel}) == platform::Button::kOk;
-}
-
 void JobsPage::stop_job() {
   if (selected() == nullptr) return;
   const std::string job = selected()->job;
-  if (!agreed("Stop job " + job + "? It is listed as cancelled.")) return;
+  if (!agreed(parts_.ui, "Stop job " + job + "? It is listed as cancelled.", "Stop Job")) return;
   attempt(parts_.ui, "Job " + job + " cannot be stopped.", [&] {
     if (const char* problem = outcome_text(parts_.scheduler.stop_job(job))) throw base::Fault(problem);
   });
@@ -223,7 +216,7 @@ void JobsPage::start_scheduler() {
 }
 
 void JobsPage::stop_scheduler() {
-  if (!agreed("Stop the scheduler? A session that runs is cancelled.")) return;
+  if (!agreed(parts_.ui, "Stop the scheduler? A session that runs is cancelled.", "Stop Scheduler")) return;
   attempt(parts_.ui, "The scheduler cannot be stopped.", [&] { parts_.scheduler.stop(); });
   refresh();
 }

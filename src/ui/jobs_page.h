@@ -61,7 +61,6 @@ class JobsPage : public QWidget {
   void start_scheduler();
   void stop_scheduler();
   void open_log();
-  bool agreed(const std::string& question);
 
   JobsPageParts parts_;
   JobTableModel* model_;

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "ui/widget_text.h"
 
@@ -52,7 +53,16 @@ Button button_of(int standard_button) {
   }
 }
 
-// A hidden dialog whose routine still runs is no place to hang a box on.
+// Enter stays with the button that changes nothing.
+void name_buttons(QMessageBox& box, const platform::Message& message) {
+  if (message.act.empty()) return;
+  const bool yes_no = message.buttons == Buttons::kYesNoCancel;
+  box.button(yes_no ? QMessageBox::Yes : QMessageBox::Ok)->setText(qt_text(message.act));
+  QAbstractButton* other = box.button(yes_no ? QMessageBox::No : QMessageBox::Cancel);
+  if (!message.refrain.empty()) other->setText(qt_text(message.refrain));
+  box.setDefaultButton(qobject_cast<QPushButton*>(other));
+}
+
 // Texts of devices and schedulers may look like markup.
 void show_detail(QMessageBox& box, const QString& detail) {
   if (detail.isEmpty()) return;
@@ -61,6 +71,7 @@ void show_detail(QMessageBox& box, const QString& detail) {
     label->setTextFormat(Qt::PlainText);
 }
 
+// A hidden dialog whose routine still runs is no place to hang a box on.
 QWidget* window_below() {
   QWidget* modal = QApplication::activeModalWidget();
   return modal != nullptr && modal->isVisible() ? modal : QApplication::activeWindow();
@@ -75,6 +86,7 @@ Button MessageBoxes::show(const platform::Message& message) {
   box.setTextFormat(Qt::PlainText);
   box.setText(qt_text(message.text));
   show_detail(box, qt_text(message.detail));
+  name_buttons(box, message);
   return button_of(box.exec());
 }
 

@@ -41,15 +41,17 @@ std::optional<AccessCodes> ask_for_codes(platform::UserInterface& ui,
     return !site.access_code.value_or("").empty();
   });
   if (with_code == 0) return AccessCodes::kIncluded;
-  const platform::Button answer =
-      ui.show({.text = "Shall the file hold the access codes of " +
-                       utf8(count_of(static_cast<std::size_t>(with_code))) +
-                       "?\n\nYes: they stand in it in the clear. Only you can read the file, but whoever is "
-                       "given it can reach the devices.\nNo: they are left out. An import of such a file "
-                       "leaves the codes in the site book as they are.",
-               .title = platform::kSuiteTitle,
-               .icon = platform::Icon::kWarning,
-               .buttons = platform::Buttons::kYesNoCancel});
+  const platform::Button answer = ui.show(
+      {.text = "Shall the file hold the access codes of " +
+               utf8(count_of(static_cast<std::size_t>(with_code))) +
+               "?\n\nIncluded, they stand in it in the clear: only you can read the file, but whoever "
+               "is given it can reach the devices. Left out, the codes in the site book stay as they are "
+               "when such a file is imported.",
+       .title = platform::kSuiteTitle,
+       .icon = platform::Icon::kWarning,
+       .buttons = platform::Buttons::kYesNoCancel,
+       .act = "Include Codes",
+       .refrain = "Leave Out"});
   if (answer == platform::Button::kYes) return AccessCodes::kIncluded;
   return answer == platform::Button::kNo ? std::optional(AccessCodes::kLeftOut) : std::nullopt;
 }
@@ -155,12 +157,8 @@ void SitesPage::edit_site() {
 void SitesPage::delete_site() {
   if (selected() == nullptr) return;
   const sitebook::SiteRecord site = *selected();
-  const platform::Button answer =
-      parts_.ui.show({.text = "Delete the site \"" + sitebook::title_of(site) + "\" from the site book?",
-                      .title = platform::kSuiteTitle,
-                      .icon = platform::Icon::kWarning,
-                      .buttons = platform::Buttons::kOkCancel});
-  if (answer != platform::Button::kOk) return;
+  const std::string question = "Delete the site \"" + sitebook::title_of(site) + "\" from the site book?";
+  if (!agreed(parts_.ui, question, "Delete Site")) return;
   if (attempt(parts_.ui, "The site cannot be deleted.", [&] { parts_.sites.remove({&site.site_id, 1}); }))
     changed();
 }
@@ -197,10 +195,7 @@ bool SitesPage::agrees_to(const sitebook::ImportResult& result) {
   const std::string text = "The file changes " + utf8(count_of(result.changed)) +
                            " of the site book and adds " + utf8(count_of(result.added)) +
                            ". Columns that it does not have stay as they are.";
-  return parts_.ui.show({.text = text,
-                         .title = platform::kSuiteTitle,
-                         .icon = platform::Icon::kWarning,
-                         .buttons = platform::Buttons::kOkCancel}) == platform::Button::kOk;
+  return agreed(parts_.ui, text, "Import");
 }
 
 void SitesPage::export_sites() {

@@ -369,3 +369,15 @@ TEST(FileChooserTest, WritesFiltersAsQtReadsThem) {
 
 }  // namespace
 }  // namespace qvrcom::ui
+      {{.text = "Reset?", .title = "T", .buttons = platform::Buttons::kOkCancel, .act = "Reset Log"},
+       "T",
+       Qt::Key_Return,
+       platform::Button::kCancel},
+      {{.text = "?", .title = "T", .buttons = platform::Buttons::kYesNoCancel, .act = "Reset Log"},
+       "T",
+       Qt::Key_Return,
+       platform::Button::kNo},
+      QStringList captions;
+      for (const QPushButton* button : box.findChildren<QPushButton*>())
+        captions += shown_caption(button->text());
+      EXPECT_EQ(captions.contains("Reset Log"), !row.message.act.empty());
