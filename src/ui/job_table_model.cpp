@@ -1,11 +1,13 @@
 #include "ui/job_table_model.h"
 
+#include <QDateTime>
 #include <algorithm>
 #include <array>
 #include <initializer_list>
 #include <string_view>
 
 #include "environment/names.h"
+#include "ui/tables.h"
 #include "ui/widget_text.h"
 
 namespace qvrcom::ui {
@@ -35,10 +37,6 @@ QString lists_among(const results::BoardJob& job, std::initializer_list<const ch
   return found;
 }
 
-QString moment(const std::optional<base::LocalTime>& time) {
-  return time ? qt_text(base::index_stamp(*time)) : QString();
-}
-
 QString site_of(const results::BoardJob& job) {
   return qt_text(job.site_name) + QStringLiteral(" - ") + qt_text(job.site_id);
 }
@@ -47,16 +45,19 @@ struct Column {
   const char* heading;
   QString (*text)(const JobTableModel& model, const results::BoardJob& job);
 };
+  QVariant (*value)(const results::BoardJob& job) = nullptr;  // what it is sorted by; nothing: its text
 
 using Model = JobTableModel;
 using Job = results::BoardJob;
 
 constexpr Column kColumns[] = {
-    {"Job", [](const Model&, const Job& job) { return qt_text(job.job); }},
+    {"Job", [](const Model&, const Job& job) { return qt_text(job.job); },
+     [](const Job& job) { return name_value(qt_text(job.job)); }},
     {"State", [](const Model& model, const Job& job) { return model.state_of(job); }},
     {"Operation", [](const Model&, const Job& job) { return qt_text(job.description); }},
     {"Site", [](const Model&, const Job& job) { return site_of(job); }},
-    {"Start", [](const Model&, const Job& job) { return moment(job.start); }},
+    {"Start", [](const Model&, const Job& job) { return job.start ? moment_text(*job.start) : QString(); },
+     [](const Job& job) { return job.start ? QVariant(qt_moment(*job.start)) : QVariant(); }},
     {"Index",
      [](const Model&, const Job& job) {
        return lists_among(job, {kIndexFile, kRescheduleFile});
@@ -147,8 +148,11 @@ int JobTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant JobTableModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || role != Qt::DisplayRole) return {};
-  return kColumns[index.column()].text(*this, at(jobs_, index.row()));
+  if (!index.isValid() || (role != Qt::DisplayRole && role != kSortRole)) return {};
+  const Column& column = kColumns[index.column()];
+  const results::BoardJob& job = at(jobs_, index.row());
+  if (role == kSortRole && column.value != nullptr) return column.value(job);
+  return column.text(*this, job);
 }
 
 QVariant JobTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -4,7 +4,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -76,14 +75,12 @@ JobsPage::JobsPage(const JobsPageParts& parts, QWidget* parent)
     : QWidget(parent),
       parts_(parts),
       model_(new JobTableModel(this)),
-      sorted_(new QSortFilterProxyModel(this)),
+      sorted_(new ValueSort(model_, this)),
       table_(named(new QTableView(this), "tblJobs", QStringLiteral("Jobs"))),
       lblScheduler_(state_label("lblScheduler", "State of the scheduler", this)),
       lblJobsState_(state_label("lblJobsState", "State of the job lists", this)),
       timer_(new QTimer(this)) {
   setObjectName(QStringLiteral("jobsPage"));
-  sorted_->setSourceModel(model_);
-  sorted_->setDynamicSortFilter(true);
   lay_out();
   timer_->setSingleShot(true);
   connect(timer_, &QTimer::timeout, this, &JobsPage::look_and_plan);

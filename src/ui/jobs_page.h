@@ -16,11 +16,12 @@
 
 class QLabel;
 class QPushButton;
-class QSortFilterProxyModel;
 class QTableView;
 class QTimer;
 
 namespace qvrcom::ui {
+
+class ValueSort;
 
 struct JobsPageParts {
   const results::JobBoard& board;
@@ -64,7 +65,7 @@ class JobsPage : public QWidget {
 
   JobsPageParts parts_;
   JobTableModel* model_;
-  QSortFilterProxyModel* sorted_;
+  ValueSort* sorted_;
   QTableView* table_;
   QLabel* lblScheduler_;
   QLabel* lblJobsState_;

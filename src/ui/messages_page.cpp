@@ -3,7 +3,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -37,12 +36,11 @@ MessagesPage::MessagesPage(const control::SessionRequestParts& request, sitebook
       request_(request),
       picker_(new SitePicker(sites, SitePicker::Asks::kSiteAndPartition, this)),
       model_(new ValueTableModel({QStringLiteral("Partition"), QStringLiteral("Message")}, this)),
-      sorted_(new QSortFilterProxyModel(this)),
+      sorted_(new ValueSort(model_, this)),
       table_(named(new QTableView(this), "tblMessages", QStringLiteral("Messages on the device"))),
       lblState_(named(new QLabel(this), "lblMessagesState", QStringLiteral("State of the messages"))),
       cmdView_(captioned<QPushButton>("cmdViewMessages", QStringLiteral("&View Messages"), this)) {
   setObjectName(QStringLiteral("messagesPage"));
-  sorted_->setSourceModel(model_);
   lay_out();
   connect(picker_, &SitePicker::chosen, this, &MessagesPage::site_changed);
   connect(cmdView_, &QPushButton::clicked, this, &MessagesPage::view);

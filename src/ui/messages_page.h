@@ -7,12 +7,12 @@
 
 class QLabel;
 class QPushButton;
-class QSortFilterProxyModel;
 class QTableView;
 
 namespace qvrcom::ui {
 
 class SitePicker;
+class ValueSort;
 class ValueTableModel;
 
 // The messages that a device has in one partition.
@@ -31,7 +31,7 @@ class MessagesPage : public QWidget {
   control::SessionRequestParts request_;
   SitePicker* picker_;
   ValueTableModel* model_;
-  QSortFilterProxyModel* sorted_;
+  ValueSort* sorted_;
   QTableView* table_;
   QLabel* lblState_;
   QPushButton* cmdView_;

@@ -2,8 +2,8 @@
 
 #include <QFileInfo>
 #include <algorithm>
-#include <tuple>
 
+#include "ui/tables.h"
 #include "ui/widget_text.h"
 
 namespace qvrcom::ui {
@@ -21,7 +21,8 @@ std::vector<SameLog> filed_same_logs(const platform::Files& files,
   }
   // Of one second, the name decides: it begins with the moment of the job.
   std::sort(logs.begin(), logs.end(), [](const SameLog& a, const SameLog& b) {
-    return std::tie(a.modified, a.name) > std::tie(b.modified, b.name);
+    if (a.modified != b.modified) return a.modified > b.modified;
+    return name_value(a.name).toString() > name_value(b.name).toString();
   });
   return logs;
 }

@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -36,14 +35,13 @@ SameLogsPage::SameLogsPage(const SameLogsPageParts& parts, QWidget* parent)
       picker_(new SitePicker(parts.sites, SitePicker::Asks::kSite, this)),
       model_(new ValueTableModel(
           {QStringLiteral("Name"), QStringLiteral("Size (bytes)"), QStringLiteral("Date")}, this)),
-      sorted_(new QSortFilterProxyModel(this)),
+      sorted_(new ValueSort(model_, this)),
       table_(named(new QTableView(this), "tblSameLogs", QStringLiteral("Filed SAME logs"))),
       text_(reading_text("txtSameLog", QStringLiteral("Text of the log:"), this)),
       txtFind_(named(new QLineEdit(this), "txtFindInLog", QStringLiteral("Find:"))),
       lblState_(named(new QLabel(this), "lblSameLogsState", QStringLiteral("State of the SAME logs"))),
       cmdRetrieve_(make_button("cmdRetrieveSameLog", "&Retrieve", &SameLogsPage::retrieve)) {
   setObjectName(QStringLiteral("sameLogsPage"));
-  sorted_->setSourceModel(model_);
   lay_out();
   const auto show_button = [this] { cmdRetrieve_->setEnabled(picker_->site() != nullptr); };
   connect(picker_, &SitePicker::chosen, this, show_button);
@@ -124,8 +122,7 @@ void SameLogsPage::list_logs() {
   std::vector<QVariantList> rows;
   rows.reserve(logs_.size());
   for (const SameLog& log : logs_) {
-    rows.push_back({log.name, static_cast<qulonglong>(log.length),
-                    log.modified.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))});
+    rows.push_back({log.name, static_cast<qulonglong>(log.length), log.modified});
   }
   model_->show(std::move(rows));
   table_->resizeColumnsToContents();

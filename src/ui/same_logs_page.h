@@ -10,12 +10,12 @@ class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
-class QSortFilterProxyModel;
 class QTableView;
 
 namespace qvrcom::ui {
 
 class SitePicker;
+class ValueSort;
 class ValueTableModel;
 
 struct SameLogsPageParts {
@@ -56,7 +56,7 @@ class SameLogsPage : public QWidget {
   SameLogsPageParts parts_;
   SitePicker* picker_;
   ValueTableModel* model_;
-  QSortFilterProxyModel* sorted_;
+  ValueSort* sorted_;
   QTableView* table_;
   QPlainTextEdit* text_;
   QLineEdit* txtFind_;

@@ -11,6 +11,7 @@
 
 #include "ui/attempt.h"
 #include "ui/elements.h"
+#include "ui/tables.h"
 
 namespace qvrcom::ui {
 namespace {
@@ -31,6 +32,13 @@ QSpinBox* partition_field(QWidget* parent) {
   field->setRange(1, kPartitions);
   field->findChild<QLineEdit*>()->setAccessibleName(field->accessibleName());
   return field;
+}
+
+void sort_by_name(std::vector<sitebook::SiteRecord>& sites) {
+  const ValueOrder order;
+  std::stable_sort(sites.begin(), sites.end(), [&](const auto& left, const auto& right) {
+    return order.less(qt_text(sitebook::title_of(left)), qt_text(sitebook::title_of(right)));
+  });
 }
 
 }  // namespace
@@ -66,7 +74,10 @@ void SitePicker::append(QWidget* widget) {
 void SitePicker::reload() {
   const std::int32_t before = site() == nullptr ? 0 : site()->site_id;
   records_.clear();
-  const auto fault = fault_of([this] { records_ = sites_.list(); });
+  const auto fault = fault_of([this] {
+    records_ = sites_.list();
+    sort_by_name(records_);
+  });
   {
     const QSignalBlocker quiet(cmbSite_);
     cmbSite_->clear();

@@ -1,5 +1,6 @@
 #include "ui/site_table_model.h"
 
+#include "ui/tables.h"
 #include "ui/widget_text.h"
 
 namespace qvrcom::ui {
@@ -43,7 +44,7 @@ int SiteTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant SiteTableModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || role != Qt::DisplayRole) return {};
+  if (!index.isValid() || (role != Qt::DisplayRole && role != kSortRole)) return {};
   return cell_text(sites_[static_cast<std::size_t>(index.row())], column_at(index.column()));
 }
 

@@ -3,7 +3,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -67,12 +66,10 @@ SitesPage::SitesPage(const SitesPageParts& parts, QWidget* parent)
     : QWidget(parent),
       parts_(parts),
       model_(new SiteTableModel(this)),
-      sorted_(new QSortFilterProxyModel(this)),
+      sorted_(new ValueSort(model_, this)),
       table_(named(new QTableView(this), "tblSites", QStringLiteral("Sites"))),
       lblState_(named(new QLabel(this), "lblSitesState", QStringLiteral("State of the site book"))) {
   setObjectName(QStringLiteral("sitesPage"));
-  sorted_->setSourceModel(model_);
-  sorted_->setSortCaseSensitivity(Qt::CaseInsensitive);
   lay_out();
   connect_table();
   reload();

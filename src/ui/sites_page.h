@@ -10,10 +10,11 @@
 
 class QLabel;
 class QPushButton;
-class QSortFilterProxyModel;
 class QTableView;
 
 namespace qvrcom::ui {
+
+class ValueSort;
 
 struct SitesPageParts {
   sitebook::SiteBook& sites;
@@ -52,7 +53,7 @@ class SitesPage : public QWidget {
 
   SitesPageParts parts_;
   SiteTableModel* model_;
-  QSortFilterProxyModel* sorted_;
+  ValueSort* sorted_;
   QTableView* table_;
   QLabel* lblState_;
   QPushButton* cmdAdd_ = nullptr;

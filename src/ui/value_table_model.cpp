@@ -1,5 +1,10 @@
 #include "ui/value_table_model.h"
 
+#include <QDateTime>
+
+#include "ui/tables.h"
+#include "ui/widget_text.h"
+
 namespace qvrcom::ui {
 
 void ValueTableModel::show(std::vector<QVariantList> rows) {
@@ -17,8 +22,11 @@ int ValueTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ValueTableModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || role != Qt::DisplayRole) return {};
-  return rows_[static_cast<std::size_t>(index.row())][index.column()];
+  if (!index.isValid() || (role != Qt::DisplayRole && role != kSortRole)) return {};
+  const QVariant& value = rows_[static_cast<std::size_t>(index.row())][index.column()];
+  if (role == kSortRole && value.typeId() == QMetaType::QString) return name_value(value.toString());
+  if (role == kSortRole || value.typeId() != QMetaType::QDateTime) return value;
+  return moment_text(value.toDateTime());
 }
 
 QVariant ValueTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

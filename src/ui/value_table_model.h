@@ -7,7 +7,7 @@
 
 namespace qvrcom::ui {
 
-// A table of plain values, to be read only. Numbers are sorted as numbers.
+// A table of plain values, to be read only: numbers, moments (QDateTime) and texts, sorted by what they are.
 class ValueTableModel : public QAbstractTableModel {
  public:
   ValueTableModel(QStringList headings, QObject* parent)

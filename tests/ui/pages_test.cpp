@@ -27,6 +27,7 @@
 #include "ui/site_dialog.h"
 #include "ui/sites_page.h"
 #include "ui/text_window.h"
+#include "ui/tables.h"
 #include "ui/widget_text.h"
 
 namespace qvrcom::ui {
@@ -330,6 +331,30 @@ TEST(MessageBoxesTest, ShowsTextTitleAndDetailAtOnce) {
   const Row rows[] = {
       {{.text = "ERROR! cmdOK_Click"}, "Host", Qt::Key_Return, platform::Button::kOk},
       {{.text = "a\r\nb & c <b>", .title = "QVRCOM+", .detail = "why <b>\nnext"},
+// Each value stands before the next one.
+TEST(ValueOrderTest, PutsValuesInOrderAndNamesAsTheLocaleDoes) {
+  const QVariant rows[][2] = {
+      {QVariant(), 0},
+      {QString(), "a"},
+      {9, 10},
+      {qulonglong(4'000'000'000), 5'000'000'000.0},
+      {10, "1"},
+      {QDateTime({2026, 11, 30}, {9, 0}), QDateTime({2027, 1, 1}, {8, 0})},
+      {name_value("Nov3026235959000"), name_value("Jan0127000000000")},
+      {name_value("Nov3026235959001same.log"), name_value("Nov3026235959002same.log")},
+      {name_value("Jan0127000000000"), name_value("Nov day")},
+      {"Office 9", "office 10"},
+      {"10.0.0.5", "10.0.0.12"},
+      {"\u00c4pfel", "Zebra"},
+      {"alpha", "Beta"},
+  };
+  const ValueOrder order;
+  for (const auto& [left, right] : rows) {
+    EXPECT_TRUE(order.less(left, right)) << utf8(left.toString()) << ", " << utf8(right.toString());
+    EXPECT_FALSE(order.less(right, left)) << utf8(left.toString()) << ", " << utf8(right.toString());
+  }
+}
+
        "QVRCOM+",
        Qt::Key_Escape,
        platform::Button::kOk},
