@@ -9,6 +9,8 @@
 #include <QVBoxLayout>
 
 #include "control/all_partitions_request.h"
+#include "environment/names.h"
+#include "siterules/firmware_rules.h"
 #include "ui/attempt.h"
 #include "ui/clock_panel.h"
 #include "ui/device_texts.h"
@@ -30,9 +32,9 @@ constexpr const char* kTextFiles = "Text Files (*.txt)|*.txt";
 struct DevicePage::Sending {
   const char* operation;
   const char* what;
+  const char* act;
   const char* filter;
 };
-  const char* act;
 
 const DevicePage::Sending DevicePage::kFirmware{operation::kSendFirmware, "firmware", "Send Firmware",
                                                 "Firmware Files (*)|*"};
@@ -102,7 +104,35 @@ QWidget* DevicePage::make_commands() {
     grid->addWidget(button, place / 2, place % 2);
     commands_.push_back(button);
   }
+  cmdAllPartitions_ = commands_.back();
+  lblAllPartitions_ = new QLabel(frame);
+  lblAllPartitions_->setObjectName(QStringLiteral("lblAllPartitions"));
+  lblAllPartitions_->setTextFormat(Qt::PlainText);
+  lblAllPartitions_->setWordWrap(true);
+  grid->addWidget(lblAllPartitions_, grid->rowCount(), 0, 1, 2);
   return frame;
+}
+
+// Why the statistics of all partitions cannot be had of this site; "" when they can.
+QString DevicePage::all_partitions_obstacle() const {
+  const platform::Trap trap(parts_.request.rules.ui);
+  const std::string firmware = picker_->site()->firmware.value_or("");
+  const std::string form = siterules::FirmwareRules(trap).Check_Firmware_Version(firmware);
+  if (form == environment::kOldStats) return {};
+  const QString command = cmdAllPartitions_->accessibleName().remove(QStringLiteral("..."));
+  if (form == siterules::kNoFirmwareVersion)
+    return command + QStringLiteral(": not while the site book does not tell the site's firmware version.");
+  return command +
+         QStringLiteral(": not with firmware %1, which does not keep its statistics in the older form.")
+             .arg(qt_text(firmware));
+}
+
+void DevicePage::show_all_partitions(bool usable) {
+  const QString obstacle = usable ? all_partitions_obstacle() : QString();
+  cmdAllPartitions_->setEnabled(usable && obstacle.isEmpty());
+  cmdAllPartitions_->setAccessibleDescription(obstacle);
+  lblAllPartitions_->setText(obstacle);
+  lblAllPartitions_->setVisible(!obstacle.isEmpty());
 }
 
 void DevicePage::reload_sites() {
@@ -111,12 +141,13 @@ void DevicePage::reload_sites() {
 
 // An answer belongs to the site that gave it.
 void DevicePage::site_changed() {
-  const bool chosen = picker_->site() != nullptr;
+  const bool usable = picker_->usable();
   for (QPushButton* button : commands_)
-    button->setEnabled(chosen);
-  clock_->enable_buttons(chosen);
+    button->setEnabled(usable);
+  show_all_partitions(usable);
+  clock_->enable_buttons(usable);
   clock_->forget_device();
-  lblState_->setText(chosen ? QString() : QStringLiteral("Choose a site first."));
+  lblState_->setText(picker_->site() != nullptr ? QString() : QStringLiteral("Choose a site first."));
   show_answer("", {}, {}, "");
 }
 

@@ -39,6 +39,8 @@ class DevicePage : public QWidget {
   void lay_out();
   QWidget* make_commands();
   void site_changed();
+  QString all_partitions_obstacle() const;
+  void show_all_partitions(bool usable);
 
   control::SystemAnswer command(const char* operation, control::SystemOrder order = {});
   void read_clock();
@@ -63,6 +65,8 @@ class DevicePage : public QWidget {
   SitePicker* picker_;
   ClockPanel* clock_;
   std::vector<QPushButton*> commands_;
+  QPushButton* cmdAllPartitions_ = nullptr;
+  QLabel* lblAllPartitions_ = nullptr;  // why it cannot be pressed
   QPlainTextEdit* text_;
   QLabel* lblAnswer_;
   QLabel* lblState_;

@@ -69,10 +69,9 @@ void MessagesPage::reload_sites() {
 
 // What is listed belongs to the site that was asked.
 void MessagesPage::site_changed() {
-  const bool chosen = picker_->site() != nullptr;
-  cmdView_->setEnabled(chosen);
+  cmdView_->setEnabled(picker_->usable());
   model_->show({});
-  lblState_->setText(chosen ? QString() : QStringLiteral("Choose a site first."));
+  lblState_->setText(picker_->site() != nullptr ? QString() : QStringLiteral("Choose a site first."));
 }
 
 void MessagesPage::view() {

@@ -43,7 +43,7 @@ SameLogsPage::SameLogsPage(const SameLogsPageParts& parts, QWidget* parent)
       cmdRetrieve_(make_button("cmdRetrieveSameLog", "&Retrieve", &SameLogsPage::retrieve)) {
   setObjectName(QStringLiteral("sameLogsPage"));
   lay_out();
-  const auto show_button = [this] { cmdRetrieve_->setEnabled(picker_->site() != nullptr); };
+  const auto show_button = [this] { cmdRetrieve_->setEnabled(picker_->usable()); };
   connect(picker_, &SitePicker::chosen, this, show_button);
   connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           &SameLogsPage::read_selected);

@@ -41,6 +41,14 @@ void sort_by_name(std::vector<sitebook::SiteRecord>& sites) {
   });
 }
 
+// Why no session can be held with this site, as a request would say it; "" when nothing is known against it.
+std::string obstacle_of(const sitebook::SiteRecord& site) {
+  if (site.card_type == "OLD")
+    return "No session can be started for this site: its control card is of the old kind.";
+  const std::string reasons = sitebook::reasons_of(sitebook::session_problems_of(site));
+  return reasons.empty() ? reasons : "No session can be started for this site. " + reasons;
+}
+
 }  // namespace
 
 SitePicker::SitePicker(sitebook::SiteBook& sites, Asks asks, QWidget* parent)
@@ -62,7 +70,7 @@ SitePicker::SitePicker(sitebook::SiteBook& sites, Asks asks, QWidget* parent)
   all->setContentsMargins({});
   all->addLayout(line_);
   all->addWidget(lblProblem_);
-  connect(cmbSite_, &QComboBox::currentIndexChanged, this, &SitePicker::chosen);
+  connect(cmbSite_, &QComboBox::currentIndexChanged, this, &SitePicker::choose);
   setFocusProxy(cmbSite_);
   reload();
 }
@@ -87,9 +95,15 @@ void SitePicker::reload() {
       cmbSite_->addItem(qt_text(sitebook::title_of(record)), record.site_id);
     cmbSite_->setCurrentIndex(std::max(0, before == 0 ? 0 : cmbSite_->findData(before)));
   }
-  if (fault)
-    lblProblem_->setText(QStringLiteral("The site book cannot be used. ") + qt_text(sentence_of(*fault)));
-  lblProblem_->setVisible(fault.has_value());
+  trouble_ = fault ? "The site book cannot be used. " + sentence_of(*fault) : std::string();
+  choose();
+}
+
+void SitePicker::choose() {
+  const std::string obstacle = site() == nullptr ? std::string() : obstacle_of(*site());
+  usable_ = site() != nullptr && obstacle.empty();
+  lblProblem_->setText(qt_text(trouble_ + obstacle));
+  lblProblem_->setVisible(!lblProblem_->text().isEmpty());
   emit chosen();
 }
 

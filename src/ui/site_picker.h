@@ -27,6 +27,9 @@ class SitePicker : public QWidget {
 
   // Nothing while none is chosen.
   const sitebook::SiteRecord* site() const;
+  // Whether a site is chosen and nothing is known that keeps it out of a session; what is, stands in the
+  // line.
+  bool usable() const { return usable_; }
   // As a session takes it over; only while a site is chosen.
   control::SiteRow row() const { return control::site_row(*site()); }
   // "name - identifier"
@@ -40,11 +43,15 @@ class SitePicker : public QWidget {
   void chosen();
 
  private:
+  void choose();
+
   sitebook::SiteBook& sites_;
   QHBoxLayout* line_;
   QComboBox* cmbSite_;
   QSpinBox* txtPartition_ = nullptr;
-  QLabel* lblProblem_;  // why the book cannot be read
+  QLabel* lblProblem_;   // why the book cannot be read, or the site not be used
+  std::string trouble_;  // of the book
+  bool usable_ = false;
   std::vector<sitebook::SiteRecord> records_;
 };
 

@@ -204,14 +204,30 @@ TEST_F(DevicePages, AskBeforeAFileIsSentAndRefuseWhatIsNone) {
   EXPECT_EQ(label("lblDeviceState"), "Send Canned Messages: Completed");
 }
 
-TEST_F(DevicePages, RetrieveAllPartitionsOfOldFirmware) {
-  device_page();
-  click("cmdAllPartitions");
-  EXPECT_EQ(boxes().size(), 2U);  // the question, and that the firmware is not old
-  EXPECT_EQ(windows.suite.requests(), "");
-  windows.suite.engine.answers.insert(windows.suite.engine.answers.begin(),
-                                      {"FirmwareVersion FROM Site", base::Rows({"FirmwareVersion"})});
-  windows.suite.engine.answers[0].second.add({"5.ca"});
+// What cannot work for a site is not offered, and says why.
+TEST_F(DevicePages, OfferWhatWorksForTheSiteAlone) {
+  DevicePage& shown = device_page();
+  struct Row {
+    const char* firmware;
+    const char* card_type;
+    bool log, all;
+    const char* all_reason;
+    const char* site_reason;
+  };
+  for (const Row& row : {
+           Row{"6.62", "NEW", true, false, "not with firmware 6.62", ""},
+           Row{"0", "NEW", true, false, "does not tell the site's firmware", ""},
+           Row{"5.ca", "OLD", false, false, "", "control card is of the old kind"},
+           Row{"5.ca", "NEW", true, true, "", ""},
+       }) {
+    windows.list_sites({"USA_Office"}, row.firmware, row.card_type);
+    shown.reload_sites();
+    EXPECT_EQ(child<QPushButton>(shown, "cmdGetLog").isEnabled(), row.log);
+    EXPECT_EQ(child<QPushButton>(shown, "cmdAllPartitions").isEnabled(), row.all);
+    EXPECT_EQ(child<QLabel>(shown, "lblAllPartitions").isVisible(), *row.all_reason != '\0');
+    EXPECT_THAT(label("lblAllPartitions"), HasSubstr(row.all_reason));
+    EXPECT_THAT(label("lblSiteProblem"), HasSubstr(row.site_reason));
+  }
   windows.suite.scheduler.sends = [](const std::string&) { return "x"; };
   run("cmdAllPartitions");
   EXPECT_THAT(text(), StartsWith("Statistics files: 64\nPartition  1: "));

@@ -16,10 +16,18 @@ struct OpenLock : platform::SessionLock {
 // are told is kept.
 struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
   explicit MemoryWindows(const std::vector<const char*>& site_names) {
+    list_sites(site_names);
+    suite.session.site = {};
+    suite.on_event = [] { QCoreApplication::processEvents(); };
+  }
+
+  // What the site book answers from now on.
+  void list_sites(const std::vector<const char*>& names, const char* firmware = "6.62",
+                  const base::Field& card_type = std::nullopt) {
     std::vector<std::vector<base::Field>> rows;
-    for (const char* name : site_names)
-      rows.push_back({std::to_string(7 + rows.size()), name, std::to_string(101 + rows.size()), std::nullopt,
-                      "0", "10.0.0.5", "10", "secret", "", "", "6.62"});
+    for (const char* name : names)
+      rows.push_back({std::to_string(7 + rows.size()), name, std::to_string(101 + rows.size()), card_type,
+                      "0", "10.0.0.5", "10", "secret", "", "", firmware});
     const std::vector<std::string> columns{"SiteID",
                                            "User_Defined_Site_Name",
                                            "User_Defined_Site_ID",
@@ -31,11 +39,12 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
                                            "DialupConnection",
                                            "NumberToDial",
                                            "FirmwareVersion"};
+    auto earlier = std::exchange(suite.engine.answers, {});
     suite.engine.answer("FROM Site ORDER BY", columns, rows);
-    suite.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
+    suite.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{firmware}});
     suite.engine.answer("FROM Site", columns, rows);
-    suite.session.site = {};
-    suite.on_event = [] { QCoreApplication::processEvents(); };
+    for (auto& answer : earlier)
+      suite.engine.answers.push_back(std::move(answer));
   }
 
   void hand_over(const std::string& csv_file) override { viewed.push_back(csv_file); }
