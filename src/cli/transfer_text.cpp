@@ -1,13 +1,17 @@
 #include "cli/transfer_text.h"
 
+#include "control/session_progress.h"
+
 namespace qvrcom::cli {
 
 std::string transfer_text(const std::optional<platform::SchedulerStatus>& status,
                           const std::string& job_name) {
-  if (!status || job_name.empty() || status->running_job != job_name) return {};
-  std::string text = status->step + ", " + std::to_string(status->bytes_done);
-  if (status->bytes_hinted >= status->bytes_done && status->bytes_hinted > 0)
-    text += " of about " + std::to_string(status->bytes_hinted);
+  const auto progress = control::progress_of(status, job_name);
+  if (!progress) return {};
+  std::string text = progress->waits_for.empty() ? "" : "waits for " + progress->waits_for + ", ";
+  text += progress->step + ", " + std::to_string(progress->bytes_done);
+  if (progress->bytes_hinted >= progress->bytes_done && progress->bytes_hinted > 0)
+    text += " of about " + std::to_string(progress->bytes_hinted);
   return text + " bytes";
 }
 

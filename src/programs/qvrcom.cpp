@@ -81,11 +81,16 @@ int run_desktop() {
   window.add_page(QStringLiteral("SAME Lo&gs"), same_logs);
   auto* messages = new ui::MessagesPage(request, suite.sites);
   window.add_page(QStringLiteral("&Messages"), messages);
-  QObject::connect(sites, &ui::SitesPage::sites_changed, &window, [=] {
+  const auto reload_lists = [=] {
     statistics->reload_sites();
     device->reload_sites();
     same_logs->reload_sites();
     messages->reload_sites();
+  };
+  QObject::connect(sites, &ui::SitesPage::sites_changed, &window, reload_lists);
+  windows.when_sites_change([=] {
+    sites->reload();
+    reload_lists();
   });
   window.show();
   return QApplication::exec();

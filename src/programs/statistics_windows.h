@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QObject>
+#include <functional>
+
 #include "adapters/byte_source_posix.h"
 #include "programs/suite.h"
 #include "session/session_run.h"
@@ -7,6 +10,7 @@
 #include "ui/frm_response.h"
 #include "ui/frm_view_statistics.h"
 #include "ui/session_logs.h"
+#include "ui/session_stopper.h"
 #include "ui/uc_statistics_main.h"
 #include "ui/visual_components.h"
 
@@ -20,20 +24,29 @@ class StatisticsWindows {
   StatisticsWindows(const StatisticsWindows&) = delete;
   StatisticsWindows& operator=(const StatisticsWindows&) = delete;
 
-  ui::StatisticsMainParts parts() { return {suite_.request_parts(screen_), viewer_, chooser_}; }
+  ui::StatisticsMainParts parts() { return {suite_.request_parts(stopper_), viewer_, chooser_}; }
   const ui::SessionLogs& logs() const { return logs_; }
   ui::FileChooserQt& chooser() { return chooser_; }
   ui::VisualComponents& components() { return components_; }
 
+  // Called when a site was edited from the session dialog, once that has gone.
+  void when_sites_change(std::function<void()> routine) { sites_changed_ = std::move(routine); }
+
  private:
+  void edit_site(QWidget* over);
+  void tell_change();
+
   Suite& suite_;
   adapters::ByteSourcesPosix sources_;
   ui::SessionLogs logs_;
   ui::ResponseDialogs dialogs_;
   session::SessionRun screen_;
+  ui::SessionStopper stopper_;
   ui::VisualComponents components_;
   ui::StatisticsViewerWindow viewer_;
   ui::FileChooserQt chooser_;
+  std::function<void()> sites_changed_ = [] {};
+  QObject context_;
 };
 
 }  // namespace qvrcom::programs

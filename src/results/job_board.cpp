@@ -8,6 +8,8 @@
 #include "base/text.h"
 #include "environment/names.h"
 #include "jobs/index_line.h"
+#include "jobs/job_name.h"
+#include "jobs/script_grammar.h"
 
 namespace qvrcom::results {
 namespace {
@@ -105,6 +107,22 @@ Board JobBoard::read() const {
     maker.add_list(file, scheduler_.read_or_empty(file));
   maker.add_folders(scheduler_.job_folders());
   return maker.take();
+}
+
+BoardJob job_from_script(const jobs::SchedulerFiles& scheduler, const std::string& job_name) {
+  BoardJob job;
+  job.job = job_name;
+  if (!jobs::is_job_name(job_name)) return job;
+  const std::string name = job_name + "\\" + job_name + std::string(jobs::kScriptExtension);
+  const auto script = jobs::read_script(scheduler.read_or_empty(name)).script;
+  if (!script) return job;
+  job.description = script->header.description;
+  job.site_name = script->header.site_name;
+  job.site_id = script->header.site_id;
+  job.device_id = script->header.qvr_id;
+  if (const auto start = base::parse_serial(script->header.start_date))
+    job.start = base::from_date_serial(*start);
+  return job;
 }
 
 }  // namespace qvrcom::results

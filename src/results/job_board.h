@@ -58,4 +58,7 @@ class JobBoard {
   const jobs::SchedulerFiles& scheduler_;
 };
 
+// A job that no list holds, as its script tells it; its name alone when there is no script that can be read.
+BoardJob job_from_script(const jobs::SchedulerFiles& scheduler, const std::string& job_name);
+
 }  // namespace qvrcom::results

@@ -40,7 +40,7 @@ void announce(QWidget* widget) {
 
 }  // namespace
 
-ResponseDialog::ResponseDialog(LogOffer log, QWidget* parent, TransferSource transfer)
+ResponseDialog::ResponseDialog(ErrorOffers offers, QWidget* parent, TransferSource transfer)
     : QDialog(parent),
       lblInfo_(text_label("lblInfo", 1, this)),
       lblCancelCommInfo_(text_label("lblCancelCommInfo", kHintLines, this)),
@@ -48,19 +48,22 @@ ResponseDialog::ResponseDialog(LogOffer log, QWidget* parent, TransferSource tra
       transfer_(new TransferProgress(std::move(transfer), this)),
       cmdCancel_(captioned<QPushButton>("cmdCancel", QStringLiteral("&Cancel"), this)),
       cmdOpenLog_(captioned<QPushButton>("cmdOpenLog", QStringLiteral("Open &Log"), this)),
+      cmdEditSite_(captioned<QPushButton>("cmdEditSite", QStringLiteral("Edit &Site..."), this)),
       RichTextBox1_(named(new QTextEdit(this), "RichTextBox1", QStringLiteral("RichTextBox1"))),
       Timer1_(new QTimer(this)),
-      log_(std::move(log)) {
+      offers_(std::move(offers)) {
   setObjectName(QStringLiteral("frmResponse"));
   setWindowTitle(QLatin1String(session::frmResponse::kTitle));
   setModal(true);
   RichTextBox1_->hide();
   lblNotice_->hide();
   cmdOpenLog_->hide();
+  cmdEditSite_->hide();
   lay_out();
   make_timer();
   connect(cmdCancel_, &QPushButton::clicked, this, [this] { handlers_.cmdCancel_Click(); });
-  connect(cmdOpenLog_, &QPushButton::clicked, this, [this] { log_.open(this); });
+  connect(cmdOpenLog_, &QPushButton::clicked, this, [this] { offers_.open_log(this); });
+  connect(cmdEditSite_, &QPushButton::clicked, this, [this] { offers_.edit_site(this); });
 }
 
 void ResponseDialog::lay_out() {
@@ -70,6 +73,7 @@ void ResponseDialog::lay_out() {
   keep_room(cmdCancel_);
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(cmdOpenLog_);
+  buttons->addWidget(cmdEditSite_);
   buttons->addStretch();
   buttons->addWidget(cmdCancel_);
   auto* all = new QVBoxLayout(this);
@@ -130,9 +134,19 @@ void ResponseDialog::close() {
 }
 
 void ResponseDialog::scheduler_gone(const std::string& sentence) {
-  lblNotice_->setText(qt_text(sentence));
-  lblNotice_->show();
+  notice(qt_text(sentence));
   announce(lblNotice_);
+}
+
+void ResponseDialog::notice(const QString& text) {
+  lblNotice_->setText(text);
+  lblNotice_->setVisible(!text.isEmpty());
+}
+
+void ResponseDialog::offer_help() {
+  if (offers_.reason) notice(qt_text(offers_.reason()));
+  cmdOpenLog_->setVisible(offers_.log_is_worth_reading && offers_.log_is_worth_reading());
+  cmdEditSite_->setVisible(offers_.site_may_be_wrong && offers_.site_may_be_wrong());
 }
 
 void ResponseDialog::show_modal(session::frmResponse& dialog) {
@@ -147,7 +161,7 @@ void ResponseDialog::run(const ResponseHandlers& handlers) {
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);  // the window stands before it works
   handlers_.Form_Activate();
   if (closed_) return;
-  cmdOpenLog_->setVisible(log_.worth_reading && log_.worth_reading());
+  offer_help();
   // Round by round: a handler that has closed the window has returned before the loop looks again.
   while (!closed_)
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -158,7 +172,7 @@ void ResponseDialog::reject() {
 }
 
 std::unique_ptr<session::SessionWindow> ResponseDialogs::make() {
-  return std::make_unique<ResponseDialog>(log_, QApplication::activeWindow(), transfer_);
+  return std::make_unique<ResponseDialog>(offers_, QApplication::activeWindow(), transfer_);
 }
 
 }  // namespace qvrcom::ui

@@ -20,16 +20,19 @@ struct ResponseHandlers {
   std::function<void()> Timer1_Timer;
 };
 
-// The log of the session that has just run.
-struct LogOffer {
-  std::function<bool()> worth_reading;  // asked once, when the run has ended
-  std::function<void(QWidget* over)> open;
+// What the dialog offers when its run has failed. Each question is asked once, when the run has ended.
+struct ErrorOffers {
+  std::function<std::string()> reason = {};  // "" when it is not known, or nothing has failed
+  std::function<bool()> log_is_worth_reading = {};
+  std::function<void(QWidget* over)> open_log = {};
+  std::function<bool()> site_may_be_wrong = {};  // the site's entry in the site book
+  std::function<void(QWidget* over)> edit_site = {};
 };
 
 // The window of the session dialog. Closing hides it; whoever made it destroys it after show_modal().
 class ResponseDialog : public QDialog, public session::SessionWindow {
  public:
-  explicit ResponseDialog(LogOffer log, QWidget* parent = nullptr, TransferSource transfer = {});
+  explicit ResponseDialog(ErrorOffers offers, QWidget* parent = nullptr, TransferSource transfer = {});
 
   void set_info(const std::string& text) override;
   void set_info_visible(bool visible) override;
@@ -55,17 +58,20 @@ class ResponseDialog : public QDialog, public session::SessionWindow {
  private:
   void lay_out();
   void make_timer();
+  void notice(const QString& text);
+  void offer_help();
 
   QLabel* lblInfo_;
   QLabel* lblCancelCommInfo_;
-  QLabel* lblNotice_;  // the scheduler has gone
+  QLabel* lblNotice_;  // the scheduler has gone, or why the run has failed
   TransferProgress* transfer_;
   QPushButton* cmdCancel_;
   QPushButton* cmdOpenLog_;
+  QPushButton* cmdEditSite_;
   QTextEdit* RichTextBox1_;
   QTimer* Timer1_;
 
-  LogOffer log_;
+  ErrorOffers offers_;
   ResponseHandlers handlers_;
   bool closed_ = false;
 };
@@ -73,12 +79,12 @@ class ResponseDialog : public QDialog, public session::SessionWindow {
 // Makes the window of each session over the window that is active then.
 class ResponseDialogs : public session::SessionWindows {
  public:
-  explicit ResponseDialogs(LogOffer log, TransferSource transfer = {})
-      : log_(std::move(log)), transfer_(std::move(transfer)) {}
+  explicit ResponseDialogs(ErrorOffers offers, TransferSource transfer = {})
+      : offers_(std::move(offers)), transfer_(std::move(transfer)) {}
   std::unique_ptr<session::SessionWindow> make() override;
 
  private:
-  LogOffer log_;
+  ErrorOffers offers_;
   TransferSource transfer_;
 };
 

@@ -38,14 +38,15 @@ QString lists_among(const results::BoardJob& job, std::initializer_list<const ch
 }
 
 QString site_of(const results::BoardJob& job) {
+  if (job.site_name.empty() && job.site_id.empty()) return {};
   return qt_text(job.site_name) + QStringLiteral(" - ") + qt_text(job.site_id);
 }
 
 struct Column {
   const char* heading;
   QString (*text)(const JobTableModel& model, const results::BoardJob& job);
-};
   QVariant (*value)(const results::BoardJob& job) = nullptr;  // what it is sorted by; nothing: its text
+};
 
 using Model = JobTableModel;
 using Job = results::BoardJob;
@@ -108,10 +109,11 @@ const results::BoardJob& at(const std::vector<results::BoardJob>& jobs, int row)
 }  // namespace
 
 QString JobTableModel::state_of(const results::BoardJob& job) const {
+  const auto live = states_.find(job.job);
+  if (live != states_.end() && live->second == platform::JobState::kRunning) return live_state(live->second);
   for (const Ending& ending : kEndings) {
     if (stands_in(job, ending.result) || stands_in(job, ending.pending)) return QLatin1String(ending.state);
   }
-  const auto live = states_.find(job.job);
   if (live != states_.end()) return live_state(live->second);
   return stands_in(job, kIndexFile) ? QStringLiteral("Waiting") : QStringLiteral("To be rescheduled");
 }
@@ -125,7 +127,27 @@ bool JobTableModel::stoppable(const results::BoardJob& job) const {
 void JobTableModel::show(results::Board board) {
   beginResetModel();
   jobs_ = std::move(board.jobs);
+  listed_ = jobs_.size();
   endResetModel();
+}
+
+bool JobTableModel::lists(const std::string& job_name) const {
+  const auto end = jobs_.begin() + static_cast<std::ptrdiff_t>(listed_);
+  return std::any_of(jobs_.begin(), end, [&](const auto& job) { return job.job == job_name; });
+}
+
+void JobTableModel::show_unlisted(const std::optional<results::BoardJob>& job) {
+  const int row = static_cast<int>(listed_);
+  if (has_unlisted() ? job && jobs_.back().job == job->job : !job) return;
+  if (has_unlisted()) {
+    beginRemoveRows({}, row, row);
+    jobs_.pop_back();
+    endRemoveRows();
+  }
+  if (!job) return;
+  beginInsertRows({}, row, row);
+  jobs_.push_back(*job);
+  endInsertRows();
 }
 
 void JobTableModel::show_status(const std::optional<platform::SchedulerStatus>& status) {
@@ -133,6 +155,7 @@ void JobTableModel::show_status(const std::optional<platform::SchedulerStatus>& 
   if (status) {
     for (const platform::ScheduledJob& job : status->jobs)
       states.emplace(job.name, job.state);
+    if (!status->running_job.empty()) states[status->running_job] = platform::JobState::kRunning;
   }
   if (states == states_) return;
   states_ = std::move(states);

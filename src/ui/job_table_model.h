@@ -10,12 +10,20 @@
 
 namespace qvrcom::ui {
 
-// The jobs of the scheduler folder: a row a job, the lists that it stands in side by side.
+// The jobs of the scheduler folder: a row a job, the lists that it stands in side by side. A job that runs
+// and stands in no list has the last row.
 class JobTableModel : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
 
   void show(results::Board board);
+
+  // Whether any list holds this job.
+  bool lists(const std::string& job_name) const;
+
+  // The job that runs and that no list holds; nothing when there is none.
+  void show_unlisted(const std::optional<results::BoardJob>& job);
+  bool has_unlisted() const { return jobs_.size() > listed_; }
 
   // What the running scheduler says about the jobs of its index; nothing when none runs.
   void show_status(const std::optional<platform::SchedulerStatus>& status);
@@ -33,6 +41,7 @@ class JobTableModel : public QAbstractTableModel {
 
  private:
   std::vector<results::BoardJob> jobs_;
+  std::size_t listed_ = 0;                                      // jobs behind those stand in no list
   std::unordered_map<std::string, platform::JobState> states_;  // by job name
 };
 

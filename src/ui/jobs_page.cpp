@@ -13,6 +13,8 @@
 #include "ui/attempt.h"
 #include "ui/button_strip.h"
 #include "ui/elements.h"
+#include "ui/reading_text.h"
+#include "ui/session_stopper.h"
 #include "ui/tables.h"
 
 namespace qvrcom::ui {
@@ -36,8 +38,7 @@ QString scheduler_text(const std::optional<platform::SchedulerStatus>& status) {
                      .arg(status->process);
   if (status->running_job.empty()) return text + QStringLiteral(", no session.");
   text += QStringLiteral(": job %1, %2").arg(qt_text(status->running_job), qt_text(status->step));
-  if (status->bytes_done == 0) return text;
-  return text + QStringLiteral(", %1 bytes").arg(status->bytes_done);
+  return status->bytes_done == 0 ? text : text + QStringLiteral(", ") + byte_count(status->bytes_done);
 }
 
 QString board_text(const results::Board& board) {
@@ -51,15 +52,8 @@ QString board_text(const results::Board& board) {
                     .arg(qt_text(first.file), qt_text(first.reason));
 }
 
-const char* outcome_text(platform::StopOutcome outcome) {
-  switch (outcome) {
-    case platform::StopOutcome::kUnknownJob:
-      return "The scheduler knows no such job any more.";
-    case platform::StopOutcome::kNotReachable:
-      return "No scheduler is running.";
-    default:
-      return nullptr;
-  }
+QString unlisted_text(const JobTableModel& model) {
+  return model.has_unlisted() ? QStringLiteral(", and one that runs and stands in no list") : QString();
 }
 
 QLabel* state_label(const char* object_name, const char* accessible_name, QWidget* parent) {
@@ -137,12 +131,23 @@ void JobsPage::refresh() {
 
 void JobsPage::look() {
   const auto fault = fault_of([this] {
-    if (watch_.changed(watched_files())) read_board();
+    const std::string job = selected() == nullptr ? std::string() : selected()->job;
+    const std::size_t rows = model_->jobs().size();
+    const bool changed = watch_.changed(watched_files());
+    if (changed) read_board();
     read_status();
+    if (changed) select(job);
+    if (changed || model_->jobs().size() != rows) fit_columns(rows == 0);
+    lblJobsState_->setText(board_text_ + unlisted_text(*model_));
   });
   if (!fault) return;
   watch_.forget();
   lblJobsState_->setText(QStringLiteral("The job lists cannot be read. ") + qt_text(sentence_of(*fault)));
+}
+
+// Later on columns only grow: their widths are the user's.
+void JobsPage::fit_columns(bool first) {
+  first ? table_->resizeColumnsToContents() : widen_columns(*table_);
 }
 
 QStringList JobsPage::watched_files() const {
@@ -153,21 +158,28 @@ QStringList JobsPage::watched_files() const {
 }
 
 void JobsPage::read_board() {
-  const results::BoardJob* before = selected();
-  const std::string job = before == nullptr ? std::string() : before->job;
   results::Board board = parts_.board.read();
-  lblJobsState_->setText(board_text(board));
-  const bool first = model_->jobs().empty();
+  board_text_ = board_text(board);
   model_->show(std::move(board));
-  if (first) table_->resizeColumnsToContents();
-  select(job);
 }
 
 void JobsPage::read_status() {
   status_ = parts_.scheduler.status();
   lblScheduler_->setText(scheduler_text(status_));
+  model_->show_unlisted(unlisted_job());
   model_->show_status(status_);
   show_buttons();
+}
+
+// A session that was left goes on without its index line; what it does stands in its script.
+std::optional<results::BoardJob> JobsPage::unlisted_job() const {
+  const std::string name = status_ ? status_->running_job : std::string();
+  if (name.empty() || model_->lists(name)) return std::nullopt;
+  for (const results::BoardJob& shown : model_->jobs())
+    if (shown.job == name) return shown;
+  results::BoardJob job;
+  if (fault_of([&] { job = results::job_from_script(parts_.scheduler_files, name); })) job.job = name;
+  return job;
 }
 
 void JobsPage::show_buttons() {
@@ -197,9 +209,7 @@ void JobsPage::stop_job() {
   if (selected() == nullptr) return;
   const std::string job = selected()->job;
   if (!agreed(parts_.ui, "Stop job " + job + "? It is listed as cancelled.", "Stop Job")) return;
-  attempt(parts_.ui, "Job " + job + " cannot be stopped.", [&] {
-    if (const char* problem = outcome_text(parts_.scheduler.stop_job(job))) throw base::Fault(problem);
-  });
+  ui::stop_job(parts_.ui, parts_.scheduler, job);
   refresh();
 }
 

@@ -53,7 +53,9 @@ class JobsPage : public QWidget {
   void look_and_plan();
   void refresh();
   void read_board();
+  void fit_columns(bool first);
   void read_status();
+  std::optional<results::BoardJob> unlisted_job() const;
   void show_buttons();
   QStringList watched_files() const;
   const results::BoardJob* selected() const;
@@ -76,6 +78,7 @@ class JobsPage : public QWidget {
   QPushButton* cmdRefresh_ = nullptr;
   QTimer* timer_;
   ListWatch watch_;
+  QString board_text_;
   std::optional<platform::SchedulerStatus> status_;
 };
 

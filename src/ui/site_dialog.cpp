@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/attempt.h"
 #include "ui/elements.h"
 #include "ui/site_table_model.h"
 
@@ -116,11 +117,25 @@ sitebook::SiteRecord SiteDialog::site() const {
   return site;
 }
 
+void SiteDialog::begin_with(std::string_view key) {
+  for (std::size_t i = 0; i < fields_.size(); ++i)
+    if (sitebook::kSiteColumns[i].key == key) fields_[i]->setFocus();
+}
+
 void SiteDialog::check() {
   if (ok_ == nullptr) return;
   const std::vector<sitebook::SiteProblem> problems = problems_(site());
   lblReasons_->setText(qt_text(sitebook::reasons_of(problems)));
   ok_->setEnabled(problems.empty());
+}
+
+bool edit_stored_site(sitebook::SiteBook& sites, platform::UserInterface& ui,
+                      const sitebook::SiteRecord& stored, QWidget* parent, std::string_view first) {
+  SiteDialog dialog(
+      QStringLiteral("Edit Site"), stored, [&](const auto& site) { return sites.problems(site); }, parent);
+  dialog.begin_with(first);
+  if (dialog.exec() != QDialog::Accepted || dialog.site() == stored) return false;
+  return attempt(ui, "The site cannot be changed.", [&] { sites.edit(dialog.site()); });
 }
 
 }  // namespace qvrcom::ui

@@ -4,7 +4,8 @@
 #include <functional>
 #include <vector>
 
-#include "sitebook/site_record.h"
+#include "platform/user_interface.h"
+#include "sitebook/site_book.h"
 
 class QComboBox;
 class QFormLayout;
@@ -25,6 +26,9 @@ class SiteDialog : public QDialog {
   // As the fields stand. An empty field is null, unless it held an empty text and was left alone.
   sitebook::SiteRecord site() const;
 
+  // The field of this column, by its key, has the focus when the dialog comes up.
+  void begin_with(std::string_view key);
+
  private:
   void add_fields(QFormLayout& form);
   QWidget* make_field(const sitebook::SiteColumn& column);
@@ -39,5 +43,9 @@ class SiteDialog : public QDialog {
   QLabel* lblReasons_;
   QPushButton* ok_ = nullptr;
 };
+
+// Lets the user change a stored site, `first` being the column to begin with. Whether the book has changed.
+bool edit_stored_site(sitebook::SiteBook& sites, platform::UserInterface& ui,
+                      const sitebook::SiteRecord& stored, QWidget* parent, std::string_view first = {});
 
 }  // namespace qvrcom::ui

@@ -144,11 +144,7 @@ void SitesPage::add_site() {
 void SitesPage::edit_site() {
   if (selected() == nullptr || !readable_) return;
   const sitebook::SiteRecord stored = *selected();
-  SiteDialog dialog(
-      QStringLiteral("Edit Site"), stored, [this](const auto& site) { return parts_.sites.problems(site); },
-      this);
-  if (dialog.exec() != QDialog::Accepted || dialog.site() == stored) return;
-  if (attempt(parts_.ui, "The site cannot be changed.", [&] { parts_.sites.edit(dialog.site()); })) changed();
+  if (edit_stored_site(parts_.sites, parts_.ui, stored, this)) changed();
 }
 
 void SitesPage::delete_site() {

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "results/job_board.h"
 #include "ui/attempt.h"
 #include "ui/elements.h"
 #include "ui/reading_text.h"
@@ -18,22 +19,35 @@ namespace {
 constexpr int kRest = 250;
 constexpr int kRestPerLook = 20;
 constexpr int kBarSteps = 1000;
-
-QString transfer_text(const Transfer& transfer) {
-  QString text = qt_text(transfer.step);
-  if (!text.isEmpty()) text += QStringLiteral(": ");
-  text += byte_count(transfer.done);
-  if (transfer.hinted > 0) text += QStringLiteral(" of about ") + byte_count(transfer.hinted);
-  return text;
-}
+constexpr int kLines = 2;  // of the text of a session that waits
 
 }  // namespace
 
-TransferSource transfer_source(platform::SchedulerControl& scheduler, const base::JobValues& job) {
-  return [&scheduler, &job]() -> std::optional<Transfer> {
-    const auto status = scheduler.status();
-    if (!status || status->running_job != job.Name || status->bytes_done == 0) return std::nullopt;
-    return Transfer{status->step, status->bytes_done, status->bytes_hinted};
+QString progress_text(const control::SessionProgress& progress) {
+  QString text = qt_text(progress.step);
+  if (progress.bytes_done > 0) {
+    if (!text.isEmpty()) text += QStringLiteral(": ");
+    text += byte_count(progress.bytes_done);
+    if (progress.bytes_hinted > 0) text += QStringLiteral(" of about ") + byte_count(progress.bytes_hinted);
+  }
+  if (progress.waits_for.empty()) return text;
+  QString job = qt_text(progress.waits_for);
+  if (!progress.description.empty())
+    job += QStringLiteral(" (%1)").arg(qt_text(progress.description).trimmed());
+  return QStringLiteral("Waiting for job %1, which is here: %2").arg(job, text);
+}
+
+TransferSource transfer_source(platform::SchedulerControl& scheduler, const base::JobValues& job,
+                               const jobs::SchedulerFiles& files) {
+  return [&, asked = std::string(), told = std::string()]() mutable {
+    auto progress = control::progress_of(scheduler.status(), job.Name);
+    if (!progress || progress->waits_for.empty() || !progress->description.empty()) return progress;
+    if (asked != progress->waits_for) {
+      asked = progress->waits_for;
+      told = results::job_from_script(files, asked).description;
+    }
+    progress->description = told;
+    return progress;
   };
 }
 
@@ -44,6 +58,9 @@ TransferProgress::TransferProgress(TransferSource source, QWidget* parent)
       barTransfer_(named(new QProgressBar(this), "barTransfer", QStringLiteral("Progress of the transfer"))),
       timer_(new QTimer(this)) {
   lblTransfer_->setTextFormat(Qt::PlainText);
+  lblTransfer_->setWordWrap(true);
+  lblTransfer_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  lblTransfer_->setMinimumHeight(lblTransfer_->fontMetrics().lineSpacing() * kLines);
   barTransfer_->setRange(0, kBarSteps);
   keep_room(barTransfer_);
   auto* all = new QVBoxLayout(this);
@@ -52,13 +69,13 @@ TransferProgress::TransferProgress(TransferSource source, QWidget* parent)
   all->addWidget(barTransfer_);
   timer_->setSingleShot(true);
   connect(timer_, &QTimer::timeout, this, &TransferProgress::look_and_plan);
-  show_transfer(std::nullopt);
+  show_progress(std::nullopt);
   setVisible(static_cast<bool>(source_));
 }
 
 void TransferProgress::set_running(bool running) {
   if (!source_) return;
-  show_transfer(std::nullopt);
+  show_progress(std::nullopt);
   if (running)
     timer_->start(kRest);
   else
@@ -68,18 +85,18 @@ void TransferProgress::set_running(bool running) {
 void TransferProgress::look_and_plan() {
   QElapsedTimer taken;
   taken.start();
-  std::optional<Transfer> transfer;
-  fault_of([&] { transfer = source_(); });  // what cannot be asked is not shown
-  show_transfer(transfer);
+  std::optional<control::SessionProgress> progress;
+  fault_of([&] { progress = source_(); });  // what cannot be asked is not shown
+  show_progress(progress);
   timer_->start(std::max(kRest, kRestPerLook * static_cast<int>(taken.elapsed())));
 }
 
-void TransferProgress::show_transfer(const std::optional<Transfer>& transfer) {
-  lblTransfer_->setText(transfer ? transfer_text(*transfer) : QString());
-  const bool measured = transfer && transfer->hinted > 0;
+void TransferProgress::show_progress(const std::optional<control::SessionProgress>& progress) {
+  lblTransfer_->setText(progress ? progress_text(*progress) : QString());
+  const bool measured = progress && progress->bytes_done > 0 && progress->bytes_hinted > 0;
   barTransfer_->setVisible(measured);
   if (!measured) return;
-  const double part = static_cast<double>(transfer->done) / static_cast<double>(transfer->hinted);
+  const double part = static_cast<double>(progress->bytes_done) / static_cast<double>(progress->bytes_hinted);
   barTransfer_->setValue(static_cast<int>(std::min(part, 1.0) * kBarSteps));
 }
 

@@ -5,7 +5,8 @@
 #include <optional>
 
 #include "base/session_values.h"
-#include "platform/scheduler_control.h"
+#include "control/session_progress.h"
+#include "jobs/scheduler_files.h"
 
 class QLabel;
 class QProgressBar;
@@ -13,20 +14,18 @@ class QTimer;
 
 namespace qvrcom::ui {
 
-// How far the transfer of a running job has come.
-struct Transfer {
-  std::string step;
-  std::uint64_t done = 0;    // bytes
-  std::uint64_t hinted = 0;  // bytes that are expected, 0 when nobody knows
-};
+// Asked again and again; nothing while the job does not run or wait, or with a scheduler that does not tell.
+using TransferSource = std::function<std::optional<control::SessionProgress>()>;
 
-// Asked again and again; nothing while the job moves no bytes, or with a scheduler that does not tell.
-using TransferSource = std::function<std::optional<Transfer>()>;
+// "Fetching log: 512 bytes of about 20,000 bytes", and what a job that has to wait is waiting for.
+QString progress_text(const control::SessionProgress& progress);
 
-// What the scheduler tells about the session's job. Both have to outlive the source.
-TransferSource transfer_source(platform::SchedulerControl& scheduler, const base::JobValues& job);
+// What the scheduler tells about the session's job; of a job that stands in no list its script tells what it
+// is. All three have to outlive the source.
+TransferSource transfer_source(platform::SchedulerControl& scheduler, const base::JobValues& job,
+                               const jobs::SchedulerFiles& files);
 
-// A line and a bar that follow a transfer. Without one they keep their room and show nothing.
+// A line and a bar that follow a session. Without one they keep their room and show nothing.
 class TransferProgress : public QWidget {
  public:
   TransferProgress(TransferSource source, QWidget* parent);
@@ -35,7 +34,7 @@ class TransferProgress : public QWidget {
 
  private:
   void look_and_plan();
-  void show_transfer(const std::optional<Transfer>& transfer);
+  void show_progress(const std::optional<control::SessionProgress>& progress);
 
   TransferSource source_;
   QLabel* lblTransfer_;

@@ -94,6 +94,9 @@ TEST(TransferText, SpeaksOfTheJobAtHandAlone) {
   status.bytes_hinted = 1;
   EXPECT_EQ(transfer_text(status, "J"), "Storing firmware, 512 bytes");
   EXPECT_EQ(transfer_text(status, "other"), "");
+  status.jobs = {{"done", "", platform::JobState::kFinished}, {"other", "", platform::JobState::kWaiting}};
+  EXPECT_EQ(transfer_text(status, "other"), "waits for J, Storing firmware, 512 bytes");
+  EXPECT_EQ(transfer_text(status, "done"), "");
   EXPECT_EQ(transfer_text({}, "J"), "");
 }
 

@@ -233,6 +233,46 @@ TEST_F(DevicePages, OfferWhatWorksForTheSiteAlone) {
   EXPECT_THAT(text(), StartsWith("Statistics files: 64\nPartition  1: "));
 }
 
+// A session that was left runs on in the scheduler: the question comes behind the dialog, and only when the
+// scheduler says that it runs.
+TEST_F(DevicePages, AskWhetherASessionThatWasLeftIsToBeStopped) {
+  windows.suite.scheduler.result_file = "";
+  device_page();
+  struct Row {
+    bool answers;
+    const char* running;  // "" is the session's own job
+    platform::Button button;
+    std::size_t questions;
+    bool stops;
+  };
+  for (const Row& row :
+       {Row{false, "", platform::Button::kOk, 0, false},
+        Row{true, "Nov1526000000000", platform::Button::kOk, 0, false},
+        Row{true, "", platform::Button::kCancel, 1, false}, Row{true, "", platform::Button::kOk, 1, true}}) {
+    boxes().clear();
+    windows.control.log.clear();
+    windows.suite.ui.answers = {row.button};
+    const ModalDriver driver({[&](QWidget& dialog) {
+      windows.control.now.reset();
+      const std::string& own = windows.suite.session.job.Name;
+      if (row.answers) {
+        windows.control.now.emplace();
+        windows.control.now->running_job = *row.running == '\0' ? own : row.running;
+        windows.control.now->step = "Fetching log";
+      }
+      EXPECT_EQ(boxes().size(), 0U);
+      child<QPushButton>(dialog, "cmdCancel").click();
+    }});
+    click("cmdGetLog");
+    ASSERT_EQ(boxes().size(), row.questions);
+    EXPECT_EQ(windows.control.log.size(), row.stops ? 1U : 0U);
+    if (row.questions == 0) continue;
+    EXPECT_EQ(boxes()[0].act, "Stop Session");
+    EXPECT_THAT(boxes()[0].detail, HasSubstr(": Fetching log.\n"));
+  }
+  EXPECT_THAT(windows.control.log, ElementsAre("stop " + windows.suite.session.job.Name));
+}
+
 TEST_F(DevicePages, ListTheMessagesOfAPartition) {
   MessagesPage& messages = open(std::make_unique<MessagesPage>(request, sites));
   device["msgindexP3.dat"] = std::string("\0\0\0\0\0\0\0\0\0\0\0\x0C\0\0\0\x50", 16);
@@ -300,16 +340,13 @@ TEST_F(DevicePages, ListReadAndSearchTheSameLogs) {
   ASSERT_FALSE(windows.suite.session.run.SameLogFile.empty());
 }
 
-TEST(TransferProgressTest, FollowsTheSessionsJobAlone) {
-  struct OneStatus : platform::SchedulerControl {
-    std::optional<platform::SchedulerStatus> status() override { return now; }
-    bool stop() override { return false; }
-    platform::StopOutcome stop_job(const std::string&) override { return platform::StopOutcome::kUnknownJob; }
-    std::optional<platform::SchedulerStatus> now;
-  } scheduler;
+TEST(TransferProgressTest, FollowsTheSessionsJobAndWhatItWaitsFor) {
+  ManualScheduler scheduler;
   base::JobValues job;
   job.Name = "Nov1526120000000";
-  TransferProgress progress(transfer_source(scheduler, job), nullptr);
+  session::MemorySuite suite;
+  const jobs::SchedulerFiles files(suite.session.run, suite.folders, suite.files);
+  TransferProgress progress(transfer_source(scheduler, job, files), nullptr);
   progress.show();
   auto& bar = child<QWidget>(progress, "barTransfer");
   const auto look = [&] {
@@ -324,6 +361,11 @@ TEST(TransferProgressTest, FollowsTheSessionsJobAlone) {
   scheduler.now->bytes_done = 5000;
   scheduler.now->bytes_hinted = 20'000;
   EXPECT_EQ(look(), "");
+  scheduler.now->jobs = {{job.Name, "Send", platform::JobState::kWaiting}};
+  const char* waiting = " which is here: Sending firmware: 5,000 bytes of about 20,000 bytes";
+  EXPECT_EQ(look(), std::string("Waiting for job Nov1526120000001,") + waiting);
+  scheduler.now->jobs.push_back({"Nov1526120000001", "Send Firmware File", platform::JobState::kRunning});
+  EXPECT_EQ(look(), std::string("Waiting for job Nov1526120000001 (Send Firmware File),") + waiting);
   scheduler.now->running_job = job.Name;
   EXPECT_EQ(look(), "Sending firmware: 5,000 bytes of about 20,000 bytes");
   EXPECT_TRUE(bar.isVisible());

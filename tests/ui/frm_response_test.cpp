@@ -21,8 +21,12 @@ struct ResponseDialogTest : ::testing::Test {
   bool error = false;
   int cancels = 0;
   int ticks = 0;
+  bool site_suspect = false;
   int logs = 0;
-  ResponseDialog dialog{{[this] { return error; }, [this](QWidget*) { ++logs; }}};
+  int edits = 0;
+  ResponseDialog dialog{{[this] { return std::string(error ? "It failed." : ""); }, [this] { return error; },
+                         [this](QWidget*) { ++logs; }, [this] { return site_suspect; },
+                         [this](QWidget*) { ++edits; }}};
   ResponseHandlers handlers{[] {},
                             [this] {
                               ++cancels;
@@ -104,18 +108,27 @@ TEST_F(ResponseDialogTest, TellsOfAMissingSchedulerAndLeavesCancelToTheUser) {
   dialog.run(handlers);
 }
 
-TEST_F(ResponseDialogTest, OffersTheLogAfterAnErrorOnly) {
-  for (const bool ended_badly : {false, true}) {
-    error = ended_badly;
+TEST_F(ResponseDialogTest, OffersLogAndSiteAfterTheErrorThatAsksForThem) {
+  struct Row {
+    bool error, site_suspect;
+  };
+  for (const Row row : {Row{false, false}, Row{true, false}, Row{true, true}}) {
+    error = row.error;
+    site_suspect = row.site_suspect;
     const ModalDriver driver({[&](QWidget&) {
       auto& open = child<QPushButton>(dialog, "cmdOpenLog");
-      EXPECT_EQ(open.isVisible(), ended_badly);
+      auto& edit = child<QPushButton>(dialog, "cmdEditSite");
+      EXPECT_EQ(open.isVisible(), row.error);
+      EXPECT_EQ(label("lblNotice").isVisible(), row.error);
+      EXPECT_EQ(edit.isVisible(), row.site_suspect);
       open.click();
+      edit.click();
       button().click();
     }});
     dialog.run(handlers);
   }
-  EXPECT_EQ(logs, 2);
+  EXPECT_EQ(logs, 3);
+  EXPECT_EQ(edits, 3);
 }
 
 }  // namespace

@@ -4,12 +4,30 @@
 
 #include "session/memory_suite.h"
 #include "ui/frm_response.h"
+#include "ui/session_stopper.h"
 #include "ui/statistics_page.h"
 
 namespace qvrcom::ui {
 
 struct OpenLock : platform::SessionLock {
   Attempt try_acquire() override { return {std::make_unique<platform::SessionLockHold>(), {}}; }
+};
+
+// A scheduler program that says what it is told to.
+struct ManualScheduler : platform::SchedulerControl {
+  std::optional<platform::SchedulerStatus> status() override { return now; }
+  bool stop() override {
+    log.push_back("stop");
+    now.reset();
+    return true;
+  }
+  platform::StopOutcome stop_job(const std::string& job) override {
+    log.push_back("stop " + job);
+    return outcome;
+  }
+  std::optional<platform::SchedulerStatus> now;
+  platform::StopOutcome outcome = platform::StopOutcome::kTakenOut;
+  std::vector<std::string> log;
 };
 
 // The statistics control with real windows on a memory suite with the sites given; what viewer and chooser
@@ -52,7 +70,7 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
   std::optional<std::string> open_file(const control::FileChoice&) override { return chosen; }
 
   StatisticsMainParts parts() {
-    return {{suite.parts().rules, database, gate, screen, suite.link}, *this, *this};
+    return {{suite.parts().rules, database, gate, stopper, suite.link}, *this, *this};
   }
 
   session::MemorySuite suite;
@@ -60,9 +78,12 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
   std::vector<std::string> viewed;
   std::optional<std::string> chosen;
   int logs_opened = 0;
-  ResponseDialogs dialogs{
-      {[this] { return suite.session.run.SessionStatus == "Error"; }, [this](QWidget*) { ++logs_opened; }}};
+  ResponseDialogs dialogs{{{},
+                           [this] { return suite.session.run.SessionStatus == "Error"; },
+                           [this](QWidget*) { ++logs_opened; }}};
   session::SessionRun screen{suite.parts(), dialogs};
+  ManualScheduler control;
+  SessionStopper stopper{screen, suite.ui, control, suite.session};
   session::SessionGate gate{lock, suite.ui};
   environment::DataBase database{suite.connection};
 };

@@ -15,6 +15,7 @@
 #include "adapters/files_posix.h"
 #include "adapters/paths.h"
 #include "doubles/settable_machine.h"
+#include "jobs/script_grammar.h"
 #include "ui/device_page.h"
 #include "ui/first_start.h"
 #include "ui/jobs_page.h"
@@ -26,8 +27,8 @@
 #include "ui/same_logs_page.h"
 #include "ui/site_dialog.h"
 #include "ui/sites_page.h"
-#include "ui/text_window.h"
 #include "ui/tables.h"
+#include "ui/text_window.h"
 #include "ui/widget_text.h"
 
 namespace qvrcom::ui {
@@ -35,22 +36,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-struct ManualScheduler : platform::SchedulerControl {
-  std::optional<platform::SchedulerStatus> status() override { return now; }
-  bool stop() override {
-    log.push_back("stop");
-    now.reset();
-    return true;
-  }
-  platform::StopOutcome stop_job(const std::string& job) override {
-    log.push_back("stop " + job);
-    return outcome;
-  }
-  std::optional<platform::SchedulerStatus> now;
-  platform::StopOutcome outcome = platform::StopOutcome::kTakenOut;
-  std::vector<std::string> log;
-};
 
 // The pages on real files and a real database in a folder of their own.
 struct PagesTest : ::testing::Test {
@@ -268,6 +253,32 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   child<QPushButton>(jobs, "cmdStartScheduler").click();
   EXPECT_THAT(programs.started, ElementsAre(folders.GetAppPath() + "JobPilot.exe"));
 
+  // A session that was left: its script alone tells what it is.
+  jobs::ScriptHeader header;
+  header.description = "Get Log File";
+  header.site_name = "Depot";
+  header.site_id = "102";
+  const std::string left = scheduler_files.path("Jan0127120000000");
+  files.make_folder(left);
+  files.replace(left + "\\Jan0127120000000.scr",
+                jobs::header_text(header, jobs::ScriptKind::kTransfer) + "\r\nFTPDISCONNECT;\r\n");
+  scheduler.now.emplace();
+  scheduler.now->running_job = "Jan0127120000000";
+  scheduler.log.clear();
+  jobs.look();
+  EXPECT_THAT(column(1), ElementsAre("Error", "Waiting", "Running"));
+  EXPECT_EQ(column(2)[2], "Get Log File");
+  EXPECT_EQ(column(3)[2], "Depot - 102");
+  table.sortByColumn(0, Qt::DescendingOrder);  // January 2027 before November 2026
+  EXPECT_THAT(column(0), ElementsAre("Jan0127120000000", "Nov1526120000002", "Nov1526120000001"));
+  table.selectRow(0);
+  child<QPushButton>(jobs, "cmdStopJob").click();
+  EXPECT_THAT(scheduler.log, ElementsAre("stop Jan0127120000000"));
+  scheduler.now->running_job.clear();
+  jobs.look();
+  EXPECT_THAT(column(1), ElementsAre("Waiting", "Error"));
+
+  table.selectRow(0);
   ui.messages.clear();
   child<QPushButton>(jobs, "cmdOpenJobLog").click();
   ASSERT_EQ(ui.messages.size(), 1U);
@@ -289,7 +300,7 @@ TEST_F(PagesTest, NamesEveryElementAndTakesItsColoursFromThePalette) {
   main.add_page("&Messages", new MessagesPage(request, sites));
   SiteDialog site(
       "Edit Site", {}, [](const auto&) { return std::vector<sitebook::SiteProblem>(); }, nullptr);
-  ResponseDialog response({}, nullptr, [] { return Transfer{"Sending", 1, 2}; });
+  ResponseDialog response({}, nullptr, [] { return control::SessionProgress{{}, {}, "Sending", 1, 2}; });
   TextWindow text("Log", "line", nullptr);
   const auto check = [](QWidget& window) {
     QStringList mnemonics;
@@ -320,17 +331,6 @@ TEST_F(PagesTest, NamesEveryElementAndTakesItsColoursFromThePalette) {
   }
 }
 
-TEST(MessageBoxesTest, ShowsTextTitleAndDetailAtOnce) {
-  MessageBoxes boxes;
-  struct Row {
-    platform::Message message;
-    const char* title;
-    Qt::Key key;
-    platform::Button answer;
-  };
-  const Row rows[] = {
-      {{.text = "ERROR! cmdOK_Click"}, "Host", Qt::Key_Return, platform::Button::kOk},
-      {{.text = "a\r\nb & c <b>", .title = "QVRCOM+", .detail = "why <b>\nnext"},
 // Each value stands before the next one.
 TEST(ValueOrderTest, PutsValuesInOrderAndNamesAsTheLocaleDoes) {
   const QVariant rows[][2] = {
@@ -355,6 +355,17 @@ TEST(ValueOrderTest, PutsValuesInOrderAndNamesAsTheLocaleDoes) {
   }
 }
 
+TEST(MessageBoxesTest, ShowsTextTitleAndDetailAtOnce) {
+  MessageBoxes boxes;
+  struct Row {
+    platform::Message message;
+    const char* title;
+    Qt::Key key;
+    platform::Button answer;
+  };
+  const Row rows[] = {
+      {{.text = "ERROR! cmdOK_Click"}, "Host", Qt::Key_Return, platform::Button::kOk},
+      {{.text = "a\r\nb & c <b>", .title = "QVRCOM+", .detail = "why <b>\nnext"},
        "QVRCOM+",
        Qt::Key_Escape,
        platform::Button::kOk},
@@ -370,6 +381,14 @@ TEST(ValueOrderTest, PutsValuesInOrderAndNamesAsTheLocaleDoes) {
        "T",
        Qt::Key_Escape,
        platform::Button::kCancel},
+      {{.text = "Reset?", .title = "T", .buttons = platform::Buttons::kOkCancel, .act = "Reset Log"},
+       "T",
+       Qt::Key_Return,
+       platform::Button::kCancel},
+      {{.text = "?", .title = "T", .buttons = platform::Buttons::kYesNoCancel, .act = "Reset Log"},
+       "T",
+       Qt::Key_Return,
+       platform::Button::kNo},
   };
   for (const Row& row : rows) {
     const ModalDriver driver({[&](QWidget& box) {
@@ -381,6 +400,10 @@ TEST(ValueOrderTest, PutsValuesInOrderAndNamesAsTheLocaleDoes) {
         EXPECT_EQ(detail.textFormat(), Qt::PlainText);
         EXPECT_EQ(utf8(detail.text()), row.message.detail);
       }
+      QStringList captions;
+      for (const QPushButton* button : box.findChildren<QPushButton*>())
+        captions += shown_caption(button->text());
+      EXPECT_EQ(captions.contains("Reset Log"), !row.message.act.empty());
       press(box, row.key);
     }});
     EXPECT_EQ(boxes.show(row.message), row.answer) << row.message.text;
@@ -394,15 +417,3 @@ TEST(FileChooserTest, WritesFiltersAsQtReadsThem) {
 
 }  // namespace
 }  // namespace qvrcom::ui
-      {{.text = "Reset?", .title = "T", .buttons = platform::Buttons::kOkCancel, .act = "Reset Log"},
-       "T",
-       Qt::Key_Return,
-       platform::Button::kCancel},
-      {{.text = "?", .title = "T", .buttons = platform::Buttons::kYesNoCancel, .act = "Reset Log"},
-       "T",
-       Qt::Key_Return,
-       platform::Button::kNo},
-      QStringList captions;
-      for (const QPushButton* button : box.findChildren<QPushButton*>())
-        captions += shown_caption(button->text());
-      EXPECT_EQ(captions.contains("Reset Log"), !row.message.act.empty());

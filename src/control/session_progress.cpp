@@ -1,0 +1,32 @@
+#include "control/session_progress.h"
+
+#include <algorithm>
+
+namespace qvrcom::control {
+namespace {
+
+const platform::ScheduledJob* find_job(const platform::SchedulerStatus& status, const std::string& name) {
+  const auto found = std::find_if(status.jobs.begin(), status.jobs.end(),
+                                  [&](const platform::ScheduledJob& job) { return job.name == name; });
+  return found == status.jobs.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+std::optional<SessionProgress> progress_of(const std::optional<platform::SchedulerStatus>& status,
+                                           const std::string& job_name) {
+  if (!status || job_name.empty() || status->running_job.empty()) return std::nullopt;
+  const platform::ScheduledJob* running = find_job(*status, status->running_job);
+  SessionProgress progress{{},
+                           running == nullptr ? std::string() : running->description,
+                           status->step,
+                           status->bytes_done,
+                           status->bytes_hinted};
+  if (status->running_job == job_name) return progress;
+  const platform::ScheduledJob* own = find_job(*status, job_name);
+  if (own == nullptr || own->state != platform::JobState::kWaiting) return std::nullopt;
+  progress.waits_for = status->running_job;
+  return progress;
+}
+
+}  // namespace qvrcom::control

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/scheduler_control.h"
+
+namespace qvrcom::control {
+
+// What the scheduler does for a session's job, or for the job that it waits for.
+struct SessionProgress {
+  std::string waits_for;    // name of the job whose session runs first; "" when it is the session's own
+  std::string description;  // of that job; "" when it is not known
+  std::string step;         // "Fetching allstats.csv"
+  std::uint64_t bytes_done = 0;
+  std::uint64_t bytes_hinted = 0;  // 0 when nobody knows
+  bool operator==(const SessionProgress&) const = default;
+};
+
+// Nothing when the scheduler says nothing of this job, or has done with it.
+std::optional<SessionProgress> progress_of(const std::optional<platform::SchedulerStatus>& status,
+                                           const std::string& job_name);
+
+}  // namespace qvrcom::control
