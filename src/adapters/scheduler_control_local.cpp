@@ -1,5 +1,6 @@
 #include "adapters/scheduler_control_local.h"
 
+#include <QDeadlineTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -15,6 +16,7 @@
 namespace qvrcom::adapters {
 
 using platform::JobState;
+using platform::Reach;
 using platform::ScheduledJob;
 using platform::SchedulerControl;
 using platform::SchedulerStatus;
@@ -23,14 +25,16 @@ using platform::StopOutcome;
 namespace {
 
 constexpr const char* kSocketName = "JOBPILOT control";
+constexpr const char* kWindowTitle = "JOBPILOT";
 constexpr int kConnectLimit = 200;          // milliseconds
-constexpr int kAnswerLimit = 5000;          // milliseconds; a session ends in far less
+constexpr int kAnswerLimit = 5000;          // milliseconds; the scheduler answers in far less
 constexpr int kLeaveLimit = 3000;           // milliseconds until a stopped program is gone
 constexpr int kLookTime = 20;               // milliseconds
 constexpr qsizetype kLongestRequest = 128;  // bytes
 constexpr qsizetype kLongestAnswer = qsizetype{64} << 20U;
 
-constexpr std::array<const char*, 5> kStates{"waiting", "running", "left alone", "finished", "damaged"};
+constexpr std::array<const char*, 6> kStates{
+    "waiting", "running", "left alone", "finished", "finished, not listed yet", "damaged"};
 constexpr std::array<const char*, 3> kStops{"stopped", "taken out", "unknown job"};
 
 // The place of a word in a table; its length when it is not there.
@@ -48,9 +52,11 @@ QString text(const std::string& value) {
 QJsonObject to_json(const SchedulerStatus& status) {
   QJsonArray jobs;
   for (const ScheduledJob& job : status.jobs) {
-    jobs.append(QJsonObject{{"name", text(job.name)},
-                            {"description", text(job.description)},
-                            {"state", kStates[static_cast<std::size_t>(job.state)]}});
+    QJsonObject entry{{"name", text(job.name)},
+                      {"description", text(job.description)},
+                      {"state", kStates[static_cast<std::size_t>(job.state)]}};
+    if (!job.reason.empty()) entry["reason"] = text(job.reason);
+    jobs.append(entry);
   }
   return {{"version", text(status.version)},
           {"process", static_cast<qint64>(status.process)},
@@ -58,7 +64,12 @@ QJsonObject to_json(const SchedulerStatus& status) {
           {"step", text(status.step)},
           {"bytes_done", static_cast<qint64>(status.bytes_done)},
           {"bytes_hinted", static_cast<qint64>(status.bytes_hinted)},
-          {"jobs", jobs}};
+          {"jobs", jobs},
+          {"jobs_left_out", static_cast<qint64>(status.jobs_left_out)}};
+}
+
+std::uint64_t count_from(const QJsonValue& json) {
+  return static_cast<std::uint64_t>(std::max<qint64>(0, json.toInteger()));
 }
 
 SchedulerStatus status_from(const QJsonObject& json) {
@@ -67,36 +78,57 @@ SchedulerStatus status_from(const QJsonObject& json) {
   status.process = json["process"].toInteger();
   status.running_job = json["running_job"].toString().toStdString();
   status.step = json["step"].toString().toStdString();
-  status.bytes_done = static_cast<std::uint64_t>(std::max<qint64>(0, json["bytes_done"].toInteger()));
-  status.bytes_hinted = static_cast<std::uint64_t>(std::max<qint64>(0, json["bytes_hinted"].toInteger()));
+  status.bytes_done = count_from(json["bytes_done"]);
+  status.bytes_hinted = count_from(json["bytes_hinted"]);
+  status.jobs_left_out = count_from(json["jobs_left_out"]);
   for (const QJsonValue entry : json["jobs"].toArray()) {
     const std::size_t state = std::min(place_of(kStates, entry["state"].toString()), kStates.size() - 1);
     status.jobs.push_back({entry["name"].toString().toStdString(),
-                           entry["description"].toString().toStdString(), static_cast<JobState>(state)});
+                           entry["description"].toString().toStdString(), static_cast<JobState>(state),
+                           entry["reason"].toString().toStdString()});
   }
   return status;
 }
 
-// One request, one answer; an empty object when nobody answers in time.
-QJsonObject ask(const QString& path, const std::string& request) {
-  QLocalSocket socket;
+// Nobody serves a path that has no socket, or one that refuses; a program whose queue is full is there.
+Reach reach_of(QLocalSocket& socket, const QString& path) {
   socket.connectToServer(path);
-  if (!socket.waitForConnected(kConnectLimit)) return {};
+  if (socket.waitForConnected(kConnectLimit)) return Reach::kAnswered;
+  const auto error = socket.error();
+  const bool nobody =
+      error == QLocalSocket::ServerNotFoundError || error == QLocalSocket::ConnectionRefusedError;
+  return nobody ? Reach::kNotRunning : Reach::kSilent;
+}
+
+QByteArray line_from(QLocalSocket& socket) {
+  const QDeadlineTimer end(kAnswerLimit);
+  QByteArray line;
+  while (!line.contains('\n') && line.size() < kLongestAnswer &&
+         socket.waitForReadyRead(static_cast<int>(end.remainingTime())))
+    line += socket.readAll();
+  return line;
+}
+
+// One request, one answer; an empty object when there is none.
+Reach ask(const QString& path, const std::string& request, QJsonObject& answer) {
+  QLocalSocket socket;
+  const Reach reach = reach_of(socket, path);
+  if (reach != Reach::kAnswered) return reach;
   socket.write((request + '\n').c_str());
-  QByteArray answer;
-  while (!answer.contains('\n') && answer.size() < kLongestAnswer && socket.waitForReadyRead(kAnswerLimit))
-    answer += socket.readAll();
-  return QJsonDocument::fromJson(answer).object();
+  answer = QJsonDocument::fromJson(line_from(socket)).object();
+  if (!answer.isEmpty()) return Reach::kAnswered;
+  QLocalSocket again;  // a program that was about to leave has gone by now
+  return reach_of(again, path) == Reach::kNotRunning ? Reach::kNotRunning : Reach::kSilent;
 }
 
 // The answer to a request without its line end.
 QJsonObject answer_to(const QString& request, SchedulerControl& target) {
   const QString stop_job = "stop-job ";
   if (request == "status") {
-    const auto status = target.status();
+    const auto status = target.status().status;
     return status ? to_json(*status) : QJsonObject{};
   }
-  if (request == "stop") return {{"stopped", target.stop()}};
+  if (request == "stop") return {{"stopped", target.stop() == Reach::kAnswered}};
   if (request.startsWith(stop_job)) {
     const auto outcome =
         static_cast<std::size_t>(target.stop_job(request.mid(stop_job.size()).toStdString()));
@@ -130,29 +162,41 @@ void welcome(QLocalSocket* peer, SchedulerControl& target) {
 SchedulerControlLocal::SchedulerControlLocal(std::string run_folder, std::string runtime_folder)
     : run_folder_(std::move(run_folder)), runtime_folder_(std::move(runtime_folder)) {}
 
-QJsonObject SchedulerControlLocal::request(const std::string& request) const {
-  return ask(local_socket_path(run_folder_, runtime_folder_, kSocketName), request);
+Reach SchedulerControlLocal::request(const std::string& request, QJsonObject& answer) const {
+  const Reach reach = ask(local_socket_path(run_folder_, runtime_folder_, kSocketName), request, answer);
+  if (reach != Reach::kNotRunning) return reach;
+  // It is just coming up, or another maker's scheduler, which has no such socket.
+  return socket_is_served(local_socket_path(run_folder_, runtime_folder_, kWindowTitle)) ? Reach::kSilent
+                                                                                         : reach;
 }
 
-std::optional<SchedulerStatus> SchedulerControlLocal::status() {
-  const QJsonObject answer = request("status");
-  if (!answer.contains("process")) return std::nullopt;
-  return status_from(answer);
+platform::StatusAnswer SchedulerControlLocal::status() {
+  QJsonObject answer;
+  const Reach reach = request("status", answer);
+  if (reach != Reach::kAnswered) return {reach, {}};
+  if (!answer.contains("process")) return {Reach::kSilent, {}};
+  return {reach, status_from(answer)};
 }
 
-bool SchedulerControlLocal::stop() {
-  if (!request("stop")["stopped"].toBool()) return false;
+Reach SchedulerControlLocal::stop() {
+  QJsonObject answer;
+  const Reach reach = request("stop", answer);
+  if (reach != Reach::kAnswered) return reach;
   const QString path = local_socket_path(run_folder_, runtime_folder_, kSocketName);
-  for (int waited = 0; waited < kLeaveLimit && socket_is_served(path); waited += kLookTime)
+  for (int waited = 0; waited < kLeaveLimit; waited += kLookTime) {
+    if (!socket_is_served(path)) return Reach::kAnswered;
     QThread::msleep(kLookTime);
-  return true;
+  }
+  return Reach::kSilent;
 }
 
 StopOutcome SchedulerControlLocal::stop_job(const std::string& job_name) {
   // A line end would be a second request; no job has one in its name.
   if (base::has_control_character(job_name)) return StopOutcome::kUnknownJob;
-  const QJsonObject answer = request("stop-job " + job_name);
-  if (!answer.contains("outcome")) return StopOutcome::kNotReachable;
+  QJsonObject answer;
+  const Reach reach = request("stop-job " + job_name, answer);
+  if (reach == Reach::kNotRunning) return StopOutcome::kNotRunning;
+  if (reach == Reach::kSilent || !answer.contains("outcome")) return StopOutcome::kSilent;
   return static_cast<StopOutcome>(
       std::min(place_of(kStops, answer["outcome"].toString()), kStops.size() - 1));
 }

@@ -14,12 +14,12 @@ class SchedulerControlLocal : public platform::SchedulerControl {
   // Native paths, as for MessageChannelLocal.
   SchedulerControlLocal(std::string run_folder, std::string runtime_folder);
 
-  std::optional<platform::SchedulerStatus> status() override;
-  bool stop() override;
+  platform::StatusAnswer status() override;
+  platform::Reach stop() override;
   platform::StopOutcome stop_job(const std::string& job_name) override;
 
  private:
-  QJsonObject request(const std::string& request) const;
+  platform::Reach request(const std::string& request, QJsonObject& answer) const;
 
   std::string run_folder_;
   std::string runtime_folder_;

@@ -70,7 +70,8 @@ namespace {
 
 // What ended while nobody waited for it is told at every start, and keeps no access code.
 void look_after_jobs(const Invocation& invocation, CommandContext& context) {
-  control::JobUpkeep(context.requests, context.jobs, context.machine).forget_access_codes();
+  control::JobUpkeep(context.requests, context.jobs, context.machine, context.scheduler)
+      .forget_access_codes();
   if (!invocation.tells_late_results) return;
   const std::string sentence =
       control::late_results_sentence(control::LateResultsRequest(context.requests, context.jobs).waiting());

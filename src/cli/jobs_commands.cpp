@@ -131,7 +131,7 @@ constexpr RemovalText kRemovalTexts[] = {
 };
 
 ExitCode remove(CommandContext& context, const std::vector<std::string>& names) {
-  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine);
+  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
   ExitCode code = ExitCode::kDone;
   for (const std::string& name : names) {
     const control::JobUpkeep::Removal removal = upkeep.remove(name);
@@ -148,7 +148,7 @@ ExitCode remove(CommandContext& context, const std::vector<std::string>& names) 
 }
 
 ExitCode clean(CommandContext& context) {
-  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine);
+  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
   const control::JobUpkeep::Cleaning cleaning = upkeep.clean();
   if (!cleaning.done) return ExitCode::kFailed;
   for (const std::string& job : cleaning.jobs)
@@ -165,10 +165,11 @@ struct StopText {
 };
 
 constexpr StopText kStopTexts[] = {
-    {platform::StopOutcome::kStopped, ExitCode::kDone, ": its session was ended."},
+    {platform::StopOutcome::kStopped, ExitCode::kDone, ": its session is ended."},
     {platform::StopOutcome::kTakenOut, ExitCode::kDone, ": it will not be run."},
     {platform::StopOutcome::kUnknownJob, ExitCode::kFailed, ": no such job waits or runs."},
-    {platform::StopOutcome::kNotReachable, ExitCode::kMissing, ": no scheduler answers."},
+    {platform::StopOutcome::kNotRunning, ExitCode::kMissing, ": no scheduler is running."},
+    {platform::StopOutcome::kSilent, ExitCode::kMissing, ": a scheduler is running, but it does not answer."},
 };
 
 ExitCode stop(CommandContext& context, const std::string& job) {

@@ -11,7 +11,8 @@ namespace qvrcom::cli {
 namespace {
 
 constexpr std::chrono::milliseconds kLook{100};
-constexpr int kLooks = 100;  // 10 s for the scheduler to come up
+constexpr int kLooks = 100;      // 10 s for the scheduler to come up
+constexpr int kSilentLook = 10;  // a look without an answer may take seconds: as many looks is it worth
 
 struct StateName {
   platform::JobState state;
@@ -22,6 +23,7 @@ constexpr StateName kStateNames[] = {{platform::JobState::kWaiting, "waiting"},
                                      {platform::JobState::kRunning, "running"},
                                      {platform::JobState::kLeftAlone, "left alone"},
                                      {platform::JobState::kFinished, "finished"},
+                                     {platform::JobState::kUnlisted, "finished, not listed yet"},
                                      {platform::JobState::kDamaged, "damaged"}};
 
 const char* name_of(platform::JobState state) {
@@ -30,21 +32,31 @@ const char* name_of(platform::JobState state) {
       ->name;
 }
 
-ExitCode no_scheduler(CommandContext& context) {
-  context.console.tell("No scheduler is running.", "\"qvrcomctl scheduler start\" starts it.");
+// A scheduler that has not answered, in its own words: there is none, or it is busy or hangs.
+ExitCode no_answer(CommandContext& context, platform::Reach reach) {
+  if (reach == platform::Reach::kSilent)
+    context.console.tell("A scheduler is running, but it does not answer.",
+                         "Try again in a moment. If it stays so, end the process JobPilot.");
+  else
+    context.console.tell("No scheduler is running.", "\"qvrcomctl scheduler start\" starts it.");
   return ExitCode::kMissing;
 }
 
 ExitCode start(CommandContext& context) {
   const std::string path = context.folders.GetAppPath() + environment::kJobPilotProgram;
   std::string reason;
-  for (int look = 0; look < kLooks; ++look) {
-    if (const auto status = context.scheduler.status()) {
-      context.console.print("The scheduler is running (process " + std::to_string(status->process) + ").");
+  for (int look = 0; look < kLooks;) {
+    const platform::StatusAnswer answer = context.scheduler.status();
+    if (answer.status) {
+      context.console.print("The scheduler is running (process " + std::to_string(answer.status->process) +
+                            ").");
       return ExitCode::kDone;
     }
+    const bool silent = answer.reach == platform::Reach::kSilent;
+    if (look == 0 && silent) return no_answer(context, answer.reach);
     if (look == 0) reason = context.programs.start_hidden(path);
     if (!reason.empty()) break;
+    look += silent ? kSilentLook : 1;
     context.ui.pump_events();
     context.clock.sleep(kLook);
   }
@@ -56,8 +68,10 @@ ExitCode start(CommandContext& context) {
 std::string status_json(const platform::SchedulerStatus& status) {
   QJsonArray jobs;
   for (const platform::ScheduledJob& job : status.jobs)
-    jobs.append(QJsonObject{
-        {"job", json(job.name)}, {"description", json(job.description)}, {"state", name_of(job.state)}});
+    jobs.append(QJsonObject{{"job", json(job.name)},
+                            {"description", json(job.description)},
+                            {"state", name_of(job.state)},
+                            {"reason", job.reason.empty() ? QJsonValue() : json(job.reason)}});
   return json_document(
       QJsonObject{{"version", json(status.version)},
                   {"process", static_cast<qint64>(status.process)},
@@ -65,7 +79,8 @@ std::string status_json(const platform::SchedulerStatus& status) {
                   {"step", status.running_job.empty() ? QJsonValue() : json(status.step)},
                   {"bytes-done", static_cast<qint64>(status.bytes_done)},
                   {"bytes-hinted", static_cast<qint64>(status.bytes_hinted)},
-                  {"jobs", jobs}});
+                  {"jobs", jobs},
+                  {"jobs-left-out", static_cast<qint64>(status.jobs_left_out)}});
 }
 
 void status_text(const platform::SchedulerStatus& status, Console& console) {
@@ -75,12 +90,13 @@ void status_text(const platform::SchedulerStatus& status, Console& console) {
                   " bytes");
   TextTable table(console.out());
   for (const platform::ScheduledJob& job : status.jobs)
-    table.add({job.name, name_of(job.state), job.description});
+    table.add({job.name, name_of(job.state), job.reason.empty() ? job.description : job.reason});
+  if (status.jobs_left_out > 0) table.add({"... and " + std::to_string(status.jobs_left_out) + " more"});
 }
 
 ExitCode show_status(CommandContext& context, bool as_json) {
-  const auto status = context.scheduler.status();
-  if (!status) return no_scheduler(context);
+  const auto [reach, status] = context.scheduler.status();
+  if (!status) return no_answer(context, reach);
   if (as_json) {
     context.console.out() << status_json(*status);
   } else {
@@ -90,7 +106,8 @@ ExitCode show_status(CommandContext& context, bool as_json) {
 }
 
 ExitCode stop(CommandContext& context) {
-  if (!context.scheduler.stop()) return no_scheduler(context);
+  const platform::Reach reach = context.scheduler.stop();
+  if (reach != platform::Reach::kAnswered) return no_answer(context, reach);
   context.console.print("The scheduler has been stopped.");
   return ExitCode::kDone;
 }

@@ -19,6 +19,10 @@ bool waits(const results::BoardJob& job) {
   return job.ending().empty();
 }
 
+bool contains(const std::vector<std::string>& names, const std::string& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 }  // namespace
 
 JobUpkeep::Removal JobUpkeep::remove(const std::string& job) {
@@ -28,13 +32,12 @@ JobUpkeep::Removal JobUpkeep::remove(const std::string& job) {
     const results::Board board = board_.read();
     const auto found = std::find_if(board.jobs.begin(), board.jobs.end(),
                                     [&](const results::BoardJob& each) { return each.job == job; });
-    const bool is_abandoned =
-        std::find(board.abandoned.begin(), board.abandoned.end(), job) != board.abandoned.end();
-    if (found == board.jobs.end() && !is_abandoned) return Removal::kUnknown;
-    if (found != board.jobs.end() && waits(*found)) return Removal::kInUse;
+    const bool is_listed = found != board.jobs.end();
+    if (!is_listed && !contains(board.abandoned, job)) return Removal::kUnknown;
+    if (is_listed ? waits(*found) : !contains(abandoned(board), job)) return Removal::kInUse;
     discard(job);
     rules::BusinessRules rules(parts_.rules);
-    if (found != board.jobs.end()) {
+    if (is_listed) {
       for (const char* list : environment::kPendingFiles) {
         std::string rest;
         rules.RemoveJobFromList(list, found->line, rest);
@@ -50,13 +53,27 @@ JobUpkeep::Cleaning JobUpkeep::clean() {
     Cleaning cleaning;
     const auto hold = parts_.gate.enter();
     if (!hold) return cleaning;
-    cleaning.jobs = board_.read().abandoned;
+    cleaning.jobs = abandoned(board_.read());
     for (const std::string& job : cleaning.jobs)
       discard(job);
     cleaning.logs = remove_old_logs();
     cleaning.done = true;
     return cleaning;
   });
+}
+
+// A session that was left goes on without its index line. Our scheduler tells which job it runs; another
+// maker's may run any of the last day.
+std::vector<std::string> JobUpkeep::abandoned(const results::Board& board) const {
+  const auto status = scheduler_.status().status;
+  const bool is_foreign = !status && parts_.link.scheduler_window_stands();
+  const base::LocalTime yesterday = parts_.rules.clock.now() - std::chrono::days(1);
+  std::vector<std::string> found = board.abandoned;
+  std::erase_if(found, [&](const std::string& job) {
+    const auto moment = base::from_job_name(job);
+    return (status && status->running_job == job) || (is_foreign && (!moment || *moment > yesterday));
+  });
+  return found;
 }
 
 void JobUpkeep::discard(const std::string& job) {

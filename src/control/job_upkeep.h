@@ -5,6 +5,7 @@
 
 #include "control/session_request.h"
 #include "platform/machine.h"
+#include "platform/scheduler_control.h"
 #include "results/job_board.h"
 
 namespace qvrcom::control {
@@ -41,12 +42,14 @@ class JobUpkeep {
   int log_days() const;
 
  private:
+  std::vector<std::string> abandoned(const results::Board& board) const;
   void discard(const std::string& job);
   std::size_t remove_old_logs();
 
   SessionRequestParts parts_;
   const results::JobBoard& board_;
   const platform::Machine& machine_;
+  platform::SchedulerControl& scheduler_;
   platform::Trap trap_;
 };
 

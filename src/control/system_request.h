@@ -42,9 +42,9 @@ std::string clock_difference(base::LocalTime device, base::LocalTime pc);
 
 // The bridge from a user's wish to the system commands. Before anything is sent a file is refused that is not
 // there, or is empty without `force`. A device file that is not of this suite's form is reported (kNotDone).
-// A fetched log is copied out before the job's folder is removed; when that fails it is brought to safety where
-// the device was told to delete its own, otherwise the folder stays. The firmware version of system information
-// is stored at the site, and a box says so when it is another one than before.
+// A fetched log is copied out before the job's folder is removed; when that fails it is brought to safety
+// where the device was told to delete its own, otherwise the folder stays. The firmware version of system
+// information is stored at the site, and a box says so when it is another one than before.
 class SystemRequest {
  public:
   explicit SystemRequest(const SessionRequestParts& parts);

@@ -1,15 +1,21 @@
 #include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QSocketNotifier>
 #include <QTimer>
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 
 #include "adapters/device_connection_curl.h"
 #include "adapters/dialer_process.h"
@@ -31,9 +37,47 @@ constexpr const char* kTitle = "JOBPILOT";
 constexpr std::int64_t kResultsTaken = 2;
 constexpr int kAnswerTime = 250;  // milliseconds between two answers
 constexpr int kFlushTime = 100;   // for the last bytes of the control socket
-constexpr int kLingerTime = 600;  // for a dialog that is not yet listening to hear how its job ended
+constexpr int kLingerTime =
+    600;  // behind a stop: for a dialog that is not yet listening to hear how its job ended
+constexpr int kStopLimit = 800;  // for the session to end; then it is left behind
 
 std::array<int, 2> signal_pipe{-1, -1};
+
+// A relative folder of the environment would mean another one below "/".
+void settle_environment() {
+  for (const char* name : {"QVRCOM_ROOT", "XDG_RUNTIME_DIR", "TMPDIR"}) {
+    const char* value = std::getenv(name);
+    if (value == nullptr || *value == '\0' || *value == '/') continue;
+    std::error_code error;
+    const auto absolute = std::filesystem::absolute(value, error);
+    if (!error) ::setenv(name, absolute.c_str(), 1);
+  }
+}
+
+// Nothing of whoever started this program is held: no file, no folder, no keyboard. Standard output and error
+// stay, but never become a file or socket of this program because they were closed.
+void leave_the_starter() {
+  settle_environment();
+  if (::close_range(3, ~0U, 0) != 0) {
+    for (int file = 3; file < ::getdtablesize(); ++file)
+      ::close(file);
+  }
+  const int nothing = ::open("/dev/null", O_RDWR);
+  ::dup2(nothing, STDIN_FILENO);
+  for (const int file : {STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(file, F_GETFD) < 0) ::dup2(nothing, file);
+  }
+  if (nothing > STDERR_FILENO) ::close(nothing);
+  [[maybe_unused]] const int left = ::chdir("/");
+}
+
+// This program's memory holds access codes: no core of it is written, and no other program of the user reads
+// it.
+void keep_memory_private() {
+  const rlimit none{0, 0};
+  ::setrlimit(RLIMIT_CORE, &none);
+  ::prctl(PR_SET_DUMPABLE, 0);
+}
 
 void on_signal(int) {
   const char byte = 0;
@@ -53,32 +97,41 @@ class JobPilot : public platform::SchedulerControl {
         terminals_(host.layout.run_folder, host.layout.runtime_folder),
         engine_(parts(channel)) {
     answers_.setInterval(kAnswerTime);
-    QObject::connect(&answers_, &QTimer::timeout, &context_, [this] { engine_.repeat_answer(); });
+    QObject::connect(&answers_, &QTimer::timeout, &context_, [this] {
+      engine_.repeat();
+      follow();
+    });
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
       std::signal(signal, on_signal);
-    QObject::connect(&signals_, &QSocketNotifier::activated, &context_, [this] { stop(); });
+    QObject::connect(&signals_, &QSocketNotifier::activated, &context_, [this] {
+      for (char byte = 0; ::read(signal_pipe[0], &byte, 1) > 0;) {
+      }
+      stop();
+    });
   }
 
   void request(std::int64_t code) {
     engine_.request(code);
     follow();
-    if (stopping_ && code == kResultsTaken)
-      QTimer::singleShot(kFlushTime, &context_, &QCoreApplication::quit);
+    if (stopping_ && !engine_.running() && code == kResultsTaken) leave_in(kFlushTime);
   }
 
-  std::optional<platform::SchedulerStatus> status() override {
+  platform::StatusAnswer status() override {
     platform::SchedulerStatus status = engine_.status();
     status.version = QVRCOM_VERSION;
     status.process = QCoreApplication::applicationPid();
-    return status;
+    return {platform::Reach::kAnswered, std::move(status)};
   }
 
-  bool stop() override {
-    stopping_ = true;
-    engine_.stop();
-    follow();
-    QTimer::singleShot(engine_.answering() ? kLingerTime : kFlushTime, &context_, &QCoreApplication::quit);
-    return true;
+  // Answers at once; the program ends when the session has.
+  platform::Reach stop() override {
+    if (!std::exchange(stopping_, true)) {
+      since_stop_.start();
+      engine_.stop();
+      QTimer::singleShot(kStopLimit, &context_, [this] { stop_waiting(); });
+      follow();
+    }
+    return platform::Reach::kAnswered;
   }
 
   platform::StopOutcome stop_job(const std::string& job_name) override {
@@ -86,6 +139,9 @@ class JobPilot : public platform::SchedulerControl {
     follow();
     return outcome;
   }
+
+  // A session that did not end in time still uses this program's parts: they must not be destroyed.
+  bool left_a_session_behind() const { return left_behind_; }
 
  private:
   scheduler::EngineParts parts(platform::MessageChannel& channel) {
@@ -117,9 +173,18 @@ class JobPilot : public platform::SchedulerControl {
   }
 
   void follow() {
-    if (engine_.answering() == answers_.isActive()) return;
-    engine_.answering() ? answers_.start() : answers_.stop();
+    if (engine_.repeating() != answers_.isActive()) engine_.repeating() ? answers_.start() : answers_.stop();
+    if (!stopping_ || engine_.running() || std::exchange(leaving_, true)) return;
+    const int lingered = static_cast<int>(std::min<qint64>(since_stop_.elapsed(), kLingerTime));
+    leave_in(engine_.answering() ? std::max(kFlushTime, kLingerTime - lingered) : kFlushTime);
   }
+
+  void stop_waiting() {
+    left_behind_ = engine_.leave_session_behind();
+    follow();
+  }
+
+  void leave_in(int milliseconds) { QTimer::singleShot(milliseconds, &context_, &QCoreApplication::quit); }
 
   programs::Host& host_;
   QObject context_;
@@ -127,6 +192,9 @@ class JobPilot : public platform::SchedulerControl {
   QSocketNotifier signals_{signal_pipe[0], QSocketNotifier::Read};
   std::atomic<bool> woken_{false};
   bool stopping_ = false;
+  bool leaving_ = false;
+  bool left_behind_ = false;
+  QElapsedTimer since_stop_;
   adapters::DeviceConnectionsCurl devices_;
   adapters::TerminalRelaysLocal terminals_;
   adapters::DialerProcess dialer_;
@@ -155,8 +223,13 @@ int run() {
         if (id == message) pilot.request(code);
         return std::int64_t{0};
       });
-  const adapters::SchedulerControlServer control(host.layout.run_folder, host.layout.runtime_folder, pilot);
-  return QCoreApplication::exec();
+  auto control = std::make_unique<adapters::SchedulerControlServer>(host.layout.run_folder,
+                                                                    host.layout.runtime_folder, pilot);
+  const int code = QCoreApplication::exec();
+  if (!pilot.left_a_session_behind()) return code;
+  control.reset();
+  window.reset();
+  std::_Exit(code);
 }
 
 void read_arguments(const QCoreApplication& application) {
@@ -173,6 +246,8 @@ void read_arguments(const QCoreApplication& application) {
 
 int main(int argument_count, char** arguments) {
   ::umask(0077);
+  leave_the_starter();
+  keep_memory_private();
   QCoreApplication application(argument_count, arguments);
   QCoreApplication::setApplicationVersion(QVRCOM_VERSION);
   read_arguments(application);

@@ -2,8 +2,12 @@
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QThread>
+#include <QTimer>
 #include <cstdio>
 
+#include "base/fault.h"
+#include "control/job_upkeep.h"
+#include "control/late_results_request.h"
 #include "programs/statistics_windows.h"
 #include "ui/attempt.h"
 #include "ui/device_page.h"
@@ -58,6 +62,32 @@ int write_picture(const QString& csv_file, const QString& picture) {
   return kDone;
 }
 
+// Says where the files are that came of a finished job.
+void tell_processed(const control::LateResultsAnswer& answer, programs::Suite& suite) {
+  std::string files;
+  for (const std::string& file : answer.files)
+    files += (files.empty() ? "" : "\n") + suite.files.native(file);
+  if (files.empty()) return;
+  suite.ui.show({.text = "What the job has fetched has been taken over.",
+                 .title = platform::kSuiteTitle,
+                 .icon = platform::Icon::kInformation,
+                 .detail = files});
+}
+
+// What ended while nobody waited for it is told at every start, and keeps no access code.
+void look_after_jobs(const control::LateResultsRequest& late, control::JobUpkeep& upkeep,
+                     platform::UserInterface& ui) {
+  upkeep.forget_access_codes();
+  std::string sentence;
+  const auto fault = base::fault_of([&] { sentence = control::late_results_sentence(late.waiting()); });
+  if (fault) sentence = "The jobs cannot be looked through: " + fault->description() + ". " + fault->detail();
+  if (sentence.empty()) return;
+  ui.show({.text = sentence,
+           .title = platform::kSuiteTitle,
+           .icon = platform::Icon::kInformation,
+           .detail = fault ? "" : "\"Process\" on the page \"Jobs\" takes over what they have fetched."});
+}
+
 int run_desktop() {
   ui::MessageBoxes boxes;
   programs::Suite suite(boxes);
@@ -71,10 +101,15 @@ int run_desktop() {
   window.add_page(QStringLiteral("Stat&istics"), statistics);
   auto* sites = new ui::SitesPage({suite.sites, boxes, suite.files, windows.chooser()});
   window.add_page(QStringLiteral("Si&tes"), sites);
-  window.add_page(QStringLiteral("&Jobs"),
-                  new ui::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs,
-                                    suite.files, suite.folders, boxes, windows.logs()}));
   const control::SessionRequestParts request = windows.parts().request;
+  control::LateResultsRequest late(request, suite.jobs);
+  control::JobUpkeep upkeep(request, suite.jobs, suite.machine, suite.scheduler);
+  window.add_page(
+      QStringLiteral("&Jobs"),
+      new ui::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs, suite.files,
+                        suite.folders, boxes, windows.logs(),
+                        [&](const results::BoardJob& job) { tell_processed(late.process(job), suite); },
+                        [&](const std::string& job) { upkeep.remove(job); }}));
   auto* device = new ui::DevicePage({request, suite.sites, windows.chooser()});
   window.add_page(QStringLiteral("&Device"), device);
   auto* same_logs = new ui::SameLogsPage({request, suite.sites, suite.files, suite.folders});
@@ -93,6 +128,7 @@ int run_desktop() {
     reload_lists();
   });
   window.show();
+  QTimer::singleShot(0, &window, [&] { look_after_jobs(late, upkeep, boxes); });
   return QApplication::exec();
 }
 

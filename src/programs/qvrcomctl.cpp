@@ -33,7 +33,7 @@ cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
   cli::SessionBatch batch(console, ui, sessions, requests);
   adapters::TerminalLocal terminal(suite.layout.run_folder, suite.layout.runtime_folder);
   cli::TelnetTerminal telnet(console, terminal, STDIN_FILENO);
-  sessions.watch([&] { return cli::transfer_text(suite.scheduler.status(), suite.session.job.Name); });
+  sessions.watch([&] { return cli::transfer_text(suite.scheduler.status().status, suite.session.job.Name); });
   environment::SetUp set_up = suite.set_up();
   const adapters::ByteSourcesPosix byte_sources;
   cli::CommandContext context{console,

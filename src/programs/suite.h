@@ -39,7 +39,7 @@ class Suite : public Host {
   // What set-up makes of this machine.
   environment::MachineFolders proposed_folders() const;
 
-  session::SessionParts session_parts() { return {rules_parts(), link, channel}; }
+  session::SessionParts session_parts() { return {rules_parts(), link, channel, scheduler}; }
   control::StatisticsRequestParts request_parts(link::SessionScreen& screen) {
     return {rules_parts(), database, gate, screen, link, sites};
   }

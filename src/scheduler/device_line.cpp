@@ -5,11 +5,15 @@
 namespace qvrcom::scheduler {
 
 platform::DeviceConnection& DeviceLine::connect(const platform::DeviceLimits& limits) {
-  std::unique_ptr<platform::DeviceConnection> fresh = devices_.make(limits, progress_);
-  const std::lock_guard lock(mutex_);
-  if (cancelled_) fresh->cancel();
-  connection_ = std::move(fresh);
+  replace(devices_.make(limits, progress_));
   return *connection_;
+}
+
+void DeviceLine::replace(std::unique_ptr<platform::DeviceConnection> connection) {
+  // The old one is dropped when the lock has gone: its farewell must not hold up a cancel.
+  const std::lock_guard lock(mutex_);
+  connection_.swap(connection);
+  if (cancelled_ && connection_) connection_->cancel();
 }
 
 void DeviceLine::pause(std::chrono::milliseconds time) {

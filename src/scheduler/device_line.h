@@ -23,6 +23,9 @@ class DeviceLine {
   // The connection that `connect` made last; there must be one.
   platform::DeviceConnection& current() { return *connection_; }
 
+  // Drops the connection there is.
+  void drop() { replace(nullptr); }
+
   // Waits that long; shorter once it is cancelled.
   void pause(std::chrono::milliseconds time);
 
@@ -31,6 +34,8 @@ class DeviceLine {
   const std::atomic<bool>& cancelled() const { return cancelled_; }
 
  private:
+  void replace(std::unique_ptr<platform::DeviceConnection> connection);
+
   platform::DeviceConnections& devices_;
   const platform::TransferProgress progress_;
   std::mutex mutex_;  // for the place of the connection, and cancelling

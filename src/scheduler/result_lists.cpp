@@ -1,6 +1,8 @@
 #include "scheduler/result_lists.h"
 
-#include <array>
+#include <algorithm>
+#include <cstdint>
+#include <unordered_set>
 
 #include "base/text.h"
 #include "environment/names.h"
@@ -11,6 +13,7 @@ namespace {
 
 constexpr std::array<const char*, 3> kListFiles{environment::kCompletedFile, environment::kErrorFile,
                                                 environment::kCancelledFile};
+constexpr std::array<Outcome, 3> kOutcomes{Outcome::kCompleted, Outcome::kError, Outcome::kCancelled};
 
 const char* file_of(Outcome outcome) {
   return kListFiles[static_cast<std::size_t>(outcome)];
@@ -20,50 +23,106 @@ std::string read_or_empty(const platform::Files& files, const std::string& path)
   return files.file_exists(path) ? files.read(path) : std::string{};
 }
 
-std::unordered_set<std::string> upper_lines(std::string_view text) {
-  std::unordered_set<std::string> lines;
-  for (const std::string_view line : base::lines_of(text))
-    lines.insert(base::to_upper(line));
-  return lines;
+std::string joined(const std::vector<std::string>& lines) {
+  std::string text = base::with_line_ends(lines);
+  text.resize(text.size() - base::kCrLf.size());
+  return text;
 }
 
 }  // namespace
 
+std::size_t LineHash::operator()(std::string_view line) const {
+  std::uint64_t hash = 14695981039346656037ULL;  // FNV-1a
+  for (const char c : line) {
+    const bool lower = c >= 'a' && c <= 'z';
+    hash = (hash ^ static_cast<unsigned char>(lower ? c - 'a' + 'A' : c)) * 1099511628211ULL;
+  }
+  return hash;
+}
+
+bool LineEqual::operator()(std::string_view left, std::string_view right) const {
+  return base::equals_ignoring_case(left, right);
+}
+
 void ResultLists::load() {
-  for (const char* file : kListFiles)
-    finished_.merge(upper_lines(read_or_empty(files_, folder_ + file)));
-}
-
-bool ResultLists::finished(std::string_view line) const {
-  return finished_.contains(base::to_upper(line));
-}
-
-void ResultLists::add(Outcome outcome, const std::string& line) {
-  finished_.insert(base::to_upper(line));
-  kept_.emplace_back(outcome, line);
-}
-
-std::string ResultLists::write_kept() {
-  const auto fault = fault_of([this] {
-    while (!kept_.empty()) {
-      const auto& [outcome, line] = kept_.front();
-      files_.append(folder_ + file_of(outcome), line + std::string(base::kCrLf));
-      kept_.erase(kept_.begin());
+  std::array<std::string, 3> texts;
+  for (const Outcome outcome : kOutcomes)
+    texts[static_cast<std::size_t>(outcome)] = read_or_empty(files_, folder_ + file_of(outcome));
+  for (auto& [line, finished] : finished_) {
+    if (finished.standing == Standing::kListed) finished.standing = Standing::kDropped;
+  }
+  for (const Outcome outcome : kOutcomes) {
+    for (const std::string_view line : base::lines_of(texts[static_cast<std::size_t>(outcome)])) {
+      const auto place = finished_.try_emplace(std::string(line), Finished{outcome, Standing::kListed}).first;
+      if (place->second.standing != Standing::kKept) place->second = {outcome, Standing::kListed};
     }
-  });
-  return fault ? fault->description() + ". " + fault->detail() : std::string{};
+  }
+}
+
+const ResultLists::Finished* ResultLists::find(std::string_view line) const {
+  const auto found = finished_.find(line);
+  return found == finished_.end() ? nullptr : &found->second;
+}
+
+void ResultLists::add(Outcome outcome, std::string_view line) {
+  finished_.insert_or_assign(std::string(line), Finished{outcome, Standing::kKept});
+  kept_for(outcome).emplace_back(line);
+}
+
+void ResultLists::add_again(std::string_view line) {
+  const auto found = finished_.find(line);
+  if (found == finished_.end() || found->second.standing != Standing::kDropped) return;
+  found->second.standing = Standing::kKept;
+  kept_for(found->second.outcome).emplace_back(line);
+}
+
+void ResultLists::write_kept() {
+  trouble_.clear();
+  for (const Outcome outcome : kOutcomes)
+    write_kept_for(outcome);
+}
+
+void ResultLists::write_kept_for(Outcome outcome) {
+  std::vector<std::string>& lines = kept_for(outcome);
+  if (lines.empty()) return;
+  if (const auto fault = fault_of([&] { files_.append_line(folder_ + file_of(outcome), joined(lines)); })) {
+    trouble_ = fault->description() + ". " + fault->detail();
+    return;
+  }
+  for (const std::string& line : lines)
+    finished_.find(line)->second.standing = Standing::kListed;
+  lines.clear();
+}
+
+std::vector<std::string_view> ResultLists::kept() const {
+  std::vector<std::string_view> all;
+  for (const auto& lines : kept_)
+    all.insert(all.end(), lines.begin(), lines.end());
+  return all;
+}
+
+bool ResultLists::has_kept() const {
+  return std::any_of(kept_.begin(), kept_.end(), [](const auto& lines) { return !lines.empty(); });
 }
 
 void ResultLists::drop_taken(std::string_view index_text) {
-  const auto standing = upper_lines(index_text);
+  std::unordered_set<std::string_view, LineHash, LineEqual> standing;
+  for (const std::string_view line : base::lines_of(index_text))
+    standing.insert(line);
   for (const char* file : kListFiles) {
     const std::string text = read_or_empty(files_, folder_ + file);
     const auto lines = base::lines_of(text);
     std::vector<std::string> left;
     for (const std::string_view line : lines) {
-      if (standing.contains(base::to_upper(line))) left.emplace_back(line);
+      if (standing.contains(line)) left.emplace_back(line);
     }
-    if (left.size() != lines.size()) files_.replace(folder_ + file, base::with_line_ends(left));
+    if (left.size() == lines.size()) continue;
+    files_.replace(folder_ + file, base::with_line_ends(left));
+    for (const std::string_view line : lines) {
+      const auto found = finished_.find(line);
+      const bool dropped = found != finished_.end() && !standing.contains(line);
+      if (dropped && found->second.standing == Standing::kListed) found->second.standing = Standing::kDropped;
+    }
   }
 }
 

@@ -1,44 +1,75 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
-#include <unordered_set>
-#include <utility>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/files.h"
 
 namespace qvrcom::scheduler {
 
+// Index lines as keys: letter case tells no two apart, and a view is looked up as it is.
+struct LineHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view line) const;
+};
+struct LineEqual {
+  using is_transparent = void;
+  bool operator()(std::string_view left, std::string_view right) const;
+};
+
 enum class Outcome { kCompleted, kError, kCancelled };
 
 // "completed.sch", "error.sch" and "cancelled.sch": the index lines of finished jobs, as they stood in the
-// index. Letter case tells no two lines apart.
+// index.
 class ResultLists {
  public:
+  // Where a finished line stands now.
+  enum class Standing { kListed, kKept, kDropped };
+  struct Finished {
+    Outcome outcome;
+    Standing standing;
+  };
+
   // `folder` is the scheduler folder, with a backslash at its end.
   ResultLists(platform::Files& files, std::string folder) : files_(files), folder_(std::move(folder)) {}
 
-  // Takes in what the three files hold; a missing one is empty. Fault when one cannot be read.
+  // Takes in what the three files hold now; a missing one is empty. Fault when one cannot be read; then
+  // nothing has changed.
   void load();
 
-  // Whether the line stands in a list or has stood in one since this program runs.
-  bool finished(std::string_view line) const;
+  // How the line ended: it stands in a list or has stood in one since this program runs. Null when it has
+  // not. Good until the next call that changes something.
+  const Finished* find(std::string_view line) const;
 
-  // Lists a line. When the file cannot be written the line is kept, and counts as finished all the same.
-  void add(Outcome outcome, const std::string& line);
+  // Keeps a line for its list; it counts as finished from now on.
+  void add(Outcome outcome, std::string_view line);
 
-  // Writes the lines that could not be written before; why that failed again, or "".
-  std::string write_kept();
+  // Keeps a finished line that no list holds any more for its list, once more.
+  void add_again(std::string_view line);
+
+  // Writes the lines that are kept, one writing a file. What cannot be written stays kept, and `trouble` says
+  // why; it is "" when nothing is kept any more.
+  void write_kept();
+  const std::string& trouble() const { return trouble_; }
+  std::vector<std::string_view> kept() const;
+  bool has_kept() const;
 
   // Drops the lines that do not stand in `index_text`. A file without such a line is not touched.
   void drop_taken(std::string_view index_text);
 
  private:
+  std::vector<std::string>& kept_for(Outcome outcome) { return kept_[static_cast<std::size_t>(outcome)]; }
+  void write_kept_for(Outcome outcome);
+
   platform::Files& files_;
   std::string folder_;
-  std::unordered_set<std::string> finished_;  // upper case
-  std::vector<std::pair<Outcome, std::string>> kept_;
+  std::unordered_map<std::string, Finished, LineHash, LineEqual> finished_;
+  std::array<std::vector<std::string>, 3> kept_;  // by outcome
+  std::string trouble_;
 };
 
 }  // namespace qvrcom::scheduler

@@ -6,7 +6,9 @@
 
 #include "base/text.h"
 #include "environment/names.h"
-#include "scheduler/due_lines.h"
+#include "jobs/index_line.h"
+#include "jobs/job_name.h"
+#include "jobs/job_report.h"
 #include "scheduler/fault_of.h"
 
 namespace qvrcom::scheduler {
@@ -17,8 +19,19 @@ using platform::StopOutcome;
 namespace {
 
 constexpr const char* kDialogTitle = "RESPONSE DIALOG";
-constexpr std::size_t kMostTold = 20;  // lines left alone, at one look at the index
-constexpr const char* kStoppedReason = "The job was stopped in the scheduler before its turn came.";
+constexpr std::size_t kLinesPerTick = 500;
+constexpr std::size_t kMostJobs = 2000;                 // of the index, in a status
+constexpr std::chrono::milliseconds kStopPatience{300};  // for a session that is told to end
+
+constexpr const char* kTakenOutReason = "The job was stopped in the scheduler before its turn came.";
+constexpr const char* kLeftBehindReason = "The session was stopped in the scheduler and did not end in time.";
+constexpr const char* kCutOffReason =
+    "The session was cut off after the device had been told to delete or store something. The job is not run "
+    "again; its files are kept.";
+constexpr const char* kBadReportReason =
+    "The job has run before, and its report cannot be read. The job is not run again; its files are kept.";
+constexpr const char* kEndedBeforeReason =
+    "The session had ended before the scheduler was started again, and its log does not say why it failed.";
 
 std::string sentence_of(const base::Fault& fault) {
   std::string text =
@@ -28,6 +41,37 @@ std::string sentence_of(const base::Fault& fault) {
 
 constexpr std::array<const char*, 3> kEndings{"The session is completed.", "The session ended with an error.",
                                               "The session is cancelled."};
+
+const char* ending_sentence(Outcome outcome) {
+  return kEndings[static_cast<std::size_t>(outcome)];
+}
+
+constexpr std::array<const char*, 3> kReportEndings{"completed", "error", "cancelled"};
+
+// What a session of an earlier run of this program has left in the job's folder.
+struct EarlierSession {
+  Outcome outcome;
+  std::string reason;
+  bool ended = false;  // its report says so itself
+};
+
+// Nothing when there was none, or it has changed nothing: then the job may be run from its first line.
+std::optional<EarlierSession> earlier_session(const platform::Files& files, const std::string& folder) {
+  const std::string path = jobs::report_path(folder);
+  if (files.is_link(folder) || !files.file_exists(path)) return std::nullopt;
+  const auto report = jobs::report_of(files, folder);
+  if (!report) {
+    // Cut off within its first line: nothing had been done yet.
+    const std::size_t first_line = jobs::report_head().size() + base::kCrLf.size();
+    if (!files.is_link(path) && files.length(path) < first_line) return std::nullopt;
+    return EarlierSession{Outcome::kError, kBadReportReason};
+  }
+  const auto word = std::find(kReportEndings.begin(), kReportEndings.end(), report->ending());
+  if (word != kReportEndings.end())
+    return EarlierSession{static_cast<Outcome>(word - kReportEndings.begin()), {}, true};
+  if (report->has_changed()) return EarlierSession{Outcome::kError, kCutOffReason};
+  return std::nullopt;
+}
 
 }  // namespace
 
@@ -56,10 +100,14 @@ void SchedulerEngine::jobs_submitted() {
   if (stopped_)
     return note("Jobs were submitted while the scheduler was being stopped; they are not started.");
   work_wanted_ = true;
+  looking_ = false;
+  next_ = 0;
+  obstacle_.clear();
   if (const auto fault = fault_of([this] { lists_.load(); })) {
     // Without them a finished job could not be told from a new one.
     work_wanted_ = false;
-    return note("No job is started, for a result list cannot be read: " + sentence_of(*fault));
+    obstacle_ = "No job is started, for a result list cannot be read: " + sentence_of(*fault);
+    return note(obstacle_);
   }
   look_for_work();
 }
@@ -90,57 +138,95 @@ std::string SchedulerEngine::read_index() const {
   return parts_.files.file_exists(path) ? parts_.files.read(path) : std::string{};
 }
 
+void SchedulerEngine::take_index() {
+  if (index_.take(read_index())) next_ = 0;
+}
+
+// Whether the index is the one whose lines are being looked at, as far as its length tells.
+bool SchedulerEngine::index_is_known() const {
+  const std::string path = parts_.scheduler_folder + environment::kIndexFile;
+  return looking_ && parts_.files.file_exists(path) && parts_.files.length(path) == index_.bytes();
+}
+
 void SchedulerEngine::look_for_work() {
   if (!work_wanted_ || session_ || stopped_) return;
-  work_wanted_ = false;
-  std::string index;
-  if (const auto fault = fault_of([&] { index = read_index(); }))
-    return note("The job index cannot be read: " + sentence_of(*fault));
-  const bool was_answering = std::exchange(answering_, false);
-  for (const std::string_view line : base::lines_of(index)) {
-    if (line.empty()) continue;
-    consider(std::string(line));
-    if (!session_) continue;
-    work_wanted_ = true;  // the lines behind it, when it has ended
-    break;
+  const auto fault = fault_of([this] {
+    if (!index_is_known()) take_index();
+  });
+  if (fault) {
+    work_wanted_ = false;
+    obstacle_ = "No job is started, for the job index cannot be read: " + sentence_of(*fault);
+    return note(obstacle_);
   }
-  note_left_alone();
-  if (answering_) answer();
-  answering_ |= was_answering;
+  looking_ = true;
+  const std::size_t end = std::min(index_.size(), next_ + kLinesPerTick);
+  while (next_ < end && !session_)
+    consider(next_++);
+  if (lists_.trouble().empty()) list_finished();
+  if (!session_ && next_ < index_.size()) return parts_.wake();
+  end_look();
 }
 
-// An index may hold a hundred thousand of them.
-void SchedulerEngine::note_left_alone() {
-  const std::vector<std::string> sentences = std::exchange(left_alone_, {});
-  const std::size_t told = std::min(sentences.size(), kMostTold);
-  for (std::size_t i = 0; i < told; ++i)
-    note(sentences[i]);
-  if (sentences.size() > told) note(std::to_string(sentences.size() - told) + " more jobs are left alone.");
+void SchedulerEngine::end_look() {
+  work_wanted_ = session_ != nullptr;  // the lines behind it, when it has ended
+  looking_ = false;
+  if (!session_) next_ = 0;
+  for (CountedSentences* sentences : {&left_alone_, &without_folder_, &damaged_})
+    sentences->write_to(log_);
+  if (!std::exchange(found_finished_, false)) return;
+  answering_ = true;  // somebody still waits for it: it stands in the index
+  answer();
 }
 
-void SchedulerEngine::consider(const std::string& line) {
-  if (lists_.finished(line)) {
-    answering_ = true;  // somebody still waits for it: it stands in the index
+void SchedulerEngine::consider(std::size_t number) {
+  const std::string_view text = index_.text(number);
+  if (lists_.find(text) != nullptr) {
+    lists_.add_again(text);
+    found_finished_ = true;
     return;
   }
-  const jobs::IndexLineReading reading = jobs::read_index_line(line);
-  if (!reading.line) {
-    return finish_with(Outcome::kError, line, SessionLog::kProgram,
-                       "A line of the job index is damaged: " + reading.reason);
-  }
-  const Due when = due(*reading.line, parts_.clock.now());
-  if (when == Due::kNow) return start(*reading.line, line);
-  if (noted_.insert(line).second) left_alone_.push_back(left_alone_sentence(*reading.line, when));
+  const WaitingLine& line = index_.line(number);
+  if (!line.problem.empty())
+    return set_aside(text, damaged_,
+                     line.problem + " It begins with: " + readable(std::string(text.substr(0, 80))));
+  const Due when = due(line, parts_.clock.now());
+  if (when == Due::kNow) return start(text);
+  if (noted_.insert(LineHash{}(text)).second) left_alone_.add(left_alone_sentence(line, when));
 }
 
-void SchedulerEngine::start(const jobs::IndexLine& line, const std::string& text) {
+// The line is listed as an error, and has no log of its own.
+void SchedulerEngine::set_aside(std::string_view line, CountedSentences& sentences, std::string sentence) {
+  sentences.add(std::move(sentence));
+  lists_.add(Outcome::kError, line);
+  found_finished_ = true;
+}
+
+void SchedulerEngine::start(std::string_view text) {
+  const jobs::IndexLine line = *jobs::read_index_line(text).line;
+  if (!parts_.files.folder_exists(parts_.scheduler_folder + line.job))
+    return set_aside(text, without_folder_,
+                     "The job " + line.job + " has no folder and is listed as an error.");
   const auto fault = fault_of([&] {
+    if (finish_from_report(std::string(text), line.job)) return;
     SessionPlan plan = make_plan(parts_.files, parts_.scheduler_folder, line.job, line.script_path);
     log_.write(line.job, "The session begins: " + line.description + ", " + line.site_name + ".");
-    running_ = {text, line.job, "Starting", 0};
+    running_ = {std::string(text), line.job, "Starting", 0};
     session_ = std::make_unique<SessionThread>(std::move(plan), parts_.settings, parts_.ways, parts_.wake);
   });
   if (fault) finish_with(Outcome::kError, text, line.job, sentence_of(*fault));
+  if (!session_) found_finished_ = true;
+}
+
+// Whether the job has run before in a way that it must not run again.
+bool SchedulerEngine::finish_from_report(const std::string& line, const std::string& job) {
+  auto earlier = earlier_session(parts_.files, parts_.scheduler_folder + job);
+  if (!earlier) return false;
+  const bool failed = earlier->outcome != Outcome::kCompleted;
+  if (earlier->ended) log_.write(job, "The session had ended before the scheduler was started again.");
+  if (earlier->ended && failed && last_reason(parts_.files, parts_.logs_folder, job).empty())
+    earlier->reason = kEndedBeforeReason;
+  finish_with(earlier->outcome, line, job, earlier->reason);
+  return true;
 }
 
 void SchedulerEngine::tick() {
@@ -163,21 +249,27 @@ void SchedulerEngine::finish(const SessionReport& report) {
   session_.reset();
   const Running ended = std::exchange(running_, {});
   finish_with(report.outcome, ended.line, ended.job, report.reason);
+  list_finished();
   answer();
 }
 
-void SchedulerEngine::finish_with(Outcome outcome, const std::string& line, const std::string& log,
+void SchedulerEngine::finish_with(Outcome outcome, std::string_view line, const std::string& log,
                                   const std::string& reason) {
   if (!reason.empty()) log_.write_reason(log, reason);
-  log_.write(log, kEndings[static_cast<std::size_t>(outcome)]);
+  log_.write(log, ending_sentence(outcome));
   lists_.add(outcome, line);
-  const std::string trouble = lists_.write_kept();
-  if (!trouble.empty()) note("A finished job cannot be listed yet: " + trouble);
   answering_ = true;
 }
 
-void SchedulerEngine::repeat_answer() {
+void SchedulerEngine::list_finished() {
+  if (!lists_.has_kept()) return;
+  const bool told = !lists_.trouble().empty();
   lists_.write_kept();
+  if (!told && !lists_.trouble().empty()) note("A finished job cannot be listed yet: " + lists_.trouble());
+}
+
+void SchedulerEngine::repeat() {
+  list_finished();
   if (answering_) answer();
 }
 
@@ -187,40 +279,44 @@ void SchedulerEngine::answer() {
   parts_.channel.post(dialog, parts_.channel.register_message(environment::kSchedulerAnswer), 0, 0);
 }
 
-void SchedulerEngine::end_running_session() {
-  session_->cancel();
-  session_->wait();
-  take_events();
-}
-
 void SchedulerEngine::stop() {
   stopped_ = true;
-  if (session_) end_running_session();
+  if (session_) session_->cancel();
+}
+
+bool SchedulerEngine::leave_session_behind() {
+  if (!session_) return false;
+  static_cast<void>(session_.release());
+  finish({Outcome::kCancelled, kLeftBehindReason});
+  return true;
 }
 
 StopOutcome SchedulerEngine::stop_job(const std::string& job_name) {
+  if (!jobs::is_job_name(job_name)) return StopOutcome::kUnknownJob;
   if (session_ && running_.job == job_name) {
-    end_running_session();
-    look_for_work();
+    if (std::exchange(running_.told_to_end, true)) return StopOutcome::kStopped;
+    session_->cancel();
+    if (session_->wait_for(kStopPatience)) tick();
     return StopOutcome::kStopped;
   }
-  std::string index;
   if (fault_of([&] {
         lists_.load();
-        index = read_index();
+        take_index();
       }))
     return StopOutcome::kUnknownJob;
-  for (const std::string_view line : base::lines_of(index)) {
-    const auto reading = jobs::read_index_line(line);
-    if (!reading.line || reading.line->job != job_name || lists_.finished(line)) continue;
-    finish_with(Outcome::kCancelled, std::string(line), job_name, kStoppedReason);
+  for (std::size_t i = 0; i < index_.size(); ++i) {
+    const std::string_view text = index_.text(i);
+    if (text.find(job_name) == std::string_view::npos || lists_.find(text) != nullptr) continue;
+    if (index_.line(i).job != job_name) continue;
+    finish_with(Outcome::kCancelled, text, job_name, kTakenOutReason);
+    list_finished();
     answer();
     return StopOutcome::kTakenOut;
   }
   return StopOutcome::kUnknownJob;
 }
 
-platform::SchedulerStatus SchedulerEngine::status() const {
+platform::SchedulerStatus SchedulerEngine::status() {
   platform::SchedulerStatus status;
   if (session_) {
     status.running_job = running_.job;
@@ -228,29 +324,51 @@ platform::SchedulerStatus SchedulerEngine::status() const {
     status.bytes_done = session_->bytes_done();
     status.bytes_hinted = running_.hint;
   }
-  std::string index;
-  // An index that cannot be read has no jobs to tell of; the reason is logged when work is looked for.
-  fault_of([&] { index = read_index(); });
-  for (const std::string_view line : base::lines_of(index)) {
-    if (!line.empty()) status.jobs.push_back(job_of(std::string(line)));
+  // Of an index that cannot be read the lines that were read last are told.
+  fault_of([this] { take_index(); });
+  std::unordered_set<std::string_view, LineHash, LineEqual> told;
+  const auto tell = [&](std::string_view text, const WaitingLine& line) {
+    told.insert(text);
+    for (platform::ScheduledJob& job : jobs_of(text, line))
+      status.jobs.push_back(std::move(job));
+  };
+  const std::size_t shown = std::min(index_.size(), kMostJobs);
+  for (std::size_t i = 0; i < shown; ++i)
+    tell(index_.text(i), index_.line(i));
+  status.jobs_left_out = index_.size() - shown;
+  std::vector<std::string_view> wherever = lists_.kept();
+  wherever.resize(std::min(wherever.size(), kMostJobs));
+  if (session_) wherever.push_back(running_.line);
+  for (const std::string_view text : wherever) {
+    if (!told.contains(text)) tell(text, waiting_line(text));
   }
   return status;
 }
 
-platform::ScheduledJob SchedulerEngine::job_of(const std::string& line) const {
-  const auto reading = jobs::read_index_line(line);
-  platform::ScheduledJob job;
-  if (reading.line) {
-    job.name = reading.line->job;
-    job.description = reading.line->description;
-    job.state =
-        due(*reading.line, parts_.clock.now()) == Due::kNow ? JobState::kWaiting : JobState::kLeftAlone;
-  } else {
-    job.state = JobState::kDamaged;
+std::vector<platform::ScheduledJob> SchedulerEngine::jobs_of(std::string_view text,
+                                                             const WaitingLine& line) const {
+  if (!line.problem.empty()) {
+    std::vector<platform::ScheduledJob> jobs;
+    for (const std::string& name : jobs_named_in(text))
+      jobs.push_back({name, {}, JobState::kDamaged, line.problem});
+    if (jobs.empty()) jobs.push_back({{}, {}, JobState::kDamaged, line.problem});
+    return jobs;
   }
-  if (lists_.finished(line)) job.state = JobState::kFinished;
-  if (session_ && line == running_.line) job.state = JobState::kRunning;
-  return job;
+  platform::ScheduledJob job{line.job, line.description, JobState::kWaiting, obstacle_};
+  const ResultLists::Finished* finished = lists_.find(text);
+  if (session_ && LineEqual{}(text, running_.line)) {
+    job.state = JobState::kRunning;
+  } else if (finished != nullptr) {
+    job.state = JobState::kFinished;
+  } else if (due(line, parts_.clock.now()) != Due::kNow) {
+    job.state = JobState::kLeftAlone;
+  }
+  if (job.state != JobState::kWaiting) job.reason.clear();
+  if (finished != nullptr && finished->standing == ResultLists::Standing::kKept) {
+    job.state = JobState::kUnlisted;
+    job.reason = std::string(ending_sentence(finished->outcome)) + " It is not listed: " + lists_.trouble();
+  }
+  return {job};
 }
 
 }  // namespace qvrcom::scheduler

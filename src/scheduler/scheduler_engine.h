@@ -7,11 +7,11 @@
 #include <unordered_set>
 #include <vector>
 
-#include "jobs/index_line.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/message_channel.h"
 #include "platform/scheduler_control.h"
+#include "scheduler/due_lines.h"
 #include "scheduler/result_lists.h"
 #include "scheduler/scheduler_settings.h"
 #include "scheduler/session_log.h"
@@ -28,13 +28,14 @@ struct EngineParts {
   std::string scheduler_folder;  // suite path, ends in a backslash
   std::string logs_folder;       // likewise
   SchedulerSettings settings;
-  // Called on the session's thread when `tick` has something to do; it only wakes the program.
+  // Called when `tick` has something to do, on the session's thread too; it only wakes the program.
   std::function<void()> wake;
 };
 
 // JobPilot without its process: told of jobs, it runs the due lines of "index.sch" one session at a time,
 // lists each in one of its result files and answers. All members belong to one thread; a session runs on
-// another.
+// another. No member waits for a session, or takes long over a long index: what is left is done by later
+// ticks.
 class SchedulerEngine {
  public:
   explicit SchedulerEngine(EngineParts parts);
@@ -43,21 +44,29 @@ class SchedulerEngine {
   // 6 session over. Any other is logged and has no effect.
   void request(std::int64_t code);
 
-  // Takes what the session's thread reported, lists a finished job and starts the next one.
+  // Takes what the session's thread reported, lists a finished job and goes on through the index.
   void tick();
 
-  // An answer is repeated to the dialog, every 250 ms, from a job's end until a request 2 or 6.
+  // An answer is repeated to the dialog from a job's end until a request 2 or 6, and a line that could not be
+  // listed is tried again: `repeat` every 250 ms while `repeating`.
   bool answering() const { return answering_; }
-  void repeat_answer();
+  bool repeating() const { return answering_ || lists_.has_kept(); }
+  void repeat();
 
   bool running() const { return session_ != nullptr; }
 
-  // Ends the running session and lists its job as cancelled; nothing is started any more.
+  // Nothing is started any more, and a running session is told to end: when it has, a tick lists its job as
+  // cancelled.
   void stop();
+
+  // Lists the running job as cancelled and leaves its session to itself; false when none runs. Only for a
+  // program that ends itself at once and destroys nothing that the session uses.
+  bool leave_session_behind();
+
   platform::StopOutcome stop_job(const std::string& job_name);
 
   // Without version and process, which the program knows.
-  platform::SchedulerStatus status() const;
+  platform::SchedulerStatus status();
 
  private:
   struct Running {
@@ -65,6 +74,7 @@ class SchedulerEngine {
     std::string job;
     std::string step;
     std::uint64_t hint = 0;
+    bool told_to_end = false;
   };
 
   void jobs_submitted();
@@ -73,16 +83,19 @@ class SchedulerEngine {
   void session_over();
 
   std::string read_index() const;  // "" when it is missing
+  void take_index();
+  bool index_is_known() const;
   void look_for_work();
-  void consider(const std::string& line);
-  void note_left_alone();
-  void start(const jobs::IndexLine& line, const std::string& text);
+  void end_look();
+  void consider(std::size_t number);
+  void start(std::string_view text);
+  void set_aside(std::string_view line, CountedSentences& sentences, std::string sentence);
+  bool finish_from_report(const std::string& line, const std::string& job);
   void take_events();
   void finish(const SessionReport& report);
-  void finish_with(Outcome outcome, const std::string& line, const std::string& log,
-                   const std::string& reason);
-  void end_running_session();
-  platform::ScheduledJob job_of(const std::string& line) const;
+  void finish_with(Outcome outcome, std::string_view line, const std::string& log, const std::string& reason);
+  void list_finished();
+  std::vector<platform::ScheduledJob> jobs_of(std::string_view text, const WaitingLine& line) const;
   void answer();
   void note(const std::string& sentence) { log_.write(SessionLog::kProgram, sentence); }
 
@@ -91,9 +104,19 @@ class SchedulerEngine {
   SessionLog log_;
   Running running_;
   std::unique_ptr<SessionThread> session_;
-  std::unordered_set<std::string> noted_;  // lines whose being left alone is in the log
-  std::vector<std::string> left_alone_;    // sentences for it
-  bool work_wanted_ = false;
+
+  // A look through the index: it goes on from tick to tick, and behind the end of each session.
+  IndexLines index_;
+  std::size_t next_ = 0;      // number of the line that is looked at next
+  bool work_wanted_ = false;  // the look is not at its end
+  bool looking_ = false;      // lines have been looked at since the index was read
+  bool found_finished_ = false;
+  std::string obstacle_;  // why no job is started, "" when there is no reason
+  CountedSentences left_alone_{"more jobs are left alone."};
+  CountedSentences without_folder_{"more jobs have no folder and are listed as errors."};
+  CountedSentences damaged_{"more lines of the job index are damaged and listed as errors."};
+  std::unordered_set<std::size_t> noted_;  // hashes of lines whose being left alone is in the log
+
   bool answering_ = false;
   bool stopped_ = false;
 };

@@ -53,6 +53,21 @@ void SessionLog::make_room(const std::string& path) {
   files_.replace(path, line_end == std::string::npos ? std::string{} : text.substr(line_end + 1));
 }
 
+void CountedSentences::add(std::string sentence) {
+  if (told_.size() < kMostTold)
+    told_.push_back(std::move(sentence));
+  else
+    ++counted_;
+}
+
+void CountedSentences::write_to(SessionLog& log) {
+  for (const std::string& sentence : told_)
+    log.write(SessionLog::kProgram, sentence);
+  if (counted_ > 0) log.write(SessionLog::kProgram, std::to_string(counted_) + ' ' + rest_);
+  told_.clear();
+  counted_ = 0;
+}
+
 std::string last_reason(const platform::Files& files, const std::string& logs_folder,
                         const std::string& job_name) {
   std::string reason;

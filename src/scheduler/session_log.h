@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/clock.h"
 #include "platform/files.h"
@@ -33,6 +35,26 @@ class SessionLog {
   platform::Files& files_;
   const platform::Clock& clock_;
   std::string folder_;
+};
+
+// Sentences of one kind, of which there may be a hundred thousand at a time: the first are written, the
+// others counted.
+class CountedSentences {
+ public:
+  // `rest` follows the count: "more jobs are left alone."
+  explicit CountedSentences(std::string rest) : rest_(std::move(rest)) {}
+
+  void add(std::string sentence);
+
+  // Into the program's log; it starts over.
+  void write_to(SessionLog& log);
+
+ private:
+  static constexpr std::size_t kMostTold = 20;
+
+  std::string rest_;
+  std::vector<std::string> told_;
+  std::size_t counted_ = 0;
 };
 
 // Why the job failed or was cancelled, as its log in `logs_folder` tells it last; "" when it does not.

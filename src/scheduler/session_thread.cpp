@@ -22,7 +22,7 @@ SessionThread::SessionThread(SessionPlan plan, const SchedulerSettings& settings
 
 SessionThread::~SessionThread() {
   cancel();
-  wait();
+  thread_.join();
 }
 
 void SessionThread::cancel() {
@@ -30,8 +30,9 @@ void SessionThread::cancel() {
   if (terminal_) terminal_->cancel();
 }
 
-void SessionThread::wait() {
-  if (thread_.joinable()) thread_.join();
+bool SessionThread::wait_for(std::chrono::milliseconds time) {
+  std::unique_lock lock(mutex_);
+  return ended_.wait_for(lock, time, [this] { return news_.report.has_value(); });
 }
 
 SessionThread::News SessionThread::take_news() {
@@ -47,10 +48,12 @@ SessionReport SessionThread::hold() {
 
 void SessionThread::run() {
   SessionReport report = hold();
+  line_.drop();  // here, where a device that is slow to let go holds up nobody
   {
     const std::lock_guard lock(mutex_);
     news_.report = std::move(report);
   }
+  ended_.notify_all();
   wake_();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -36,7 +38,9 @@ class SessionThread {
   SessionThread& operator=(const SessionThread&) = delete;
 
   void cancel();
-  void wait();  // until the conversation has ended
+
+  // Whether the conversation has ended and its report is there to be taken, after that time at most.
+  bool wait_for(std::chrono::milliseconds time);
 
   struct News {
     std::vector<SessionEvent> events;
@@ -59,6 +63,7 @@ class SessionThread {
   const std::function<void()> wake_;
   std::atomic<std::uint64_t> bytes_done_{0};
   std::mutex mutex_;
+  std::condition_variable ended_;
   News news_;  // under the mutex
   DeviceLine line_;
   const std::unique_ptr<platform::TerminalRelay> terminal_;  // of a Telnet session

@@ -46,7 +46,7 @@ std::string sequence_text(int number) {
 
 frmResponse::frmResponse(const SessionParts& parts, SessionView& view,
                          std::span<const Operation> known_operations)
-    : SessionFrame(parts.rules, parts.link, view),
+    : SessionFrame(parts.rules, parts.link, parts.control, view),
       parts_(parts),
       session_(parts.rules.session),
       ui_(parts.rules.ui),

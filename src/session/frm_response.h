@@ -26,6 +26,7 @@ struct SessionParts {
   rules::BusinessRulesParts rules;
   link::SchedulerLink& link;
   platform::MessageChannel& channel;
+  platform::SchedulerControl& control;  // asked during a wait what becomes of the job
 };
 
 // The session dialog without its window: checks each selected site, has its job written and run, and tells

@@ -32,12 +32,13 @@ const SessionFrame::Ending SessionFrame::kEndings[3] = {
 };
 
 SessionFrame::SessionFrame(const rules::BusinessRulesParts& parts, link::SchedulerLink& link,
-                           SessionView& view)
+                           platform::SchedulerControl& control, SessionView& view)
     : parts_(parts),
       session_(parts.session),
       ui_(parts.ui),
       rules_(parts),
       link_(link),
+      control_(control),
       face_(view),
       trap_(parts.ui) {}
 
@@ -87,7 +88,7 @@ void SessionFrame::post_and_wait(bool quiet) {
 }
 
 void SessionFrame::WaitForScheduler() {
-  SchedulerWatch watch(link_, face_.view(), session_.job.Name);
+  SchedulerWatch watch(link_, control_, face_.view(), session_.job.Name);
   link_.WaitForScheduler([&] { watch.round(); });
 }
 

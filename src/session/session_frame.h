@@ -43,7 +43,8 @@ class SessionFrame {
  public:
   static constexpr const char* kHint = "To cancel, press the cancel button and stop the session in JobPilot";
 
-  SessionFrame(const rules::BusinessRulesParts& parts, link::SchedulerLink& link, SessionView& view);
+  SessionFrame(const rules::BusinessRulesParts& parts, link::SchedulerLink& link,
+               platform::SchedulerControl& control, SessionView& view);
 
   // Sets the status line and gives events a chance.
   void show_step(const std::string& text);
@@ -92,6 +93,7 @@ class SessionFrame {
   platform::UserInterface& ui_;
   rules::BusinessRules rules_;
   link::SchedulerLink& link_;
+  platform::SchedulerControl& control_;
   DialogFace face_;
   platform::Trap trap_;
   std::array<std::string, 3> collected_;  // pending lists without the job, one per ending

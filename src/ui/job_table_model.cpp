@@ -96,6 +96,8 @@ QString live_state(platform::JobState state) {
       return QStringLiteral("Left alone");
     case platform::JobState::kFinished:
       return QStringLiteral("Finished");
+    case platform::JobState::kUnlisted:
+      return QStringLiteral("Finished, not listed yet");
     case platform::JobState::kDamaged:
       break;
   }
@@ -115,7 +117,12 @@ QString JobTableModel::state_of(const results::BoardJob& job) const {
     if (stands_in(job, ending.result) || stands_in(job, ending.pending)) return QLatin1String(ending.state);
   }
   if (live != states_.end()) return live_state(live->second);
+  if (job.lists.empty()) return QStringLiteral("Left behind");
   return stands_in(job, kIndexFile) ? QStringLiteral("Waiting") : QStringLiteral("To be rescheduled");
+}
+
+bool JobTableModel::has_ended(const results::BoardJob& job) const {
+  return !stoppable(job) && (job.lists.empty() || !job.ending().empty());
 }
 
 bool JobTableModel::stoppable(const results::BoardJob& job) const {

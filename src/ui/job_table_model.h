@@ -31,6 +31,9 @@ class JobTableModel : public QAbstractTableModel {
   const std::vector<results::BoardJob>& jobs() const { return jobs_; }
   QString state_of(const results::BoardJob& job) const;
 
+  // Whether nothing more comes of the job by itself: it has ended, or no list holds it.
+  bool has_ended(const results::BoardJob& job) const;
+
   // Whether the job can still be stopped: it runs, or it waits for its turn.
   bool stoppable(const results::BoardJob& job) const;
 

@@ -31,7 +31,9 @@ constexpr const char* kLists[] = {
     environment::kErrorPendingFile, environment::kCancelledPendingFile,
 };
 
-QString scheduler_text(const std::optional<platform::SchedulerStatus>& status) {
+QString scheduler_text(const platform::StatusAnswer& answer) {
+  if (answer.reach == platform::Reach::kSilent) return QLatin1String(kSchedulerSilent);
+  const auto& status = answer.status;
   if (!status) return QStringLiteral("The scheduler is not running.");
   QString text = QStringLiteral("Scheduler %1 is running (process %2)")
                      .arg(qt_text(status->version))
@@ -99,12 +101,14 @@ void JobsPage::lay_out() {
 QWidget* JobsPage::make_buttons() {
   static constexpr StripButton<JobsPage> kRows[] = {
       {&JobsPage::cmdStopJob_, "cmdStopJob", "&Stop Job...", &JobsPage::stop_job},
+      {&JobsPage::cmdProcess_, "cmdProcessJob", "Pro&cess", &JobsPage::process_job},
+      {&JobsPage::cmdRemove_, "cmdRemoveJob", "Remo&ve...", &JobsPage::remove_job},
       {&JobsPage::cmdOpenLog_, "cmdOpenJobLog", "Open &Log", &JobsPage::open_log},
       {&JobsPage::cmdStart_, "cmdStartScheduler", "St&art Scheduler", &JobsPage::start_scheduler},
       {&JobsPage::cmdStop_, "cmdStopScheduler", "Sto&p Scheduler...", &JobsPage::stop_scheduler},
       {&JobsPage::cmdRefresh_, "cmdRefreshJobs", "&Refresh", &JobsPage::refresh},
   };
-  return button_strip(this, kRows, 2);
+  return button_strip(this, kRows, 4);
 }
 
 void JobsPage::showEvent(QShowEvent* event) {
@@ -151,7 +155,7 @@ void JobsPage::fit_columns(bool first) {
 }
 
 QStringList JobsPage::watched_files() const {
-  QStringList paths;
+  QStringList paths{qt_text(parts_.files.native(parts_.scheduler_files.folder()))};
   for (const char* name : kLists)
     paths += qt_text(parts_.files.native(parts_.scheduler_files.path(name)));
   return paths;
@@ -160,6 +164,11 @@ QStringList JobsPage::watched_files() const {
 void JobsPage::read_board() {
   results::Board board = parts_.board.read();
   board_text_ = board_text(board);
+  for (const std::string& name : board.abandoned) {
+    if (status_.status && status_.status->running_job == name) continue;
+    board.jobs.push_back(results::job_from_script(parts_.scheduler_files, name));
+    board.jobs.back().has_folder = true;
+  }
   model_->show(std::move(board));
 }
 
@@ -167,13 +176,13 @@ void JobsPage::read_status() {
   status_ = parts_.scheduler.status();
   lblScheduler_->setText(scheduler_text(status_));
   model_->show_unlisted(unlisted_job());
-  model_->show_status(status_);
+  model_->show_status(status_.status);
   show_buttons();
 }
 
 // A session that was left goes on without its index line; what it does stands in its script.
 std::optional<results::BoardJob> JobsPage::unlisted_job() const {
-  const std::string name = status_ ? status_->running_job : std::string();
+  const std::string name = status_.status ? status_.status->running_job : std::string();
   if (name.empty() || model_->lists(name)) return std::nullopt;
   for (const results::BoardJob& shown : model_->jobs())
     if (shown.job == name) return shown;
@@ -185,9 +194,11 @@ std::optional<results::BoardJob> JobsPage::unlisted_job() const {
 void JobsPage::show_buttons() {
   const results::BoardJob* job = selected();
   cmdStopJob_->setEnabled(job != nullptr && model_->stoppable(*job));
+  cmdProcess_->setEnabled(job != nullptr && job->has_folder && !job->ending().empty());
+  cmdRemove_->setEnabled(job != nullptr && job->has_folder && model_->has_ended(*job));
   cmdOpenLog_->setEnabled(job != nullptr);
-  cmdStart_->setEnabled(!status_);
-  cmdStop_->setEnabled(status_.has_value());
+  cmdStart_->setEnabled(status_.reach == platform::Reach::kNotRunning);
+  cmdStop_->setEnabled(status_.reach != platform::Reach::kNotRunning);
 }
 
 const results::BoardJob* JobsPage::selected() const {
@@ -213,6 +224,22 @@ void JobsPage::stop_job() {
   refresh();
 }
 
+void JobsPage::process_job() {
+  if (selected() == nullptr) return;
+  parts_.process(results::BoardJob(*selected()));
+  refresh();
+}
+
+void JobsPage::remove_job() {
+  if (selected() == nullptr) return;
+  const std::string job = selected()->job;
+  if (!agreed(parts_.ui, "Remove the folder of job " + job + " with what it has fetched?", "Remove Folder",
+              "Files that the device was told to delete are copied to the folder \"Rescued\" first."))
+    return;
+  parts_.remove(job);
+  refresh();
+}
+
 void JobsPage::start_scheduler() {
   attempt(parts_.ui, "The scheduler cannot be started.", [&] {
     const std::string path = parts_.folders.GetAppPath() + environment::kJobPilotProgram;
@@ -224,7 +251,9 @@ void JobsPage::start_scheduler() {
 
 void JobsPage::stop_scheduler() {
   if (!agreed(parts_.ui, "Stop the scheduler? A session that runs is cancelled.", "Stop Scheduler")) return;
-  attempt(parts_.ui, "The scheduler cannot be stopped.", [&] { parts_.scheduler.stop(); });
+  attempt(parts_.ui, "The scheduler cannot be stopped.", [&] {
+    if (parts_.scheduler.stop() == platform::Reach::kSilent) throw base::Fault(kSchedulerSilent);
+  });
   refresh();
 }
 

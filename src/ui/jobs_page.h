@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 #include <optional>
 
 #include "environment/files_and_folders.h"
@@ -32,6 +33,10 @@ struct JobsPageParts {
   const environment::FilesAndFolders& folders;
   platform::UserInterface& ui;
   const SessionLogs& logs;
+  // Takes over what a finished job has fetched, and removes what a job has left; each says itself what came
+  // of it.
+  std::function<void(const results::BoardJob& job)> process;
+  std::function<void(const std::string& job)> remove;
 };
 
 // What the scheduler has to do, does and has done. While it is in sight the page follows the lists of the
@@ -61,6 +66,8 @@ class JobsPage : public QWidget {
   const results::BoardJob* selected() const;
   void select(const std::string& job_name);
   void stop_job();
+  void process_job();
+  void remove_job();
   void start_scheduler();
   void stop_scheduler();
   void open_log();
@@ -72,6 +79,8 @@ class JobsPage : public QWidget {
   QLabel* lblScheduler_;
   QLabel* lblJobsState_;
   QPushButton* cmdStopJob_ = nullptr;
+  QPushButton* cmdProcess_ = nullptr;
+  QPushButton* cmdRemove_ = nullptr;
   QPushButton* cmdOpenLog_ = nullptr;
   QPushButton* cmdStart_ = nullptr;
   QPushButton* cmdStop_ = nullptr;
@@ -79,7 +88,7 @@ class JobsPage : public QWidget {
   QTimer* timer_;
   ListWatch watch_;
   QString board_text_;
-  std::optional<platform::SchedulerStatus> status_;
+  platform::StatusAnswer status_;
 };
 
 }  // namespace qvrcom::ui

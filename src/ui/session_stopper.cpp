@@ -11,8 +11,10 @@ const char* problem_of(platform::StopOutcome outcome) {
   switch (outcome) {
     case platform::StopOutcome::kUnknownJob:
       return "The scheduler knows no such job any more.";
-    case platform::StopOutcome::kNotReachable:
+    case platform::StopOutcome::kNotRunning:
       return "No scheduler is running.";
+    case platform::StopOutcome::kSilent:
+      return kSchedulerSilent;
     default:
       return nullptr;
   }
@@ -37,7 +39,7 @@ void SessionStopper::show_modal() {
   if (!session_.run.CancelRequested) return;
   const std::string job = session_.job.Name;
   std::optional<control::SessionProgress> progress;
-  fault_of([&] { progress = control::progress_of(scheduler_.status(), job); });
+  fault_of([&] { progress = control::progress_of(scheduler_.status().status, job); });
   if (!progress || !progress->waits_for.empty()) return;
   const bool stop =
       agreed(ui_, "The session is still running in JobPilot. Stop it, too?", "Stop Session",

@@ -9,6 +9,8 @@
 
 namespace qvrcom::ui {
 
+inline constexpr const char* kSchedulerSilent = "A scheduler is running, but it does not answer.";
+
 // Stops a job in the scheduler, or says in a box why that cannot be.
 void stop_job(platform::UserInterface& ui, platform::SchedulerControl& scheduler, const std::string& job);
 
@@ -21,6 +23,7 @@ class SessionStopper : public link::SessionScreen {
       : screen_(screen), ui_(ui), scheduler_(scheduler), session_(session) {}
 
   void show_modal() override;
+  void show_late_outcome() override { screen_.show_late_outcome(); }
 
  private:
   link::SessionScreen& screen_;

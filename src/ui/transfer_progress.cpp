@@ -40,7 +40,7 @@ QString progress_text(const control::SessionProgress& progress) {
 TransferSource transfer_source(platform::SchedulerControl& scheduler, const base::JobValues& job,
                                const jobs::SchedulerFiles& files) {
   return [&, asked = std::string(), told = std::string()]() mutable {
-    auto progress = control::progress_of(scheduler.status(), job.Name);
+    auto progress = control::progress_of(scheduler.status().status, job.Name);
     if (!progress || progress->waits_for.empty() || !progress->description.empty()) return progress;
     if (asked != progress->waits_for) {
       asked = progress->waits_for;

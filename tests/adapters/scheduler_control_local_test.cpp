@@ -15,11 +15,15 @@ namespace qvrcom::adapters {
 namespace {
 
 using platform::JobState;
+using platform::Reach;
 using platform::StopOutcome;
 
 struct Scheduler : platform::SchedulerControl {
-  std::optional<platform::SchedulerStatus> status() override { return answer; }
-  bool stop() override { return ++stops > 0; }
+  platform::StatusAnswer status() override { return {Reach::kAnswered, answer}; }
+  Reach stop() override {
+    ++stops;
+    return Reach::kAnswered;
+  }
   platform::StopOutcome stop_job(const std::string& job) override {
     return job == "JobA" ? StopOutcome::kTakenOut : StopOutcome::kUnknownJob;
   }
@@ -59,28 +63,40 @@ TEST_F(SchedulerControlLocalTest, CarriesQuestionsAndAnswers) {
                        {"JobB", "", JobState::kWaiting},
                        {"JobC", "", JobState::kLeftAlone},
                        {"JobD", "", JobState::kFinished},
-                       {"", "", JobState::kDamaged}}};
+                       {"JobE", "", JobState::kUnlisted, "It is completed. Disk full."},
+                       {"", "", JobState::kDamaged, "It is damaged."}},
+                      7};
   // More than a socket takes at once.
   for (int i = 0; i < 20000; ++i)
     scheduler.answer.jobs.push_back({"Job" + std::to_string(i), "Retrieve", JobState::kWaiting});
   auto server = std::make_unique<SchedulerControlServer>(run_, run_, scheduler);
   EXPECT_THROW(SchedulerControlServer(run_, run_, scheduler), base::Fault);
-  EXPECT_EQ(ask([](auto& client) { return client.status(); }), scheduler.answer);
+  EXPECT_EQ(ask([](auto& client) { return client.status().status; }), scheduler.answer);
   EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobA"); }), StopOutcome::kTakenOut);
   EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobX"); }), StopOutcome::kUnknownJob);
   EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobX\nstop"); }), StopOutcome::kUnknownJob);
   EXPECT_EQ(scheduler.stops, 0);
   QTimer::singleShot(300, [&] { server.reset(); });
-  EXPECT_TRUE(ask([](auto& client) { return client.stop(); }));
+  EXPECT_EQ(ask([](auto& client) { return client.stop(); }), Reach::kAnswered);
   EXPECT_EQ(scheduler.stops, 1);
   EXPECT_EQ(server, nullptr) << "gone when the client returns";
 }
 
-TEST_F(SchedulerControlLocalTest, SaysWhenNobodyIsThere) {
-  SchedulerControlLocal client(run_, run_);
-  EXPECT_EQ(client.status(), std::nullopt);
-  EXPECT_FALSE(client.stop());
-  EXPECT_EQ(client.stop_job("JobA"), StopOutcome::kNotReachable);
+TEST_F(SchedulerControlLocalTest, TellsSilenceFromAbsence) {
+  const auto expect = [&](Reach reach, StopOutcome outcome) {
+    EXPECT_EQ(ask([](auto& client) { return client.status().reach; }), reach);
+    EXPECT_EQ(ask([](auto& client) { return client.stop(); }), reach);
+    EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobA"); }), outcome);
+  };
+  expect(Reach::kNotRunning, StopOutcome::kNotRunning);
+  {
+    const OwnedServer window(local_socket_path(run_, run_, "JOBPILOT"));  // another maker's
+    expect(Reach::kSilent, StopOutcome::kSilent);
+  }
+  OwnedServer mute(local_socket_path(run_, run_, "JOBPILOT control"));
+  QObject::connect(&mute.server(), &QLocalServer::newConnection,
+                   [&] { delete mute.server().nextPendingConnection(); });
+  expect(Reach::kSilent, StopOutcome::kSilent);
 }
 
 TEST_F(SchedulerControlLocalTest, HangsUpOnWhatIsNoRequest) {

@@ -17,13 +17,23 @@ namespace qvrcom::cli {
 
 // A scheduler that is running or not, and knows one job.
 struct FakeScheduler : platform::SchedulerControl {
-  std::optional<platform::SchedulerStatus> status() override { return running; }
-  bool stop() override { return std::exchange(running, std::nullopt).has_value(); }
+  platform::StatusAnswer status() override { return {reach(), running}; }
+  platform::Reach stop() override {
+    const platform::Reach before = reach();
+    running.reset();
+    return before;
+  }
   platform::StopOutcome stop_job(const std::string& job) override {
-    if (!running) return platform::StopOutcome::kNotReachable;
+    if (silent) return platform::StopOutcome::kSilent;
+    if (!running) return platform::StopOutcome::kNotRunning;
     return job == "known" ? platform::StopOutcome::kStopped : platform::StopOutcome::kUnknownJob;
   }
+  platform::Reach reach() const {
+    if (silent) return platform::Reach::kSilent;
+    return running ? platform::Reach::kAnswered : platform::Reach::kNotRunning;
+  }
   std::optional<platform::SchedulerStatus> running;
+  bool silent = false;
 };
 
 // A session dialog that ends at once: it leaves a file and "Completed", unless the partition is to fail.

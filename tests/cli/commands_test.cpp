@@ -285,6 +285,16 @@ TEST_F(CommandsTest, TheSchedulerIsAskedAndStopped) {
   EXPECT_EQ(run({"scheduler", "status"}), 3);
   EXPECT_EQ(run({"scheduler", "stop"}), 3);
   EXPECT_EQ(run({"jobs", "stop", "known"}), 3);
+  run.scheduler.silent = true;
+  for (const std::vector<std::string>& words :
+       std::vector<std::vector<std::string>>{{"scheduler", "status"},
+                                             {"scheduler", "start"},
+                                             {"scheduler", "stop"},
+                                             {"jobs", "stop", "known"}}) {
+    EXPECT_EQ(run(words), 3);
+    EXPECT_THAT(run.err, HasSubstr("scheduler is running, but it does not answer."));
+  }
+  run.scheduler.silent = false;
   run.scheduler.running = platform::SchedulerStatus();
   run.scheduler.running->version = "9.9";
   run.scheduler.running->process = 42;

@@ -316,7 +316,7 @@ TEST_F(LateResults, AreRemovedWithoutALossAndKeepNoAccessCode) {
   run.scheduler.report = "DELETING;part3;linestat;;;\r\n";
   const std::string job = leave(operation::kRetrieveResetStatistics);
   const std::string script = "S:\\" + job + "\\" + job + ".scr";
-  JobUpkeep upkeep(parts, board, run.machine);
+  JobUpkeep upkeep(parts, board, run.machine, run.control);
   EXPECT_THAT(run.files.content[script], HasSubstr("FTPPASSWORD=canary;"));
   upkeep.forget_access_codes();
   EXPECT_THAT(run.files.content[script], HasSubstr("\r\nFTPPASSWORD=;\r\n"));
@@ -345,7 +345,12 @@ TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
   run.machine.settings[{"QVRCOM+", "Jobs", "LogDays"}] = "10";
   for (const char* name : {"Nov0426121005001.log", "Nov0626121005001.log", "JobPilot.log"})
     run.files.content[logs + name] = "";
-  JobUpkeep upkeep(parts, board, run.machine);
+  JobUpkeep upkeep(parts, board, run.machine, run.control);
+  run.control.now = {.running_job = "Jan0124121005001"};  // a session that was left
+  EXPECT_THAT(upkeep.clean().jobs, IsEmpty());
+  run.control.now.reset();  // another maker's scheduler may still run the newer one
+  run.files.make_folders("S:\\Nov1526120000001");
+  run.files.content[logs + "Nov0426121005001.log"] = "";
   const JobUpkeep::Cleaning cleaning = upkeep.clean();
   EXPECT_TRUE(cleaning.done);
   EXPECT_THAT(cleaning.jobs, ElementsAre("Jan0124121005001"));

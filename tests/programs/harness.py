@@ -103,7 +103,7 @@ class Place:
     def scheduler_process(self):
         """JobPilot's process identifier, from its own status."""
         for word in self.ctl("scheduler", "status").stdout.replace(",", " ").split():
-            if word.isdigit() and pathlib.Path(f"/proc/{word}/exe").exists():
+            if word.isdigit() and pathlib.Path(f"/proc/{word}").exists():
                 return int(word)
         raise AssertionError("no scheduler runs")
 

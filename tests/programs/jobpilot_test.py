@@ -2,9 +2,11 @@
 import datetime
 import json
 import os
+import pathlib
 import signal
 import socket
 import subprocess
+import threading
 import time
 import unittest
 import urllib.parse
@@ -70,6 +72,29 @@ class Dialog:
         self.path.unlink()
 
 
+class EndlessDevice:
+    """A device that sends a file whole and then never says so."""
+    REPLIES = {"USER": "331 x", "PASS": "230 x", "PWD": '257 "/"', "SIZE": "213 100", "RETR": "150 x"}
+
+    def __init__(self):
+        self.listener = socket.create_server(("127.0.0.1", 0))
+        self.port, self.telnet_port = self.listener.getsockname()[1], 1
+        self.sent = threading.Event()
+        threading.Thread(target=self.serve, daemon=True).start()
+
+    def serve(self):
+        with self.listener, self.listener.accept()[0] as control, socket.create_server(("127.0.0.1", 0)) as data:
+            control.sendall(b"220 x\r\n")
+            for line in control.makefile("r"):
+                word = line.split()[0]
+                reply = f"229 x (|||{data.getsockname()[1]}|)" if word == "EPSV" else self.REPLIES.get(word, "200 x")
+                control.sendall(reply.encode() + b"\r\n")
+                if word == "RETR":
+                    with data.accept()[0] as peer:
+                        peer.sendall(bytes(100))
+                    self.sent.set()
+
+
 class JobPilotTest(unittest.TestCase):
     def setUp(self):
         self.place = Place()
@@ -82,15 +107,16 @@ class JobPilotTest(unittest.TestCase):
             process.kill()
             process.wait(PATIENCE)
 
-    def start(self):
-        process = subprocess.Popen([BIN / "JobPilot"], env=self.place.environment, stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+    def start(self, **surroundings):
+        process = subprocess.Popen([BIN / "JobPilot"], **{
+            "env": self.place.environment, "stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL,
+            "stderr": subprocess.PIPE, "text": True, **surroundings})
         self.started.append(process)
         self.addCleanup(process.stderr.close)
         return process
 
-    def start_and_wait(self):
-        process = self.start()
+    def start_and_wait(self, **surroundings):
+        process = self.start(**surroundings)
         began = time.monotonic()
         wait_until(lambda: self.reaches("JOBPILOT control"), what="the window JOBPILOT")
         self.assertLess(time.monotonic() - began, 1)
@@ -189,6 +215,34 @@ class JobPilotTest(unittest.TestCase):
                 self.assertIn(line, self.place.scheduler("cancelled.sch"))
                 self.assertEqual(self.files_of(name), {f"{name}.scr", f"{name}.rpt"})
         self.assertFalse(any("DELE" in command for command in device.commands()))
+
+    def test_control_is_answered_whatever_the_session_does(self):
+        self.place.set_up()
+        process = self.start_and_wait()
+        device = EndlessDevice()
+        line = self.add_job("JobA", device, self.get("JobA"))
+        self.post(1)
+        self.assertTrue(device.sent.wait(PATIENCE))
+        time.sleep(0.3)  # the session waits for the last word now
+        with socket.socket(socket.AF_UNIX) as peer:
+            peer.settimeout(2)
+            peer.connect(str(socket_of(self.place, "JOBPILOT control")))
+            peer.sendall(b"stop\n")
+            self.assertEqual(json.loads(peer.makefile("rb").read()), {"stopped": True})
+        self.assertEqual(process.wait(5), 0)
+        self.assertEqual(self.place.scheduler("cancelled.sch"), [line])
+        self.assertIn("The session was stopped in the scheduler", self.log("JobA"))
+
+    def test_it_holds_nothing_of_its_starter(self):
+        self.place.set_up()
+        with open(self.place.root / "held", "w") as held:
+            process = self.start_and_wait(cwd=self.place.root, pass_fds=[held.fileno()], stdin=held,
+                                          env={**self.place.environment, "QVRCOM_ROOT": "root"})
+        shown = pathlib.Path(f"/proc/{process.pid}")
+        self.assertEqual(os.readlink(shown / "cwd"), "/")
+        files = [os.readlink(file) for file in (shown / "fd").iterdir()]
+        self.assertNotIn(str(self.place.root / "held"), files)
+        self.assertRegex((shown / "limits").read_text(), r"Max core file size +0 +0")
 
     def test_it_runs_alone_and_comes_back_after_a_kill(self):
         device = self.place.set_up("--fault", "RETR#1:stall=100")

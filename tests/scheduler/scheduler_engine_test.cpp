@@ -2,10 +2,13 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+
 #include "base/text.h"
 #include "doubles/manual_clock.h"
 #include "doubles/memory_channel.h"
 #include "doubles/memory_files.h"
+#include "jobs/index_line.h"
 #include "jobs/script_grammar.h"
 #include "scheduler/scripted_device.h"
 
@@ -14,6 +17,7 @@ namespace {
 
 using platform::JobState;
 using platform::StopOutcome;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -43,7 +47,7 @@ class SchedulerEngineTest : public testing::Test {
                                                             kFolder,
                                                             kLogs,
                                                             std::move(settings),
-                                                            [] {}});
+                                                            [this] { woken_ = true; }});
   }
 
   static std::string line(const std::string& job, const std::string& start = "46341.5",
@@ -76,7 +80,7 @@ class SchedulerEngineTest : public testing::Test {
   }
   void submit() {
     engine_->request(1);
-    tick_until([this] { return !engine_->running(); });
+    tick_until([this] { return !woken_.exchange(false) && !engine_->running(); });
   }
 
   std::string file(const std::string& path) const {
@@ -91,6 +95,7 @@ class SchedulerEngineTest : public testing::Test {
   doubles::ManualClock clock_;
   doubles::MemoryChannel channel_;
   ScriptedDevice device_;
+  std::atomic<bool> woken_{false};
   jobs::ScriptHeader header_;
   std::unique_ptr<platform::Window> dialog_;
   std::unique_ptr<SchedulerEngine> engine_;
@@ -192,7 +197,7 @@ TEST_F(SchedulerEngineTest, ReadsScriptsInJobFoldersAlone) {
       {elsewhere("\\data\\Scheduler\\..\\JobA\\JobA.scr"), "", "outside the scheduler folder"},
       {good, "\\data\\Scheduler\\JobA", "is a link"},
       {good, "\\data\\Scheduler\\JobA\\JobA.scr", "is a link"},
-      {line("JobB"), "", "is missing"},
+      {line("JobB"), "", "JobB has no folder"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.line + row.link);
@@ -203,28 +208,98 @@ TEST_F(SchedulerEngineTest, ReadsScriptsInJobFoldersAlone) {
     add_line(row.line);
     submit();
     EXPECT_EQ(list("error"), row.line + "\r\n");
-    EXPECT_THAT(log("JobA") + log("JobB"), HasSubstr(row.reason));
+    EXPECT_THAT(log("JobA") + log("JobPilot"), HasSubstr(row.reason));
   }
   EXPECT_THAT(device_.told(), IsEmpty());
 }
 
+TEST_F(SchedulerEngineTest, WhatMayHaveChangedTheDeviceIsNotRunAgain) {
+  struct Row {
+    std::string report;
+    const char* list;
+    const char* reason;
+  };
+  const std::string head = "QVRREPORT;1;\r\n";
+  const std::string fetched = head + "FETCHED;part3;linestat;l.dat;;\r\n";
+  const Row rows[] = {
+      {"QVRREP", "completed", ""},
+      {fetched, "completed", ""},
+      {fetched + "DELETING;part3;linestat;;;\r\n", "error", "The session was cut off after"},
+      {head + "STORING;part3;dbase;d.bin;;\r\nSTORED", "error", "The session was cut off after"},
+      {head + "DELETING;part3;linestat;;;\r\nENDED;;;;completed;\r\n", "completed", ""},
+      {head + "ENDED;;;;cancelled;\r\n", "cancelled", "its log does not say why"},
+      {std::string(40, '\0'), "error", "its report cannot be read"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.report);
+    files_.content.clear();
+    const std::size_t told_before = device_.told().size();
+    make_engine();
+    add_job("JobA", {"FTPDELETE;linestat;"});
+    files_.content[kFolder + "JobA\\JobA.rpt"] = row.report;
+    submit();
+    EXPECT_EQ(list(row.list), line("JobA") + "\r\n");
+    EXPECT_THAT(reason("JobA"), HasSubstr(row.reason));
+    const bool runs = row.report == fetched || row.report == "QVRREP";
+    EXPECT_EQ(device_.told().size() > told_before, runs);
+  }
+}
+
 TEST_F(SchedulerEngineTest, DamageBecomesAnErrorLineWithItsReason) {
-  add_line("no index line");
-  add_line("");
+  const std::string glued = line("JobD").substr(0, 40) + line("JobE");
+  const std::string cut = line("JobF").substr(0, 60);
+  for (const std::string& text :
+       {std::string("no index line"), std::string(), std::string("\0x\0", 3), glued})
+    add_line(text);
   add_script("JobA", {"FTPFLY;away;"});
   add_line(line("JobA"));
   add_job("JobB", {"FTPACCT;part\x01;"});
   header_.ftp_address = "no address:x";
   add_job("JobC", {});
+  header_.ftp_address = "192.0.2.7";
+  add_job("Good", {});
+  files_.content[kFolder + "index.sch"] += cut;
+  files_.content[kFolder + "error.sch"] = "an end is missing";
   submit();
-  EXPECT_EQ(list("error"),
-            "no index line\r\n" + line("JobA") + "\r\n" + line("JobB") + "\r\n" + line("JobC") + "\r\n");
-  EXPECT_THAT(reason("JobPilot"), HasSubstr("damaged"));
+  EXPECT_THAT(base::lines_of(list("error")),
+              testing::UnorderedElementsAre("an end is missing", "no index line", std::string("\0x\0", 3),
+                                            glued, line("JobA"), line("JobB"), line("JobC"), cut));
+  EXPECT_EQ(list("completed"), line("Good") + "\r\n");
   EXPECT_THAT(reason("JobA"), HasSubstr("damaged at line"));
   EXPECT_THAT(reason("JobB"), HasSubstr("control character"));
   EXPECT_NE(reason("JobC"), "");
-  EXPECT_THAT(device_.told(), IsEmpty());
   EXPECT_TRUE(engine_->answering());
+  const std::string told = log("JobPilot");
+  EXPECT_THAT(told, AllOf(HasSubstr("damaged: not three fields"), HasSubstr("begins with: no index line")));
+  submit();
+  EXPECT_EQ(log("JobPilot"), told) << "a damaged line is told once";
+  const platform::ScheduledJob waits = engine_->status().jobs[2];  // somebody may wait for it
+  EXPECT_EQ(waits.name, "JobE");
+  EXPECT_EQ(waits.state, JobState::kDamaged);
+  EXPECT_THAT(waits.reason, HasSubstr("is damaged: "));
+}
+
+TEST_F(SchedulerEngineTest, ManyLinesAreTakenInTurns) {
+  constexpr std::size_t kLines = 5000;
+  std::string text;
+  for (std::size_t i = 0; i < kLines; ++i)
+    text += line("Gone" + std::to_string(i)) + "\r\n";
+  files_.content[kFolder + "index.sch"] = text;
+  add_job("JobA", {});
+  int writings = 0;
+  files_.before = [&](std::string_view operation, const std::string& path) {
+    writings += operation == "append" && path.ends_with("error.sch") ? 1 : 0;
+  };
+  engine_->request(1);
+  EXPECT_TRUE(woken_) << "the rest is left to ticks";
+  EXPECT_EQ(base::lines_of(list("error")).size(), 500U);
+  EXPECT_EQ(engine_->status().jobs.size(), 2000U);
+  EXPECT_EQ(engine_->status().jobs_left_out, kLines + 1 - 2000);
+  tick_until([&] { return list("completed") == line("JobA") + "\r\n"; });
+  EXPECT_EQ(list("error"), text);
+  EXPECT_EQ(writings, 10);
+  EXPECT_THAT(log("JobPilot"), HasSubstr("4980 more jobs have no folder and are listed as errors."));
+  EXPECT_THAT(files_.list(kLogs), testing::UnorderedElementsAre("JobA.log", "JobPilot.log"));
 }
 
 TEST_F(SchedulerEngineTest, DialsFirstAndOnlyWithACommand) {
@@ -278,14 +353,14 @@ TEST_F(SchedulerEngineTest, AnswersUntilTheResultsAreTaken) {
     submit();
     const std::size_t answers = channel_.posts.size();
     EXPECT_GE(answers, 1U);
-    engine_->repeat_answer();
-    engine_->repeat_answer();
+    engine_->repeat();
+    engine_->repeat();
     EXPECT_EQ(channel_.posts.size(), answers + 2);
     engine_->request(7);
     EXPECT_TRUE(engine_->answering());
     engine_->request(code);
     EXPECT_FALSE(engine_->answering());
-    engine_->repeat_answer();
+    engine_->repeat();
     EXPECT_EQ(channel_.posts.size(), answers + 2);
   }
   EXPECT_THAT(log("JobPilot"), HasSubstr("unknown code 7"));
@@ -302,8 +377,10 @@ TEST_F(SchedulerEngineTest, DropsTakenLinesAndKeepsTheOthers) {
   EXPECT_EQ(list("completed"), line("JobB") + "\r\n");
   EXPECT_EQ(files_.replaced, replaced + 1);  // the list that stays as it is is not rewritten
   add_line(line("JobA"));
-  engine_->request(1);
+  for (int look = 0; look < 2; ++look)
+    engine_->request(1);
   EXPECT_FALSE(engine_->running()) << "a job that has run is not run again when its line comes back";
+  EXPECT_EQ(list("completed"), line("JobB") + "\r\n" + line("JobA") + "\r\n") << "somebody waits for it";
 }
 
 TEST_F(SchedulerEngineTest, StopsARunningSessionAtOnce) {
@@ -323,10 +400,15 @@ TEST_F(SchedulerEngineTest, StopsARunningSessionAtOnce) {
   EXPECT_EQ(reason("JobA"), "The session was stopped in the scheduler.");
 
   device_.fails_at = "account";
+  device_.deaf = true;
   add_job("JobC", {"FTPACCT;part3;"});
   engine_->request(1);
+  tick_until([this] { return device_.reached_hang == 2; });
+  EXPECT_EQ(engine_->stop_job("JobC"), StopOutcome::kStopped);
   engine_->stop();
-  EXPECT_FALSE(engine_->running());
+  EXPECT_EQ(engine_->status().running_job, "JobC") << "whatever the session does, nobody waits for it here";
+  device_.deaf = false;
+  tick_until([this] { return !engine_->running(); });
   EXPECT_THAT(list("cancelled"), HasSubstr(line("JobC")));
   add_job("JobD", {});
   engine_->request(1);
@@ -354,11 +436,16 @@ TEST_F(SchedulerEngineTest, SurvivesFilesThatCannotBeUsed) {
   submit();
   EXPECT_EQ(list("completed"), "");
   EXPECT_THAT(log("JobPilot"), HasSubstr("cannot be listed yet: Disk full"));
+  engine_->request(6);
+  EXPECT_TRUE(engine_->repeating());
+  EXPECT_EQ(engine_->status().jobs[0].state, JobState::kUnlisted);
+  EXPECT_THAT(engine_->status().jobs[0].reason, HasSubstr("is completed. It is not listed: Disk full"));
   broken = "index.sch";
-  engine_->repeat_answer();
+  engine_->repeat();
   EXPECT_EQ(list("completed"), line("JobA") + "\r\n") << "listed once there is room";
+  EXPECT_FALSE(engine_->repeating());
   submit();
-  EXPECT_THAT(log("JobPilot"), HasSubstr("The job index cannot be read: Disk full"));
+  EXPECT_THAT(log("JobPilot"), HasSubstr("the job index cannot be read: Disk full"));
   broken = ".log";
   add_job("JobB", {});
   submit();

@@ -32,7 +32,8 @@ class ScriptedDevice : public platform::DeviceConnections,
   std::string reply;     // what it then says; "" hangs until it is cancelled
   std::atomic<int> reached_hang{0};
   std::multiset<std::string>
-      empty;  // local files; each fetch into one of them takes it out and brings nothing
+      empty;                      // local files; each fetch into one of them takes it out and brings nothing
+  std::atomic<bool> deaf{false};  // hangs on, cancelled or not
 
   std::vector<std::string> told() const {
     const std::lock_guard lock(mutex_);
@@ -128,7 +129,7 @@ class ScriptedDevice : public platform::DeviceConnections,
     if (fails_at.empty() || !operation.starts_with(fails_at)) return;
     if (!reply.empty()) throw fault(reply, operation);
     ++reached_hang;
-    while (!cancelled)
+    while (!cancelled || deaf)
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     throw platform::SessionCancelled(operation);
   }

@@ -63,6 +63,18 @@ struct MemoryPrograms : platform::Programs {
   std::function<void()> on_start;
 };
 
+// Another maker's scheduler tells nothing; ours does once `now` is set.
+struct MemoryControl : platform::SchedulerControl {
+  platform::StatusAnswer status() override {
+    ++questions;
+    return {now ? platform::Reach::kAnswered : platform::Reach::kNotRunning, now};
+  }
+  platform::Reach stop() override { return platform::Reach::kNotRunning; }
+  platform::StopOutcome stop_job(const std::string&) override { return platform::StopOutcome::kNotRunning; }
+  std::optional<platform::SchedulerStatus> now;
+  int questions = 0;
+};
+
 // JobPilot as the library meets it: on request 1 it lists every line of the index in `result_file` and
 // writes what the scripts fetch; it answers as soon as the session dialog stands.
 struct MemoryScheduler {
@@ -198,7 +210,7 @@ struct MemorySuite {
   }
 
   SessionParts parts() {
-    return {{session, ui, clock, files, folders, dbase, components, xml}, link, channel};
+    return {{session, ui, clock, files, folders, dbase, components, xml}, link, channel, control};
   }
 
   // Every request in order, "J" to JobPilot, "R" to RePilot, "?" to no window.
@@ -246,6 +258,7 @@ struct MemorySuite {
   environment::FilesAndFolders folders{machine, files};
   environment::DatabaseConnection connection{engine, folders};
   environment::DBase dbase{connection};
+  MemoryControl control;
   link::SchedulerLink link{{session, ui, clock, files, programs, channel, folders}};
   MemoryScheduler scheduler{channel, files};
   std::function<void()> on_event;

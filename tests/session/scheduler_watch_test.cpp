@@ -14,7 +14,7 @@ TEST(SchedulerWatch, TellsOnceOfAWindowThatStaysAway) {
   MemorySuite suite;
   Shown shown;
   RecordingView view(shown);
-  SchedulerWatch watch(suite.link, view, "Nov1526121005001");
+  SchedulerWatch watch(suite.link, suite.control, view, "Nov1526121005001");
   const auto rounds = [&](int count) {
     for (int i = 0; i < count; ++i)
       watch.round();
@@ -41,10 +41,44 @@ TEST(SchedulerWatch, TellsOnceOfADroppedRequest) {
   RecordingView view(shown);
   suite.scheduler.window.reset();
   suite.link.NotifyScheduler(link::SchedulerRequest::kJobsSubmitted);
-  SchedulerWatch watch(suite.link, view, "Nov1526121005001");
+  SchedulerWatch watch(suite.link, suite.control, view, "Nov1526121005001");
   for (int i = 0; i < 200; ++i)
     watch.round();
   EXPECT_THAT(shown.complaints, ElementsAre("not found"));
+}
+
+// What the scheduler tells of the job decides whether there is hope; one answer may come too early.
+TEST(SchedulerWatch, EndsAWaitThatTheSchedulerLeavesNoHopeFor) {
+  using platform::JobState;
+  const std::string job = "Nov1526121005001";
+  const struct {
+    platform::SchedulerStatus status;
+    const char* sentence;  // the beginning of what is told, "" for a wait that goes on
+  } cases[] = {
+      {{.running_job = job}, ""},
+      {{.jobs = {{job, "", JobState::kWaiting}}}, ""},
+      {{.jobs_left_out = 3}, ""},
+      {{}, "JobPilot does not have the job Nov1526121005001. "},
+      {{.jobs = {{job, "", JobState::kFinished}}}, "JobPilot has ended the job Nov1526121005001, but no "},
+      {{.jobs = {{job, "", JobState::kUnlisted, "Disk full."}}},
+       "JobPilot says of the job Nov1526121005001: Disk full. "},
+  };
+  for (const auto& each : cases) {
+    MemorySuite suite;
+    Shown shown;
+    RecordingView view(shown);
+    SchedulerWatch watch(suite.link, suite.control, view, job);
+    suite.control.now = each.status;
+    const auto rounds = [&](int count) {
+      for (int i = 0; i < count; ++i)
+        watch.round();
+    };
+    rounds(2 * SchedulerWatch::kRoundsBetweenQuestions);
+    EXPECT_THAT(shown.complaints, IsEmpty());
+    rounds(2 * SchedulerWatch::kRoundsBetweenQuestions);
+    ASSERT_EQ(shown.complaints.size(), *each.sentence == '\0' ? 0U : 1U) << each.sentence;
+    if (!shown.complaints.empty()) EXPECT_THAT(shown.complaints[0], ::testing::StartsWith(each.sentence));
+  }
 }
 
 }  // namespace

@@ -15,17 +15,18 @@ struct OpenLock : platform::SessionLock {
 
 // A scheduler program that says what it is told to.
 struct ManualScheduler : platform::SchedulerControl {
-  std::optional<platform::SchedulerStatus> status() override { return now; }
-  bool stop() override {
+  platform::StatusAnswer status() override { return {now ? platform::Reach::kAnswered : absent, now}; }
+  platform::Reach stop() override {
     log.push_back("stop");
     now.reset();
-    return true;
+    return platform::Reach::kAnswered;
   }
   platform::StopOutcome stop_job(const std::string& job) override {
     log.push_back("stop " + job);
     return outcome;
   }
   std::optional<platform::SchedulerStatus> now;
+  platform::Reach absent = platform::Reach::kNotRunning;  // what there is without `now`
   platform::StopOutcome outcome = platform::StopOutcome::kTakenOut;
   std::vector<std::string> log;
 };

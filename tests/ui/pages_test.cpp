@@ -73,7 +73,16 @@ struct PagesTest : ::testing::Test {
   session::MemoryPrograms programs;
   SessionLogs logs{ui, files, folders};
   JobsPageParts jobs_parts() {
-    return {board, scheduler_files, scheduler, programs, files, folders, ui, logs};
+    return {board,
+            scheduler_files,
+            scheduler,
+            programs,
+            files,
+            folders,
+            ui,
+            logs,
+            [this](const results::BoardJob& job) { scheduler.log.push_back("process " + job.job); },
+            [this](const std::string& job) { scheduler.log.push_back("remove " + job); }};
   }
 };
 
@@ -252,6 +261,11 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   EXPECT_TRUE(child<QPushButton>(jobs, "cmdStartScheduler").isEnabled());
   child<QPushButton>(jobs, "cmdStartScheduler").click();
   EXPECT_THAT(programs.started, ElementsAre(folders.GetAppPath() + "JobPilot.exe"));
+  scheduler.absent = platform::Reach::kSilent;
+  jobs.look();
+  EXPECT_EQ(utf8(child<QLabel>(jobs, "lblScheduler").text()),
+            "A scheduler is running, but it does not answer.");
+  EXPECT_FALSE(child<QPushButton>(jobs, "cmdStartScheduler").isEnabled());
 
   // A session that was left: its script alone tells what it is.
   jobs::ScriptHeader header;
@@ -275,10 +289,20 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   child<QPushButton>(jobs, "cmdStopJob").click();
   EXPECT_THAT(scheduler.log, ElementsAre("stop Jan0127120000000"));
   scheduler.now->running_job.clear();
+  files.make_folder(scheduler_files.path("Nov1526120000001"));
   jobs.look();
-  EXPECT_THAT(column(1), ElementsAre("Waiting", "Error"));
-
+  EXPECT_THAT(column(1), ElementsAre("Left behind", "Waiting", "Error"));
+  scheduler.log.clear();
   table.selectRow(0);
+  EXPECT_FALSE(child<QPushButton>(jobs, "cmdProcessJob").isEnabled());
+  child<QPushButton>(jobs, "cmdRemoveJob").click();
+  table.selectRow(1);
+  EXPECT_FALSE(child<QPushButton>(jobs, "cmdRemoveJob").isEnabled());
+  table.selectRow(2);
+  child<QPushButton>(jobs, "cmdProcessJob").click();
+  EXPECT_THAT(scheduler.log, ElementsAre("remove Jan0127120000000", "process Nov1526120000001"));
+
+  table.selectRow(1);
   ui.messages.clear();
   child<QPushButton>(jobs, "cmdOpenJobLog").click();
   ASSERT_EQ(ui.messages.size(), 1U);
