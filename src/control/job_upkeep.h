@@ -16,8 +16,8 @@ namespace qvrcom::control {
 class JobUpkeep {
  public:
   JobUpkeep(const SessionRequestParts& parts, const results::JobBoard& board,
-            const platform::Machine& machine)
-      : parts_(parts), board_(board), machine_(machine), trap_(parts.rules.ui) {}
+            const platform::Machine& machine, platform::SchedulerControl& scheduler)
+      : parts_(parts), board_(board), machine_(machine), scheduler_(scheduler), trap_(parts.rules.ui) {}
 
   enum class Removal {
     kNotDone,  // a message has said why

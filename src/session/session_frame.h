@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "link/scheduler_link.h"
+#include "platform/scheduler_control.h"
 #include "platform/trap.h"
 #include "rules/business_rules.h"
 #include "session/dialog_face.h"
