@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* kDialogTitle = "RESPONSE DIALOG";
 constexpr std::size_t kLinesPerTick = 500;
-constexpr std::size_t kMostJobs = 2000;                 // of the index, in a status
+constexpr std::size_t kMostJobs = 2000;                  // of the index, in a status
 constexpr std::chrono::milliseconds kStopPatience{300};  // for a session that is told to end
 
 constexpr const char* kTakenOutReason = "The job was stopped in the scheduler before its turn came.";
