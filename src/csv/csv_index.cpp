@@ -65,7 +65,7 @@ void CsvIndex::take_up_row(std::uint32_t filled) {
   const bool ends = filled == 0 && in_block_;
   if (opens) blocks_.push_back({{row, 0}, 0});
   if (ends && blocks_.size() == kMaxBlocks) blocks_left_out_ = true;
-  if (ends && !blocks_left_out_) blocks_.back().rows.end = row;
+  if (ends) blocks_.back().rows.end = row;
   in_block_ = filled != 0 || (in_block_ && blocks_left_out_);
   if (in_block_) blocks_.back().columns = std::max(blocks_.back().columns, filled);
 }

@@ -38,15 +38,12 @@ QVariant tool_tip(const QString& text) {
 }  // namespace
 
 csv::RowRange CsvPart::data_rows(const csv::CsvFile& file) const {
-  const std::vector<csv::Table>& tables = file.tables();
   const std::uint32_t header = header_row ? 1 : 0;
   if (table != kWholeFile) {
-    const csv::RowRange& rows = tables[static_cast<std::size_t>(table)].rows;
+    const csv::RowRange& rows = file.tables()[static_cast<std::size_t>(table)].rows;
     return {rows.first + header, rows.end};
   }
-  const bool may_be_one_of_several = !file.index().complete() && tables.size() == 1;
-  return {file.caption().rows + header,
-          may_be_one_of_several ? tables[0].rows.end : file.index().row_count()};
+  return {file.caption().rows + header, file.index().row_count()};
 }
 
 void CsvTableModel::show_file(std::unique_ptr<csv::CsvFile> file, CsvPart part, csv::RowOrder order) {

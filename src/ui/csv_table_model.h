@@ -15,8 +15,7 @@ struct CsvPart {
   int table = kWholeFile;
   bool header_row = true;  // the part's first row names the columns
 
-  // The part's rows behind its caption and header, as far as they are indexed. While the file may still turn
-  // out to hold several tables, all of it ends where its first one does.
+  // The part's rows behind its caption and header, as far as they are indexed.
   csv::RowRange data_rows(const csv::CsvFile& file) const;
 };
 

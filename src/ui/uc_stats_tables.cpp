@@ -31,6 +31,7 @@ void ucStats::build_list() {
   connect(list_, &QListWidget::itemActivated, table_, [this] { table_->setFocus(); });
 }
 
+// A table that joins the first one ends it, before that one takes up the rows behind.
 void ucStats::take_up_indexed() {
   show_names();
   model_->announce_indexed_rows();

@@ -52,6 +52,8 @@ TEST(CsvTables, AreToldApartByEmptyLinesAndHeaders) {
       {"A,B,C\n\nD,E\n\nx,y\n\nF,G,H\n1\n,2,,,\n", "A 0-1 x3; D 2-5 x2; F 6-9 x3; "},
       {"Site,A,,\n,,\nNode,Hits,,\n\"M,1\",2,,\n\"\",,\n\"a \"\"b\"\"\",\"c\nd\"\nx,1\n",
        "Node 2-4 x2; a \"b\" 5-7 x2; [Site:A]"},
+      {"A,B,C\n1,2,3,4\n\nD,E\n1,2\n\nEnd,\n",
+       "Table 1 0-2 no header x4; D 3-5 x2; Table 3 6-7 no header x1; "},
       // a first block of two columns: about the file, or numbers
       {"SiteName,A\nUserSiteID,1\nHour,Calls\n00:00,1\n\nNode,Hits\nM1,3\n",
        "Hour 2-4 x2; Node 5-7 x2; [SiteName:A][UserSiteID:1]"},

@@ -185,12 +185,12 @@ TEST(UcStats, EachTableOfAFileIsShownByItself) {
   EXPECT_EQ(grid.current(), "lobby");
   grid.load("C:\\Stats1.csv");
   EXPECT_EQ(shown(), "a b lobby 3 rows, 2 columns");
-  grid.sources.change(lines + "3,8,5\n" + nodes + "c,6\n\nHour,Calls\n0,1\n");
+  grid.sources.change(lines + "3,8,5\n\nHour,Calls\n0,1\n" + nodes + "c,6\n");
   grid.load("C:\\Stats1.csv");
   EXPECT_EQ(shown(), "a c b lobby 4 rows, 2 columns");
   EXPECT_EQ(grid.current(), "lobby");
-  EXPECT_EQ(list.currentRow(), 1);
-  EXPECT_EQ(list.count(), 4);
+  EXPECT_EQ(list.currentRow(), 2);
+  press(Qt::Key_PageUp);
   press(Qt::Key_PageUp);
   EXPECT_EQ(shown(), "3 2 1 3 rows, 3 columns");
   grid.sources.change(lines);
