@@ -137,9 +137,10 @@ void JobsPage::look() {
   const auto fault = fault_of([this] {
     const std::string job = selected() == nullptr ? std::string() : selected()->job;
     const std::size_t rows = model_->jobs().size();
+    status_ = parts_.scheduler.status();
     const bool changed = watch_.changed(watched_files());
     if (changed) read_board();
-    read_status();
+    show_status();
     if (changed) select(job);
     if (changed || model_->jobs().size() != rows) fit_columns(rows == 0);
     lblJobsState_->setText(board_text_ + unlisted_text(*model_));
@@ -172,8 +173,7 @@ void JobsPage::read_board() {
   model_->show(std::move(board));
 }
 
-void JobsPage::read_status() {
-  status_ = parts_.scheduler.status();
+void JobsPage::show_status() {
   lblScheduler_->setText(scheduler_text(status_));
   model_->show_unlisted(unlisted_job());
   model_->show_status(status_.status);

@@ -59,7 +59,7 @@ class JobsPage : public QWidget {
   void refresh();
   void read_board();
   void fit_columns(bool first);
-  void read_status();
+  void show_status();
   std::optional<results::BoardJob> unlisted_job() const;
   void show_buttons();
   QStringList watched_files() const;

@@ -145,6 +145,7 @@ TEST_F(CommandsTest, SitesPassThroughTheStandardStreams) {
 
 TEST_F(CommandsTest, SessionsRunSitesOutsidePartitionsInsideAndAFailureStopsNone) {
   run.screen.failing_partition = "2";
+  run({"sites", "edit", "Office - 1", "--lan", "192.0.2.8"});
   EXPECT_EQ(run({"stats", "retrieve", "--site", "7", "--site", "Berne - 7", "--site", "Office - 1", "--reset",
                  "--partition", "1-3"}),
             1);
@@ -181,6 +182,7 @@ TEST_F(CommandsTest, AllPartitionsAreOneJobForOldFirmwareAlone) {
 }
 
 TEST_F(CommandsTest, SeveralSitesAnswerUnderTheirNames) {
+  run({"sites", "edit", "Office - 1", "--lan", "192.0.2.8"});
   EXPECT_EQ(run({"view", "--site", "7", "--site", "Office - 1", "--partition", "2"}), 0);
   EXPECT_EQ(run.out, "Berne - 7:\n001\n\\x1B[31m\nOffice - 1:\n001\n\\x1B[31m\n");
   EXPECT_EQ(run({"same-log", "retrieve", "--site", "7", "--site", "Office - 1"}), 0);

@@ -346,7 +346,7 @@ TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
   for (const char* name : {"Nov0426121005001.log", "Nov0626121005001.log", "JobPilot.log"})
     run.files.content[logs + name] = "";
   JobUpkeep upkeep(parts, board, run.machine, run.control);
-  run.control.now = {.running_job = "Jan0124121005001"};  // a session that was left
+  run.control.now.emplace().running_job = "Jan0124121005001";  // a session that was left
   EXPECT_THAT(upkeep.clean().jobs, IsEmpty());
   run.control.now.reset();  // another maker's scheduler may still run the newer one
   run.files.make_folders("S:\\Nov1526120000001");

@@ -342,7 +342,7 @@ TEST(SessionFrame, EndsOtherOperationsWithTheNameFirst) {
   run.session.job.SessionStart = run.clock.time;
   run.files.content["S:\\index.sch"] = run.session.job.JobId + "\r\n";
   run.files.content["S:\\ErrorToProcess.sch"] = "other\r\n" + run.session.job.JobId + "\r\n";
-  SessionFrame frame(run.parts().rules, run.link, run.window);
+  SessionFrame frame(run.parts().rules, run.link, run.control, run.window);
   frame.ProcessQVRComm("Send All Messages");
   EXPECT_THAT(run.view.infos, ElementsAre("Send All Messages Error"));
   EXPECT_EQ(run.files.content["S:\\ErrorToProcess.sch"], "other\r\n\r\n");

@@ -52,15 +52,19 @@ TEST(SchedulerWatch, EndsAWaitThatTheSchedulerLeavesNoHopeFor) {
   using platform::JobState;
   const std::string job = "Nov1526121005001";
   const struct {
-    platform::SchedulerStatus status;
+    const char* running;
+    std::vector<platform::ScheduledJob> jobs;
+    std::uint64_t left_out;
     const char* sentence;  // the beginning of what is told, "" for a wait that goes on
   } cases[] = {
-      {{.running_job = job}, ""},
-      {{.jobs = {{job, "", JobState::kWaiting}}}, ""},
-      {{.jobs_left_out = 3}, ""},
-      {{}, "JobPilot does not have the job Nov1526121005001. "},
-      {{.jobs = {{job, "", JobState::kFinished}}}, "JobPilot has ended the job Nov1526121005001, but no "},
-      {{.jobs = {{job, "", JobState::kUnlisted, "Disk full."}}},
+      {"Nov1526121005001", {}, 0, ""},
+      {"", {{job, "", JobState::kWaiting}}, 0, ""},
+      {"", {}, 3, ""},
+      {"", {}, 0, "JobPilot does not have the job Nov1526121005001. "},
+      {"", {{job, "", JobState::kFinished}}, 0, "JobPilot has ended the job Nov1526121005001, but no "},
+      {"",
+       {{job, "", JobState::kUnlisted, "Disk full."}},
+       0,
        "JobPilot says of the job Nov1526121005001: Disk full. "},
   };
   for (const auto& each : cases) {
@@ -68,7 +72,10 @@ TEST(SchedulerWatch, EndsAWaitThatTheSchedulerLeavesNoHopeFor) {
     Shown shown;
     RecordingView view(shown);
     SchedulerWatch watch(suite.link, suite.control, view, job);
-    suite.control.now = each.status;
+    suite.control.now.emplace();
+    suite.control.now->running_job = each.running;
+    suite.control.now->jobs = each.jobs;
+    suite.control.now->jobs_left_out = each.left_out;
     const auto rounds = [&](int count) {
       for (int i = 0; i < count; ++i)
         watch.round();
@@ -77,7 +84,7 @@ TEST(SchedulerWatch, EndsAWaitThatTheSchedulerLeavesNoHopeFor) {
     EXPECT_THAT(shown.complaints, IsEmpty());
     rounds(2 * SchedulerWatch::kRoundsBetweenQuestions);
     ASSERT_EQ(shown.complaints.size(), *each.sentence == '\0' ? 0U : 1U) << each.sentence;
-    if (!shown.complaints.empty()) EXPECT_THAT(shown.complaints[0], ::testing::StartsWith(each.sentence));
+    EXPECT_THAT(shown.complaints, ::testing::Each(::testing::StartsWith(each.sentence)));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include "session/memory_suite.h"
+#include "sitebook/site_book.h"
 #include "ui/frm_response.h"
 #include "ui/session_stopper.h"
 #include "ui/statistics_page.h"
@@ -71,7 +72,7 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
   std::optional<std::string> open_file(const control::FileChoice&) override { return chosen; }
 
   StatisticsMainParts parts() {
-    return {{suite.parts().rules, database, gate, stopper, suite.link}, *this, *this};
+    return {{suite.parts().rules, database, gate, stopper, suite.link, site_book}, *this, *this};
   }
 
   session::MemorySuite suite;
@@ -87,6 +88,7 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
   SessionStopper stopper{screen, suite.ui, control, suite.session};
   session::SessionGate gate{lock, suite.ui};
   environment::DataBase database{suite.connection};
+  sitebook::SiteBook site_book{suite.connection};
 };
 
 }  // namespace qvrcom::ui

@@ -212,7 +212,11 @@ TEST_F(PagesTest, ExportsToAPrivateFileAndAsksAboutTheAccessCodes) {
                                 child<QLineEdit>(dialog, "fileNameEdit").setText(path("out.csv"));
                                 press(dialog, Qt::Key_Return);
                               },
-                              [](QWidget& overwrite) { press(overwrite, Qt::Key_Y, Qt::AltModifier); }});
+                              [](QWidget& overwrite) {
+                                for (auto* each : overwrite.findChildren<QPushButton*>()) {
+                                  if (each->text().contains("Overwrite")) each->click();
+                                }
+                              }});
     button("cmdExportSites").click();
     EXPECT_EQ(files.read(utf8(path("out.csv"))).find("geheim") != std::string::npos, held);
     EXPECT_FALSE(QFile::permissions(path("out.csv")) & (QFile::ReadGroup | QFile::ReadOther));
