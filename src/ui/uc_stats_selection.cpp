@@ -126,7 +126,6 @@ void ViewPlace::restore(QTableView& view) const {
     view.selectionModel()->setCurrentIndex(model.index(lines.back(), current_[0].left),
                                            QItemSelectionModel::NoUpdate);
   view.selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-  view.doItemsLayout();  // or the scroll bars still know the table that was shown before
   view.horizontalScrollBar()->setValue(horizontal_);
   view.verticalScrollBar()->setValue(vertical_);
 }

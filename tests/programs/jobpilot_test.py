@@ -260,19 +260,6 @@ class JobPilotTest(unittest.TestCase):
         self.wait_for_line(line, "completed.sch")
         self.assertEqual(self.files_of("JobA"), {"JobA.scr", "JobA.rpt", "Stats.csv"})
 
-    def test_a_job_is_taken_out(self):
-        device = self.place.set_up("--fault", "RETR#1:stall=100")
-        self.start_and_wait()
-        running = self.add_job("JobA", device, "FTPACCT;part3;", self.get("JobA"))
-        waiting = self.add_job("JobB", device, "FTPACCT;part3;", self.get("JobB"))
-        self.post(1)
-        wait_until(lambda: self.ask("status")["bytes_done"] == 100, what="the transfer to stall")
-        self.assertEqual([job["state"] for job in self.ask("status")["jobs"]], ["running", "waiting"])
-        self.assertEqual(self.ask("stop-job JobB"), {"outcome": "taken out"})
-        self.assertEqual(self.ask("stop-job JobA"), {"outcome": "stopped"})
-        self.assertEqual(self.ask("stop-job JobA"), {"outcome": "unknown job"})
-        self.assertEqual(self.place.scheduler("cancelled.sch"), [waiting, running])
-
     def test_every_partition_but_those_that_fail(self):
         missing, cut = {7, 20, 41}, 30
         there = ",".join(str(n) for n in range(1, 65) if n not in missing)

@@ -381,6 +381,9 @@ TEST_F(SchedulerEngineTest, DropsTakenLinesAndKeepsTheOthers) {
     engine_->request(1);
   EXPECT_FALSE(engine_->running()) << "a job that has run is not run again when its line comes back";
   EXPECT_EQ(list("completed"), line("JobB") + "\r\n" + line("JobA") + "\r\n") << "somebody waits for it";
+  files_.content.erase(kFolder + "completed.sch");
+  engine_->request(1);
+  EXPECT_THAT(list("completed"), HasSubstr(line("JobA"))) << "a list that was lost";
 }
 
 TEST_F(SchedulerEngineTest, StopsARunningSessionAtOnce) {
