@@ -93,7 +93,7 @@ QWidget* SitesPage::make_buttons() {
       {&SitesPage::cmdDelete_, "cmdDeleteSite", "De&lete...", &SitesPage::delete_site},
       {&SitesPage::cmdImport_, "cmdImportSites", "Im&port...", &SitesPage::import_sites},
       {&SitesPage::cmdExport_, "cmdExportSites", "E&xport...", &SitesPage::export_sites},
-      {&SitesPage::cmdReload_, "cmdReloadSites", "&Refresh", &SitesPage::reload},
+      {&SitesPage::cmdReload_, "cmdReloadSites", "&Refresh", &SitesPage::changed},
   };
   return button_strip(this, kRows, 3);
 }

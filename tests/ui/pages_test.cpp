@@ -225,12 +225,19 @@ TEST_F(PagesTest, ExportsToAPrivateFileAndAsksAboutTheAccessCodes) {
 
 TEST_F(PagesTest, SaysWhyTheSiteBookCannotBeUsed) {
   prepare();
-  files.replace(folders.GetDatabaseFolder() + "NewDB.mdb", "no database");
+  const std::string database = folders.GetDatabaseFolder() + "NewDB.mdb";
+  const std::string copy = files.read(database);
+  files.replace(database, "no database");
   SitesPage& shown = sites_page();
   EXPECT_TRUE(child<QLabel>(shown, "lblSitesState").text().startsWith("The site book cannot be used. "));
   for (const char* name : {"cmdAddSite", "cmdEditSite", "cmdDeleteSite", "cmdImportSites", "cmdExportSites"})
     EXPECT_FALSE(button(name).isEnabled()) << name;
-  EXPECT_TRUE(button("cmdReloadSites").isEnabled());
+  int told = 0;
+  QObject::connect(&shown, &SitesPage::sites_changed, &shown, [&] { ++told; });
+  files.replace(database, copy);
+  button("cmdReloadSites").click();
+  EXPECT_EQ(child<QLabel>(shown, "lblSitesState").text(), "0 sites");
+  EXPECT_EQ(told, 1) << "the other pages have lists of sites, too";
 }
 
 TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
