@@ -1,6 +1,9 @@
 #include "results/job_findings.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
 
 #include "jobs/job_name.h"
 
@@ -16,24 +19,43 @@ std::optional<jobs::Script> script_in(const platform::Files& files, const std::s
   return jobs::read_script(files.read(path)).script;
 }
 
-// Goes through script and report side by side.
+// What the report says of each account.
+struct Told {
+  std::set<std::pair<std::string, std::string>> deleted;  // account and device file
+  std::set<std::string> asked_to_delete;                  // accounts
+  std::map<std::string, std::string> reasons;             // account to the last one
+};
+
+Told told_by(const jobs::JobReport& report) {
+  Told told;
+  for (const jobs::ReportLine& line : report.lines) {
+    if (line.word == ReportWord::kDeleting) told.asked_to_delete.insert(line.account);
+    if (line.word == ReportWord::kDeleted) told.deleted.emplace(line.account, line.remote);
+    if (line.word == ReportWord::kFailed) told.reasons[line.account] = line.text;
+  }
+  return told;
+}
+
+// Goes through a script beside what the report says.
 class Finder {
  public:
   Finder(const platform::Files& files, const std::string& folder, jobs::Script script)
-      : files_(files), folder_(folder), report_(jobs::report_of(files, folder)) {
+      : files_(files), folder_(folder) {
     found_.script = std::move(script);
+    if (const auto report = jobs::report_of(files, folder)) told_ = told_by(*report);
   }
 
   JobFindings find() {
-    bool deletes = false;
     for (const jobs::ScriptCommand& command : found_.script.commands) {
       if (command.kind == CommandKind::kAccount || found_.accounts.empty()) begin(command.account);
       if (command.kind == CommandKind::kGet) add_fetch(command);
-      if (command.kind == CommandKind::kDelete && report_ && !is_deleted(command.remote))
-        here().kept.push_back(command.remote);
-      deletes |= command.kind == CommandKind::kDelete;
+      if (command.kind == CommandKind::kDelete) add_delete(command);
     }
-    found_.has_deleted = report_ ? report_->has_deleted() : deletes && found_.has_files();
+    for (AccountFindings& account : found_.accounts) {
+      const bool arrived = account.missing().size() < account.fetches.size();
+      account.has_deleted = account.has_deleted && (told_ || arrived);
+      found_.has_deleted |= account.has_deleted;
+    }
     return std::move(found_);
   }
 
@@ -41,11 +63,8 @@ class Finder {
   AccountFindings& here() { return found_.accounts.back(); }
 
   void begin(const std::string& account) {
-    found_.accounts.push_back({account, {}, {}, {}});
-    if (!report_) return;
-    for (const jobs::ReportLine& line : report_->lines) {
-      if (line.word == ReportWord::kFailed && line.account == account) here().reason = line.text;
-    }
+    found_.accounts.push_back({account, {}, {}, false, {}});
+    if (told_ && told_->reasons.contains(account)) here().reason = told_->reasons.at(account);
   }
 
   // The place of a local file is the job's folder, whatever the script says before its name.
@@ -54,15 +73,15 @@ class Finder {
     here().fetches.push_back({command.remote, path, files_.file_exists(path) && !files_.is_link(path)});
   }
 
-  bool is_deleted(const std::string& remote) {
-    return std::any_of(report_->lines.begin(), report_->lines.end(), [&](const jobs::ReportLine& line) {
-      return line.word == ReportWord::kDeleted && line.account == here().account && line.remote == remote;
-    });
+  void add_delete(const jobs::ScriptCommand& command) {
+    here().has_deleted = !told_ || told_->asked_to_delete.contains(here().account);
+    if (told_ && !told_->deleted.contains({here().account, command.remote}))
+      here().kept.push_back(command.remote);
   }
 
   const platform::Files& files_;
   const std::string& folder_;
-  const std::optional<jobs::JobReport> report_;
+  std::optional<Told> told_;  // nothing without a report
   JobFindings found_;
 };
 

@@ -21,6 +21,7 @@ struct AccountFindings {
   std::string account;  // "part3"; "" before the first account line
   std::vector<Fetch> fetches;
   std::vector<std::string> kept;  // device files that were to be deleted and, as the report says, were not
+  bool has_deleted = false;       // the device was told to delete something of it, or may have been
   std::string reason;             // why the rest of the lines was left out, as the report says; or ""
 
   const Fetch* arrived(std::string_view remote) const;  // null when it did not

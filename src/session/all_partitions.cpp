@@ -123,7 +123,7 @@ void AllPartitions::save_partition(int number, const results::AccountFindings& f
     if (lack.empty()) return;
     shortcomings.add(Shortcomings::kNotDecoded, number, lack);
   }
-  shortcomings.keep(found.account);
+  if (found.has_deleted) shortcomings.keep(found.account);
 }
 
 }  // namespace qvrcom::session
