@@ -110,6 +110,11 @@ class JobPilot : public platform::SchedulerControl {
     });
   }
 
+  void begin() {
+    engine_.list_interrupted();
+    follow();
+  }
+
   void request(std::int64_t code) {
     engine_.request(code);
     follow();
@@ -225,6 +230,7 @@ int run() {
       });
   auto control = std::make_unique<adapters::SchedulerControlServer>(host.layout.run_folder,
                                                                     host.layout.runtime_folder, pilot);
+  pilot.begin();
   const int code = QCoreApplication::exec();
   if (!pilot.left_a_session_behind()) return code;
   control.reset();

@@ -229,6 +229,20 @@ bool SchedulerEngine::finish_from_report(const std::string& line, const std::str
   return true;
 }
 
+// What cannot be read is told when jobs are submitted.
+void SchedulerEngine::list_interrupted() {
+  fault_of([this] {
+    lists_.load();
+    const std::string index = read_index();
+    for (const std::string_view text : base::lines_of(index)) {
+      const WaitingLine line = waiting_line(text);
+      if (line.problem.empty() && due(line, parts_.clock.now()) == Due::kNow && lists_.find(text) == nullptr)
+        finish_from_report(std::string(text), line.job);
+    }
+  });
+  list_finished();
+}
+
 void SchedulerEngine::tick() {
   if (session_) take_events();
   look_for_work();

@@ -40,6 +40,10 @@ class SchedulerEngine {
  public:
   explicit SchedulerEngine(EngineParts parts);
 
+  // To be called once, at the program's start: lists the jobs that an earlier run was cut off in and that
+  // must not run again. Starts none.
+  void list_interrupted();
+
   // A request code of the message channel: 1 jobs submitted, 2 results taken, 5 and 9 show the session,
   // 6 session over. Any other is logged and has no effect.
   void request(std::int64_t code);

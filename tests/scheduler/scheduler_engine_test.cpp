@@ -237,10 +237,12 @@ TEST_F(SchedulerEngineTest, WhatMayHaveChangedTheDeviceIsNotRunAgain) {
     make_engine();
     add_job("JobA", {"FTPDELETE;linestat;"});
     files_.content[kFolder + "JobA\\JobA.rpt"] = row.report;
+    const bool runs = row.report == fetched || row.report == "QVRREP";
+    engine_->list_interrupted();
+    EXPECT_EQ(list(row.list), runs ? "" : line("JobA") + "\r\n");
     submit();
     EXPECT_EQ(list(row.list), line("JobA") + "\r\n");
     EXPECT_THAT(reason("JobA"), HasSubstr(row.reason));
-    const bool runs = row.report == fetched || row.report == "QVRREP";
     EXPECT_EQ(device_.told().size() > told_before, runs);
   }
 }
