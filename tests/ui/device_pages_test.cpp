@@ -259,6 +259,7 @@ TEST_F(DevicePages, AskWhetherASessionThatWasLeftIsToBeStopped) {
         windows.control.now.emplace();
         windows.control.now->running_job = *row.running == '\0' ? own : row.running;
         windows.control.now->step = "Fetching log";
+        windows.control.now->jobs = {{own, "", platform::JobState::kWaiting}};
       }
       EXPECT_EQ(boxes().size(), 0U);
       child<QPushButton>(dialog, "cmdCancel").click();
@@ -349,18 +350,24 @@ TEST(TransferProgressTest, FollowsTheSessionsJobAndWhatItWaitsFor) {
   TransferProgress progress(transfer_source(scheduler, job, files), nullptr);
   progress.show();
   auto& bar = child<QWidget>(progress, "barTransfer");
+  const QLabel& line = child<QLabel>(progress, "lblTransfer");
   const auto look = [&] {
     progress.set_running(true);
-    QTest::qWait(300);
-    return utf8(child<QLabel>(progress, "lblTransfer").text());
+    if (!QTest::qWaitFor([&] { return !line.text().isEmpty(); }, 5000)) ADD_FAILURE() << "nothing is told";
+    return utf8(line.text());
   };
-  EXPECT_EQ(look(), "");  // another maker's scheduler
+  const auto look_in_vain = [&] {
+    progress.set_running(true);
+    QTest::qWait(300);
+    return utf8(line.text());
+  };
+  EXPECT_EQ(look_in_vain(), "");  // another maker's scheduler
   scheduler.now.emplace();
   scheduler.now->running_job = "Nov1526120000001";
   scheduler.now->step = "Sending firmware";
   scheduler.now->bytes_done = 5000;
   scheduler.now->bytes_hinted = 20'000;
-  EXPECT_EQ(look(), "");
+  EXPECT_EQ(look_in_vain(), "");
   scheduler.now->jobs = {{job.Name, "Send", platform::JobState::kWaiting}};
   const char* waiting = " which is here: Sending firmware: 5,000 bytes of about 20,000 bytes";
   EXPECT_EQ(look(), std::string("Waiting for job Nov1526120000001,") + waiting);
@@ -374,7 +381,7 @@ TEST(TransferProgressTest, FollowsTheSessionsJobAndWhatItWaitsFor) {
   EXPECT_EQ(look(), "Sending firmware: 5,000 bytes");
   EXPECT_FALSE(bar.isVisible());
   progress.set_running(false);
-  EXPECT_EQ(utf8(child<QLabel>(progress, "lblTransfer").text()), "");
+  EXPECT_EQ(utf8(line.text()), "");
 }
 
 }  // namespace
