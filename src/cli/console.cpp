@@ -28,6 +28,11 @@ void Console::print(std::string_view text) {
   out_ << printable(text) << '\n';
 }
 
+void Console::print_path(const std::string& path) {
+  print(path);
+  if (!flush()) tell("The file is there, but standard output did not take its name.", path);
+}
+
 void Console::report(const platform::Message& message) {
   const std::string status = status_;
   erase_status();

@@ -29,6 +29,9 @@ class Console {
   // One line of data.
   void print(std::string_view text);
 
+  // The path of a file that a command has made; told as a message, too, when it could not be written.
+  void print_path(const std::string& path);
+
   // "TITLE: text", each line of the text on a line of its own, the detail indented below.
   void report(const platform::Message& message);
 

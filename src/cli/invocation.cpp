@@ -73,8 +73,10 @@ void look_after_jobs(const Invocation& invocation, CommandContext& context) {
   control::JobUpkeep(context.requests, context.jobs, context.machine, context.scheduler)
       .forget_access_codes();
   if (!invocation.tells_late_results) return;
-  const std::string sentence =
-      control::late_results_sentence(control::LateResultsRequest(context.requests, context.jobs).waiting());
+  std::string sentence;
+  const auto fault = base::fault_of(
+      [&] { sentence = control::LateResultsRequest(context.requests, context.jobs).notice(); });
+  if (fault) context.console.tell(fault->description(), fault->detail());
   if (!sentence.empty()) context.console.tell(sentence, "\"qvrcomctl jobs process\" finishes them.");
 }
 

@@ -84,6 +84,7 @@ std::vector<results::BoardJob> chosen_jobs(std::vector<results::BoardJob> jobs,
     if (found == jobs.end())
       throw base::Fault("No such job", "\"" + name + "\" is no finished job that waits to be processed.");
     chosen.push_back(*found);
+    jobs.erase(found);  // a name that is given twice is none the second time
   }
   return chosen;
 }
@@ -113,7 +114,7 @@ ExitCode process(CommandContext& context, const std::vector<std::string>& names)
                        const control::LateResultsAnswer answer = request.process(job);
                        context.console.erase_status();
                        for (const std::string& file : answer.files)
-                         context.console.print(context.files.native(file));
+                         context.console.print_path(context.files.native(file));
                        return answer.result;
                      }});
   }

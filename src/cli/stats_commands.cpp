@@ -26,7 +26,7 @@ struct SessionOptions {
 class PrintedStatistics : public control::StatisticsDisplay {
  public:
   PrintedStatistics(Console& console, const platform::Files& files) : console_(console), files_(files) {}
-  void ShowStatistics(const std::string& csvFile) override { console_.print(files_.native(csvFile)); }
+  void ShowStatistics(const std::string& csvFile) override { console_.print_path(files_.native(csvFile)); }
 
  private:
   Console& console_;
@@ -56,7 +56,7 @@ control::RequestResult run_all_partitions(CommandContext& context, const control
   const auto answer = control::AllPartitionsRequest(context.requests).run(site, force);
   context.console.erase_status();
   for (const base::PartitionFile& each : answer.files)
-    context.console.print(context.files.native(each.file));
+    context.console.print_path(context.files.native(each.file));
   return answer.result;
 }
 

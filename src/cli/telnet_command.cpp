@@ -31,8 +31,7 @@ ExitCode telnet(CommandContext& context, const std::string& key) {
   const sitebook::SiteRecord site = context.sites.find({key}).front();
   const control::SessionRequestParts& parts = context.requests;
   TelnetScreen screen(parts.screen, context.telnet, parts.rules.session.job);
-  control::SystemRequest request(
-      {parts.rules, parts.database, parts.gate, screen, parts.link, parts.sites});
+  control::SystemRequest request({parts.rules, parts.database, parts.gate, screen, parts.link, parts.sites});
   const control::SystemOrder order{.site = control::site_row(site),
                                    .operation = session::operation::kTelnetSession};
   return context.sessions.run({{sitebook::title_of(site), [&] { return request.run(order).result; }}});

@@ -4,8 +4,8 @@
 #include <charconv>
 
 #include "base/date_serial.h"
+#include "base/fault.h"
 #include "environment/names.h"
-#include "results/job_findings.h"
 #include "rules/file_rescue.h"
 
 namespace qvrcom::control {
@@ -35,15 +35,8 @@ JobUpkeep::Removal JobUpkeep::remove(const std::string& job) {
     const bool is_listed = found != board.jobs.end();
     if (!is_listed && !contains(board.abandoned, job)) return Removal::kUnknown;
     if (is_listed ? waits(*found) : !contains(abandoned(board), job)) return Removal::kInUse;
-    discard(job);
-    rules::BusinessRules rules(parts_.rules);
-    if (is_listed) {
-      for (const char* list : environment::kPendingFiles) {
-        std::string rest;
-        rules.RemoveJobFromList(list, found->line, rest);
-        rules.ReWrite_File(list, rest);
-      }
-    }
+    if (!is_listed || found->has_folder) discard(job);
+    if (is_listed) take_off_lists(found->line);
     return Removal::kRemoved;
   });
 }
@@ -76,12 +69,28 @@ std::vector<std::string> JobUpkeep::abandoned(const results::Board& board) const
   return found;
 }
 
+void JobUpkeep::take_off_lists(const std::string& line) {
+  rules::BusinessRules rules(parts_.rules);
+  rules.Copy_Items_From_Scheduler_to_BeProcessed();
+  for (const char* list : environment::kPendingFiles) {
+    std::string rest;
+    rules.RemoveJobFromList(list, line, rest);
+    rules.ReWrite_File(list, rest);
+  }
+  if (parts_.link.scheduler_window_stands())
+    parts_.link.NotifyScheduler(link::SchedulerRequest::kResultsTaken);
+}
+
 void JobUpkeep::discard(const std::string& job) {
   platform::Files& files = parts_.rules.files;
   const std::string folder = board_.scheduler().path(job);
-  const auto found = results::findings_of(files, folder);
-  if (found && found->has_deleted && found->has_files())
-    parts_.rules.ui.show(rules::rescue_message(files, rules::rescue_files(parts_.rules, job, *found)));
+  if (files.is_link(folder))
+    throw base::Fault(base::kPermissionDenied, "\"" + files.native(folder) +
+                                                   "\" is a link, which is not followed. Remove it by hand.");
+  // What can be decoded is decoded for the job's own site.
+  const std::string site = results::job_from_script(board_.scheduler(), job).device_id;
+  if (!site.empty()) parts_.database.run("Update_SessionQVR", {site});
+  rules::bring_to_safety(parts_.rules, job, rules::RescueWhat::kDeleted);
   if (!files.folder_exists(folder)) return;
   for (const std::string& name : files.list(folder))
     files.remove(folder + "\\" + name);
@@ -105,19 +114,27 @@ std::size_t JobUpkeep::remove_old_logs() {
   return removed;
 }
 
+// The lock is taken only where there is something to do: this runs at every start.
 void JobUpkeep::forget_access_codes() {
   trap_("JobUpkeep", [&] {
+    if (folders_of_ended_jobs().empty()) return;
     const auto hold = parts_.gate.try_enter();
     if (!hold) return;
-    const results::Board board = board_.read();
-    std::vector<std::string> ended = board.abandoned;
-    for (const results::BoardJob& job : board.jobs) {
-      if (!waits(job) && job.has_folder) ended.push_back(job.job);
-    }
     rules::BusinessRules rules(parts_.rules);
-    for (const std::string& job : ended)
-      rules.clear_password(board_.scheduler().path(job));
+    for (const std::string& folder : folders_of_ended_jobs())
+      rules.clear_password(folder);
   });
+}
+
+std::vector<std::string> JobUpkeep::folders_of_ended_jobs() const {
+  const results::Board board = board_.read();
+  std::vector<std::string> folders;
+  for (const std::string& job : board.abandoned)
+    folders.push_back(board_.scheduler().path(job));
+  for (const results::BoardJob& job : board.jobs) {
+    if (!waits(job) && job.has_folder) folders.push_back(board_.scheduler().path(job.job));
+  }
+  return folders;
 }
 
 int JobUpkeep::log_days() const {

@@ -43,6 +43,8 @@ class JobUpkeep {
 
  private:
   std::vector<std::string> abandoned(const results::Board& board) const;
+  std::vector<std::string> folders_of_ended_jobs() const;
+  void take_off_lists(const std::string& line);
   void discard(const std::string& job);
   std::size_t remove_old_logs();
 

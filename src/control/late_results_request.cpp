@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#include "environment/names.h"
+#include "jobs/index_line.h"
+#include "jobs/job_name.h"
+
 namespace qvrcom::control {
 namespace {
 
@@ -12,17 +16,32 @@ namespace operation = session::operation;
 constexpr std::array<const char*, 3> kOfPartition{operation::kRetrieveStatistics, operation::kResetStatistics,
                                                   operation::kRetrieveResetStatistics};
 
+// In the order of the pending lists.
+constexpr std::array<const char*, 3> kEndings{"Completed", "Error", "Cancelled"};
+
 }  // namespace
 
 std::vector<results::BoardJob> LateResultsRequest::waiting() const {
-  if (!parts_.gate.try_enter()) return {};
   return results::unprocessed_jobs(board_.read());
 }
 
 LateResultsAnswer LateResultsRequest::process(const results::BoardJob& job) {
   LateResultsAnswer answer;
   answer.result = trap_("LateResultsRequest", [&] {
-    return request_.run_alone([&] { take_over(job); }, [&] { return run(job, answer); });
+    return request_.run_alone(
+        [] {},
+        [&] {
+          const auto jobs = waiting();
+          const bool is_there = std::any_of(
+              jobs.begin(), jobs.end(), [&](const results::BoardJob& each) { return each.job == job.job; });
+          if (!is_there) {
+            request_.refuse("The job " + job.job + " does not wait to be processed any more.",
+                            "Another program has processed or removed it.");
+            return RequestResult::kNotDone;
+          }
+          take_over(job);
+          return run(job, answer);
+        });
   });
   return answer;
 }
@@ -40,6 +59,27 @@ RequestResult LateResultsRequest::run(const results::BoardJob& job, LateResultsA
   const bool is_gone = !parts_.rules.files.folder_exists(parts_.rules.session.job.Folder);
   const bool is_whole = job.ending() == "Completed" && run.MissingResult.empty() && is_gone;
   return is_whole ? RequestResult::kDone : RequestResult::kNotDone;
+}
+
+// The outcome routines find a job by its line: one that no list holds any more gets a new one.
+std::string LateResultsRequest::list_again(const results::BoardJob& job) const {
+  const std::string folder = board_.scheduler().path(job.job);
+  const base::LocalTime start = job.start.value_or(parts_.rules.clock.now());
+  std::string line = jobs::index_line_text({.creation = base::serial_text(start),
+                                            .created = base::index_stamp(start),
+                                            .description = job.description,
+                                            .site_name = job.site_name,
+                                            .site_id = job.site_id,
+                                            .start = base::serial_text(start),
+                                            .interval = {},
+                                            .period = {},
+                                            .device_id = job.device_id,
+                                            .script_path = jobs::job_file(folder, jobs::kScriptExtension)});
+  for (std::size_t i = 0; i < kEndings.size(); ++i) {
+    if (job.ending() == kEndings[i])
+      parts_.rules.files.append_line(board_.scheduler().path(environment::kPendingFiles[i]), line);
+  }
+  return line;
 }
 
 void LateResultsRequest::take_over(const results::BoardJob& job) const {
@@ -63,12 +103,13 @@ void LateResultsRequest::take_over(const results::BoardJob& job) const {
   // What stands behind the time stamp, which is the same length in every name.
   const std::size_t stamp = base::job_name_stamp(session.job.SessionStart).size();
   session.job.Suffix = job.job.substr(std::min(stamp, job.job.size()));
-  session.job.JobId = job.line;
+  session.job.JobId = job.line.empty() ? list_again(job) : job.line;
   parts_.database.run("Update_SessionQVR", {session.site.SiteID});
 }
 
-std::string late_results_sentence(const std::vector<results::BoardJob>& jobs) {
-  if (jobs.empty()) return {};
+std::string LateResultsRequest::notice() const {
+  const std::vector<results::BoardJob> jobs = waiting();
+  if (jobs.empty() || !parts_.gate.try_enter()) return {};
   std::string names;
   constexpr std::size_t kMostNamed = 5;
   for (std::size_t i = 0; i < std::min(jobs.size(), kMostNamed); ++i)

@@ -20,22 +20,25 @@ class LateResultsRequest {
   LateResultsRequest(const SessionRequestParts& parts, const results::JobBoard& board)
       : parts_(parts), board_(board), request_(parts), trap_(parts.rules.ui) {}
 
-  // The jobs; none while a session runs, which takes its own over. Fault when a list cannot be read.
+  // The jobs; the one that a running session is about to take over among them. Fault when a list cannot be
+  // read.
   std::vector<results::BoardJob> waiting() const;
+
+  // "2 finished jobs have not been processed: NAME, NAME."; "" when there is none, or a session runs, which
+  // takes its own over. Fault as above.
+  std::string notice() const;
 
   LateResultsAnswer process(const results::BoardJob& job);
 
  private:
   RequestResult run(const results::BoardJob& job, LateResultsAnswer& answer);
   void take_over(const results::BoardJob& job) const;
+  std::string list_again(const results::BoardJob& job) const;
 
   SessionRequestParts parts_;
   const results::JobBoard& board_;
   SessionRequest request_;
   platform::Trap trap_;
 };
-
-// "2 finished jobs have not been processed: NAME, NAME."; "" when there is none.
-std::string late_results_sentence(const std::vector<results::BoardJob>& jobs);
 
 }  // namespace qvrcom::control

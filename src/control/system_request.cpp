@@ -8,7 +8,6 @@
 #include "base/number.h"
 #include "devicefiles/device_time.h"
 #include "platform/message.h"
-#include "results/job_findings.h"
 #include "rules/file_rescue.h"
 #include "siterules/device_address.h"
 
@@ -155,18 +154,10 @@ bool SystemRequest::take_log(const Call& call, SystemAnswer& answer) {
 
 void SystemRequest::end_log(bool is_taken) const {
   trap_("SystemRequest", [&] {
-    if (is_taken || keep_deleted()) rules::BusinessRules(parts_.rules).Remove_Folder();
+    const bool is_safe = is_taken || rules::bring_to_safety(parts_.rules, parts_.rules.session.job.Name,
+                                                            rules::RescueWhat::kDeleted);
+    if (is_safe) rules::BusinessRules(parts_.rules).Remove_Folder();
   });
-}
-
-// Whether there is a copy of what the device has no longer.
-bool SystemRequest::keep_deleted() const {
-  const base::JobValues& job = parts_.rules.session.job;
-  const auto found = results::findings_of(parts_.rules.files, job.Folder);
-  if (!found || !found->has_deleted) return false;
-  const rules::Rescue rescue = rules::rescue_files(parts_.rules, job.Name, *found);
-  parts_.rules.ui.show(rules::rescue_message(parts_.rules.files, rescue));
-  return true;
 }
 
 bool SystemRequest::take_clock(const Call& call, SystemAnswer& answer) {

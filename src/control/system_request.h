@@ -66,7 +66,6 @@ class SystemRequest {
   bool take_log(const Call& call, SystemAnswer& answer);
   bool take_clock(const Call& call, SystemAnswer& answer);
   bool take_information(const Call& call, SystemAnswer& answer);
-  bool keep_deleted() const;
   void store_firmware(const std::string& version) const;
   bool take_partition_times(const Call& call, SystemAnswer& answer);
 

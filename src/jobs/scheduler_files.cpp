@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "jobs/job_name.h"
+#include "jobs/job_report.h"
 
 namespace qvrcom::jobs {
 
@@ -15,6 +16,12 @@ std::vector<std::string> SchedulerFiles::job_folders() const {
   std::vector<std::string> names = files_.list_folders(folder());
   std::erase_if(names, [](const std::string& name) { return !is_job_name(name); });
   return names;
+}
+
+std::string SchedulerFiles::reported_ending(const std::string& job) const {
+  const auto report = report_of(files_, path(job));
+  const std::string ending = report ? report->ending() : std::string{};
+  return ending == "completed" || ending == "error" || ending == "cancelled" ? ending : std::string{};
 }
 
 void SchedulerFiles::print(std::string_view name, std::string_view text) const {

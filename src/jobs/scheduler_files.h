@@ -26,7 +26,8 @@ class SchedulerFiles {
 
   // The folders of jobs: those whose names a job can have.
   std::vector<std::string> job_folders() const;
-  bool has_job_folder(const std::string& job) const { return files_.folder_exists(path(job)); }
+  // "completed", "error" or "cancelled", as the job's report says; "" when it says nothing.
+  std::string reported_ending(const std::string& job) const;
 
   // Adds the text and CR LF to the end of the file, which is created when it is missing.
   void print(std::string_view name, std::string_view text) const;

@@ -79,7 +79,7 @@ void look_after_jobs(const control::LateResultsRequest& late, control::JobUpkeep
                      platform::UserInterface& ui) {
   upkeep.forget_access_codes();
   std::string sentence;
-  const auto fault = base::fault_of([&] { sentence = control::late_results_sentence(late.waiting()); });
+  const auto fault = base::fault_of([&] { sentence = late.notice(); });
   if (fault) sentence = "The jobs cannot be looked through: " + fault->description() + ". " + fault->detail();
   if (sentence.empty()) return;
   ui.show({.text = sentence,

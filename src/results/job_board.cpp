@@ -78,7 +78,8 @@ class BoardMaker {
                            base::from_date_serial(values.creation),
                            {},
                            std::string(line),
-                           false});
+                           false,
+                           {}});
   }
 
   Board board_;
@@ -91,7 +92,7 @@ std::string BoardJob::ending() const {
   for (const EndingList& each : kEndingLists) {
     if (std::find(lists.begin(), lists.end(), each.file) != lists.end()) return each.ending;
   }
-  return {};
+  return reported;
 }
 
 std::vector<BoardJob> unprocessed_jobs(const Board& board) {
@@ -106,7 +107,16 @@ Board JobBoard::read() const {
   for (const char* file : kBoardFiles)
     maker.add_list(file, scheduler_.read_or_empty(file));
   maker.add_folders(scheduler_.job_folders());
-  return maker.take();
+  Board board = maker.take();
+  std::erase_if(board.abandoned, [&](const std::string& name) {
+    const std::string ending = scheduler_.reported_ending(name);
+    if (ending.empty()) return false;
+    board.jobs.push_back(job_from_script(scheduler_, name));
+    board.jobs.back().has_folder = true;
+    board.jobs.back().reported = static_cast<char>(ending[0] - 'a' + 'A') + ending.substr(1);
+    return true;
+  });
+  return board;
 }
 
 BoardJob job_from_script(const jobs::SchedulerFiles& scheduler, const std::string& job_name) {

@@ -22,8 +22,9 @@ struct BoardJob {
   std::vector<std::string> lists;  // file names ("index.sch"), in the order in which they are read
   std::string line;                // as it stands in the first of them
   bool has_folder = false;         // its files are there
+  std::string reported;            // in no list: how its report says that it ended, as ending() says it
 
-  // "Completed", "Error" or "Cancelled", as its lists say; "" when it has not ended.
+  // "Completed", "Error" or "Cancelled", as its lists or its report say; "" when it has not ended.
   std::string ending() const;
 };
 
@@ -36,7 +37,8 @@ struct BoardProblem {
 };
 
 struct Board {
-  std::vector<BoardJob> jobs;  // in the order in which they are met: indexes, result lists, pending lists
+  std::vector<BoardJob> jobs;  // in the order in which they are met: indexes, result lists, pending lists;
+                               // then those that a report alone tells of, whose `line` is ""
   std::vector<BoardProblem> problems;
   std::vector<std::string> abandoned;  // job folders that no list names, by name, in alphabetical order
 };

@@ -3,7 +3,11 @@
 #include <algorithm>
 
 #include "base/fault.h"
+#include "environment/files_and_folders.h"
 #include "images/component_answer.h"
+#include "jobs/job_log.h"
+#include "jobs/job_name.h"
+#include "results/job_findings.h"
 #include "rules/job_steps.h"
 
 namespace qvrcom::rules {
@@ -18,18 +22,39 @@ std::string name_of(const std::string& path) {
   return path.substr(path.rfind('\\') + 1);
 }
 
+// What was copied.
+struct Rescue {
+  std::string folder;              // suite path with a backslash at its end; "" when there was nothing
+  std::vector<std::string> names;  // of the files in it
+  bool has_deleted = false;        // the device has been told to delete some of it, or may have been
+};
+
 class Rescuer {
  public:
   Rescuer(const BusinessRulesParts& parts, const std::string& job_name, const jobs::ScriptHeader& header)
-      : parts_(parts), header_(header), folder_(parts.folders.GetRescuedFolder() + job_name + "\\") {}
+      : parts_(parts),
+        job_name_(job_name),
+        header_(header),
+        folder_(parts.folders.GetRescuedFolder() + job_name + "\\") {}
 
-  void save(const AccountFindings& account) {
+  // Every plain file but the script, which holds an access code.
+  void save_all(const std::string& job_folder) {
+    rescue_.has_deleted = true;
+    for (const std::string& name : parts_.files.list(job_folder)) {
+      if (name.ends_with(jobs::kScriptExtension)) continue;
+      make_folders();
+      parts_.files.copy(job_folder + "\\" + name, keep(name));
+    }
+  }
+
+  void save(const AccountFindings& account, bool decodes) {
+    rescue_.has_deleted |= account.has_deleted;
     for (const AccountFindings::Fetch& fetch : account.fetches) {
       if (!fetch.arrived) continue;
       make_folders();
       parts_.files.copy(fetch.path, keep(name_of(fetch.path)));
     }
-    if (account.missing().size() < account.fetches.size()) save_statistics(account);
+    if (decodes && account.missing().size() < account.fetches.size()) save_statistics(account);
   }
 
   Rescue take() { return std::move(rescue_); }
@@ -69,7 +94,8 @@ class Rescuer {
     if (answer.starts_with(images::kDone)) {
       rescue_.names.push_back(name);
     } else {
-      log_to_job(parts_, "There is no CSV of the rescued statistics. " + answer);
+      jobs::write_job_log(parts_.files, parts_.clock, parts_.folders.GetLogsFolder(), job_name_,
+                          "There is no CSV of the rescued statistics. " + answer);
     }
   }
 
@@ -92,34 +118,47 @@ class Rescuer {
   }
 
   const BusinessRulesParts& parts_;
+  const std::string& job_name_;
   const jobs::ScriptHeader& header_;
   const std::string folder_;
   Rescue rescue_;
 };
 
-}  // namespace
-
-Rescue rescue_files(const BusinessRulesParts& parts, const std::string& job_name,
-                    const results::JobFindings& found, const std::vector<std::string>& accounts) {
-  Rescuer rescuer(parts, job_name, found.script.header);
-  for (const AccountFindings& account : found.accounts) {
-    const bool meant =
-        accounts.empty() || std::find(accounts.begin(), accounts.end(), account.account) != accounts.end();
-    if (meant) rescuer.save(account);
-  }
-  Rescue rescue = rescuer.take();
-  rescue.has_deleted = found.has_deleted;
-  return rescue;
-}
-
-platform::Message rescue_message(const platform::Files& files, const Rescue& rescue) {
+platform::Message message_about(const platform::Files& files, const Rescue& rescue) {
   std::string names;
   for (const std::string& name : rescue.names)
     names += (names.empty() ? "" : ", ") + name;
-  return {.text = "What the device sent is kept in " + files.native(rescue.folder) + ".",
-          .title = platform::kSuiteTitle,
-          .icon = platform::Icon::kWarning,
-          .detail = names + (rescue.has_deleted ? ". The device has been told to delete it." : ".")};
+  return {
+      .text = "What the device sent is kept in " + files.native(rescue.folder) + ".",
+      .title = platform::kSuiteTitle,
+      .icon = platform::Icon::kWarning,
+      .detail =
+          names + (rescue.has_deleted ? ". The device has been told to delete at least a part of it." : ".")};
+}
+
+bool is_meant(const AccountFindings& account, const std::vector<std::string>& accounts) {
+  return accounts.empty() || std::find(accounts.begin(), accounts.end(), account.account) != accounts.end();
+}
+
+}  // namespace
+
+bool bring_to_safety(const BusinessRulesParts& parts, const std::string& job_name, RescueWhat what,
+                     const std::vector<std::string>& accounts) {
+  const std::string folder = environment::scheduler_folder(parts.session.run, parts.folders) + job_name;
+  if (!jobs::is_job_name(job_name) || !parts.files.folder_exists(folder)) return false;
+  const auto found = results::findings_of(parts.files, folder);
+  if (found && what != RescueWhat::kEverything && !found->has_deleted) return false;
+  const jobs::ScriptHeader header = found ? found->script.header : jobs::ScriptHeader{};
+  Rescuer rescuer(parts, job_name, header);
+  if (!found) rescuer.save_all(folder);
+  if (found) {
+    for (const AccountFindings& account : found->accounts)
+      if (is_meant(account, accounts)) rescuer.save(account, what != RescueWhat::kAsTheyCame);
+  }
+  const Rescue rescue = rescuer.take();
+  if (rescue.names.empty()) return false;
+  parts.ui.show(message_about(parts.files, rescue));
+  return true;
 }
 
 }  // namespace qvrcom::rules

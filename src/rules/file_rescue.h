@@ -8,21 +8,19 @@
 
 namespace qvrcom::rules {
 
-// What was brought to safety.
-struct Rescue {
-  std::string folder;              // suite path with a backslash at its end; "" when nothing had arrived
-  std::vector<std::string> names;  // of the files in it
-  bool has_deleted = false;        // the device has been told to delete something
+// Which of a job's files are meant.
+enum class RescueWhat {
+  kDeleted,     // of a job that has told its device to delete something
+  kAsTheyCame,  // likewise, without a CSV: what could be decoded has been decoded
+  kEverything,  // whatever the job has fetched
 };
 
-// Puts the files that a job has fetched into its folder below "Rescued": each as it came, and beside
-// statistics a CSV where they can be decoded, from the site that the session works on. `accounts` are those
-// whose files are meant, all when it is empty. The job's folder stays as it is. Fault when a file cannot be
-// written.
-Rescue rescue_files(const BusinessRulesParts& parts, const std::string& job_name,
-                    const results::JobFindings& found, const std::vector<std::string>& accounts = {});
-
-// The box that says where they are.
-platform::Message rescue_message(const platform::Files& files, const Rescue& rescue);
+// Copies the files that a job has fetched into its folder below "Rescued" and says in a box where they are:
+// each as it came, and beside statistics a CSV where they can be decoded, from the site that the session
+// works on. Of a job whose script cannot be read, which may have deleted anything, every file is copied.
+// `accounts` are those whose files are meant, all when it is empty. The job's folder stays as it is. False
+// when there was nothing to copy. Fault when a file cannot be written.
+bool bring_to_safety(const BusinessRulesParts& parts, const std::string& job_name, RescueWhat what,
+                     const std::vector<std::string>& accounts = {});
 
 }  // namespace qvrcom::rules

@@ -7,19 +7,8 @@
 
 namespace qvrcom::scheduler {
 
-// Runs `body` and gives the fault that ended it. Here and nowhere else in the scheduler a fault becomes a
-// value: nobody sits in front of it, so a fault goes into a result list and a log instead of a box.
-template <class Body>
-std::optional<base::Fault> fault_of(Body&& body) {
-  try {
-    body();
-  } catch (const base::Fault& fault) {
-    return fault;
-  } catch (const std::exception& error) {
-    return base::Fault(error.what());
-  }
-  return std::nullopt;
-}
+// Nobody sits in front of the scheduler: a fault goes into a result list and a log instead of a box.
+using base::fault_of;
 
 // Likewise for one kind of fault; every other passes.
 template <class Kind, class Body>

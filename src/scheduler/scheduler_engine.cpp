@@ -236,11 +236,26 @@ void SchedulerEngine::list_interrupted() {
     const std::string index = read_index();
     for (const std::string_view text : base::lines_of(index)) {
       const WaitingLine line = waiting_line(text);
-      if (line.problem.empty() && due(line, parts_.clock.now()) == Due::kNow && lists_.find(text) == nullptr)
-        finish_from_report(std::string(text), line.job);
+      if (!line.problem.empty() || due(line, parts_.clock.now()) != Due::kNow || lists_.find(text) != nullptr)
+        continue;
+      fault_of([&] { finish_from_report(std::string(text), line.job); });
     }
   });
   list_finished();
+  fault_of([this] { end_cut_reports(); });
+}
+
+// A job whose dialog was left has no index line: its report alone tells that it was cut off.
+void SchedulerEngine::end_cut_reports() {
+  for (const std::string& name : parts_.files.list_folders(parts_.scheduler_folder)) {
+    const std::string folder = parts_.scheduler_folder + name;
+    fault_of([&] {
+      const auto report = jobs::report_of(parts_.files, folder);
+      if (!report || !report->has_changed() || !report->ending().empty()) return;
+      parts_.files.append_line(jobs::report_path(folder),
+                               jobs::report_line_text({jobs::ReportWord::kEnded, {}, {}, {}, "error"}));
+    });
+  }
 }
 
 void SchedulerEngine::tick() {

@@ -41,7 +41,7 @@ class SchedulerEngine {
   explicit SchedulerEngine(EngineParts parts);
 
   // To be called once, at the program's start: lists the jobs that an earlier run was cut off in and that
-  // must not run again. Starts none.
+  // must not run again. Starts none. The one member that goes through the whole index at once.
   void list_interrupted();
 
   // A request code of the message channel: 1 jobs submitted, 2 results taken, 5 and 9 show the session,
@@ -94,6 +94,7 @@ class SchedulerEngine {
   void consider(std::size_t number);
   void start(std::string_view text);
   void set_aside(std::string_view line, CountedSentences& sentences, std::string sentence);
+  void end_cut_reports();
   bool finish_from_report(const std::string& line, const std::string& job);
   void take_events();
   void finish(const SessionReport& report);

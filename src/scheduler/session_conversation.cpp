@@ -77,7 +77,9 @@ class Conversation {
     if (fault && !line_.cancelled()) fail(*fault);
     running_ = nullptr;
     if (!fault) return;
-    if (!forgiven || line_.cancelled() || report_.broken()) throw *fault;
+    if (report_trouble_) throw *report_trouble_;
+    const bool is_local = fault->description() == base::kDiskFull;  // no other partition would fare better
+    if (!forgiven || line_.cancelled() || report_.broken() || is_local) throw *fault;
     failed_.insert(block.account);
     skipped_.push_back(readable(block.account));
     if (skipped_.size() <= kMostNamed)
@@ -108,7 +110,7 @@ class Conversation {
     told_ = true;
     const bool of_file = running_ != nullptr && running_->kind != CommandKind::kAccount;
     if (report_.begun() && !report_.broken())
-      fault_of([&] {
+      report_trouble_ = fault_of([&] {
         report_.write({ReportWord::kFailed,
                        account_,
                        of_file ? running_->remote : std::string{},
@@ -222,9 +224,10 @@ class Conversation {
   std::string account_;                // of the block that is being taken
   const Step* last_delete_ = nullptr;  // likewise, see `last_delete_of`
   const Step* running_ = nullptr;
-  bool told_ = false;                 // the report has its fault
-  std::set<std::string> failed_;      // accounts
-  std::vector<std::string> skipped_;  // likewise, in their order and readable
+  std::optional<base::Fault> report_trouble_;  // of telling a fault
+  bool told_ = false;                          // the report has its fault
+  std::set<std::string> failed_;               // accounts
+  std::vector<std::string> skipped_;           // likewise, in their order and readable
   int logins_again_ = 0;
   std::optional<base::Fault> login_trouble_;  // of the last try to log in again
   bool deleted_ = false;

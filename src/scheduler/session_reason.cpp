@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/fault.h"
 #include "scheduler/session_log.h"
 
 namespace qvrcom::scheduler {
@@ -35,7 +36,7 @@ constexpr Row kRows[] = {
     {true, "The address is none", kAddress},
     {true, "The host name is not known", kAddress},
     {true, "No connection to the device", kReach},
-    {true, "The device did not answer in time", kReach},
+    {true, "The device did not answer", kReach},
     {false, "The device did not answer in time", kAgain},
     {false, "The device closed the connection", kAgain},
     {false, "The transfer was cut short", kAgain},
@@ -53,7 +54,11 @@ const Advice& advice_for(std::string_view reason) {
 }
 
 std::string ReasonedBoxes::reason() const {
-  return last_reason(parts_.files, parts_.folders.GetLogsFolder(), parts_.job.Name);
+  std::string reason;
+  // A log that cannot be read keeps no box from being shown.
+  base::fault_of(
+      [&] { reason = last_reason(parts_.files, parts_.folders.GetLogsFolder(), parts_.job.Name); });
+  return reason;
 }
 
 platform::Button ReasonedBoxes::show(const platform::Message& message) {

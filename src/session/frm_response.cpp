@@ -7,7 +7,6 @@
 
 #include "base/fault.h"
 #include "base/text.h"
-#include "results/job_findings.h"
 #include "rules/file_rescue.h"
 #include "rules/job_steps.h"
 #include "session/refusals.h"
@@ -128,10 +127,7 @@ void frmResponse::run_late_outcome() {
 void frmResponse::keep_late_files() {
   Outcome outcome = name_first("ProcessSystemCommand", session_.run.CurrentOperation);
   outcome.process = [&] {
-    const auto found = results::findings_of(parts_.rules.files, session_.job.Folder);
-    if (!found || !found->has_files()) return Remainder{};
-    ui_.show(rules::rescue_message(parts_.rules.files,
-                                   rules::rescue_files(parts_.rules, session_.job.Name, *found)));
+    rules::bring_to_safety(parts_.rules, session_.job.Name, rules::RescueWhat::kEverything);
     return Remainder{};
   };
   run_outcome(outcome);

@@ -59,7 +59,9 @@ std::string OldStatistics::write_csv(const std::string& partition, const std::st
   const std::string& configuration = session_.run.SessionConfigID;
   const images::StatisticsAnswers read =
       rules_.Process_PartStats_binary(configuration, partition, line_stat_file, node_stat_file);
-  if (read.lines || read.nodes) rules_.Process_Write_CSV(configuration, partition);
+  if (!read.lines && !read.nodes)
+    return "has no CSV, for neither its line statistics nor its node statistics could be read";
+  rules_.Process_Write_CSV(configuration, partition);
   if (session_.run.StatsResultFile.empty()) return "has no CSV";
   if (!read.lines) return "has no line statistics, which could not be read";
   return read.nodes ? "" : "has no node statistics, which could not be read";

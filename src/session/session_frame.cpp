@@ -4,7 +4,6 @@
 #include <iterator>
 
 #include "environment/names.h"
-#include "results/job_findings.h"
 #include "rules/file_rescue.h"
 #include "rules/job_steps.h"
 #include "session/scheduler_watch.h"
@@ -111,14 +110,14 @@ void SessionFrame::run_outcome(const Outcome& outcome) {
 }
 
 void SessionFrame::finish(const Ending& ending, const Outcome& outcome) {
-  Remainder remainder{.undecoded = true};
+  Remainder remainder{.undecoded = true, .what = rules::RescueWhat::kDeleted};
   if (ending.message == nullptr) {
     remainder = outcome.process();
   } else {
     ui_.show({.text = ending.message, .title = ending.title, .icon = ending.icon});
   }
   const bool is_safe = !remainder.undecoded || bring_to_safety(remainder);
-  const bool is_over = is_safe && !remainder.keeps_job;
+  const bool is_over = is_safe && (!remainder.keeps_job || is_late_);
   if (is_over) forget(ending);
   const std::string& status_line = outcome.*ending.status_line;
   if (!status_line.empty()) face_.set_info(status_line);
@@ -127,11 +126,11 @@ void SessionFrame::finish(const Ending& ending, const Outcome& outcome) {
 
 // False when it failed, which has been reported.
 bool SessionFrame::bring_to_safety(const Remainder& remainder) {
+  // A job that nobody waits for is over once its files are where people find them.
+  const bool all = is_late_ && remainder.keeps_job;
   return trap_("Rescue", [&] {
-    const auto found = results::findings_of(parts_.files, session_.job.Folder);
-    if (!found || !found->has_deleted) return true;
-    const rules::Rescue rescue = rules::rescue_files(parts_, session_.job.Name, *found, remainder.accounts);
-    if (!rescue.folder.empty()) ui_.show(rules::rescue_message(parts_.files, rescue));
+    rules::bring_to_safety(parts_, session_.job.Name, all ? rules::RescueWhat::kEverything : remainder.what,
+                           remainder.accounts);
     return true;
   });
 }

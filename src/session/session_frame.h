@@ -9,6 +9,7 @@
 #include "platform/scheduler_control.h"
 #include "platform/trap.h"
 #include "rules/business_rules.h"
+#include "rules/file_rescue.h"
 #include "session/dialog_face.h"
 #include "session/session_view.h"
 
@@ -19,6 +20,7 @@ struct Remainder {
   bool keeps_job = false;                  // its folder and its pending line: nothing has come of its files
   bool undecoded = false;                  // something arrived that could not be made use of
   std::vector<std::string> accounts = {};  // whose; all when it is empty
+  rules::RescueWhat what = rules::RescueWhat::kAsTheyCame;
 };
 
 // How one operation ends: what differs in the frame that all outcome routines share.

@@ -9,18 +9,7 @@
 
 namespace qvrcom::ui {
 
-// Runs `body`; what went wrong, or nothing.
-template <class Body>
-std::optional<base::Fault> fault_of(Body&& body) {
-  try {
-    body();
-    return std::nullopt;
-  } catch (const base::Fault& fault) {
-    return fault;
-  } catch (const std::exception& error) {
-    return base::Fault(error.what());
-  }
-}
+using base::fault_of;
 
 // The fault in one text, for labels.
 inline std::string sentence_of(const base::Fault& fault) {

@@ -287,7 +287,7 @@ TEST_F(LateResults, BecomeWhatTheyWouldHaveBecome) {
                     {{std::nullopt, std::nullopt, ""}});
   device["AllStatsP3.csv"] = "Line,Calls";
   const std::string job = leave(operation::kRetrieveResetStatistics);
-  EXPECT_EQ(late_results_sentence(waiting()), "A finished job has not been processed: " + job + ".");
+  EXPECT_EQ(LateResultsRequest(parts, board).notice(), "A finished job has not been processed: " + job + ".");
   run.session.site = {};
   run.session.run = {};
   run.session.run.SchedulerFolder = "S:\\";
@@ -301,9 +301,12 @@ TEST_F(LateResults, BecomeWhatTheyWouldHaveBecome) {
   EXPECT_THAT(run.ui.texts(), IsEmpty());
 }
 
+// No list holds the job any more; its report alone tells how it ended.
 TEST_F(LateResults, OfAnErrorAreBroughtToSafety) {
-  run.scheduler.report = "DELETING;part3;linestat;;;\r\n";
+  run.scheduler.report = "DELETING;part3;linestat;;;\r\nENDED;;;;error;\r\n";
   const std::string job = leave(operation::kRetrieveResetStatistics, "error.sch");
+  for (const char* list : {"S:\\error.sch", "S:\\index.sch", "S:\\ErrorToProcess.sch"})
+    run.files.content[list] = "";
   EXPECT_EQ(process().result, RequestResult::kNotDone);
   EXPECT_THAT(run.ui.texts(), ElementsAre("Communication error, see JobPilot for details",
                                           StartsWith("What the device sent is kept in ")));

@@ -238,7 +238,11 @@ TEST_F(SchedulerEngineTest, WhatMayHaveChangedTheDeviceIsNotRunAgain) {
     add_job("JobA", {"FTPDELETE;linestat;"});
     files_.content[kFolder + "JobA\\JobA.rpt"] = row.report;
     const bool runs = row.report == fetched || row.report == "QVRREP";
+    const std::string left = kFolder + "Left\\Left.rpt";  // in no list
+    files_.make_folders(kFolder + "Left");
+    files_.content[left] = head + "STORING;part3;dbase;d.bin;;\r\n";
     engine_->list_interrupted();
+    EXPECT_EQ(files_.content[left], head + "STORING;part3;dbase;d.bin;;\r\nENDED;;;;error;\r\n");
     EXPECT_EQ(list(row.list), runs ? "" : line("JobA") + "\r\n");
     submit();
     EXPECT_EQ(list(row.list), line("JobA") + "\r\n");

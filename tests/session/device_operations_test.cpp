@@ -184,6 +184,20 @@ TEST(Rescue, KeepsWhatTheDeviceHasNoLonger) {
   }
 }
 
+// Nobody knows what a job has deleted whose script cannot be read.
+TEST(Rescue, CopiesEveryFileOfAJobWithoutItsScript) {
+  DialogRun run;
+  run.session.run.CurrentOperation = operation::kRetrieveResetStatistics;
+  run.scheduler.result_file = "error.sch";
+  run.scheduler.report = "DELETING;part3;linestat;;;\r\n";
+  run.on_event = [&] {
+    if (!run.scheduler.scripts.empty()) run.files.content.erase(kJob + "Nov1526121005001.scr");
+  };
+  run.go();
+  EXPECT_THAT(rescued(run), ElementsAre("AllStatsP3.csv", "Nov1526121005001.rpt"));
+  EXPECT_THAT(run.left_behind(), IsEmpty());
+}
+
 TEST(Rescue, ThatFailsLeavesTheJobWhereItIs) {
   DialogRun run;
   run.session.run.CurrentOperation = operation::kRetrieveResetStatistics;
