@@ -32,8 +32,8 @@ class SiteBook {
   // Fault "Site refused" with the reasons, "Site not found" when the key is gone.
   void edit(const SiteRecord& site);
 
-  // Stores what the device says of itself, whatever else the row holds. Answers with the version before. Fault
-  // "Site not found".
+  // Stores what the device says of itself, whatever else the row holds. Answers with the version before.
+  // Fault "Site not found".
   base::Field store_firmware(std::int32_t site_id, const std::string& version);
 
   // `work` is handed the book as it stands and answers with the sites to write: those with a key are edited,
