@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view kHead = "QVRREPORT;1;";
 
 // By ReportWord.
-constexpr std::array<std::string_view, 7> kWords{"FETCHED", "STORING", "STORED", "DELETING",
-                                                 "DELETED", "FAILED",  "ENDED"};
+constexpr std::array<std::string_view, 8> kWords{"FETCHED", "STORING", "STORED", "DELETING",
+                                                 "DELETED", "FAILED",  "ENDED",  "TAKEN"};
 
 std::string field(std::string text) {
   for (char& c : text) {
@@ -56,7 +56,23 @@ bool JobReport::has_changed() const {
 }
 
 std::string JobReport::ending() const {
-  return !lines.empty() && lines.back().word == ReportWord::kEnded ? lines.back().text : std::string{};
+  const auto last = std::find_if(lines.rbegin(), lines.rend(),
+                                 [](const ReportLine& line) { return line.word != ReportWord::kTaken; });
+  return last != lines.rend() && last->word == ReportWord::kEnded ? last->text : std::string{};
+}
+
+std::string JobReport::taken(std::string_view account) const {
+  const auto found = std::find_if(lines.begin(), lines.end(), [&](const ReportLine& line) {
+    return line.word == ReportWord::kTaken && line.account == account;
+  });
+  return found == lines.end() ? std::string{} : found->text;
+}
+
+void note_taken(platform::Files& files, const std::string& job_folder, const std::string& account,
+                const std::string& result) {
+  if (report_of(files, job_folder))
+    files.append_line(report_path(job_folder),
+                      report_line_text({ReportWord::kTaken, account, {}, {}, result}));
 }
 
 std::optional<JobReport> read_report(std::string_view text) {

@@ -19,6 +19,7 @@ enum class ReportWord {
   kDeleted,   // and has acknowledged it
   kFailed,    // this step was refused or failed; the rest of the account's lines was left out
   kEnded,     // the session is over
+  kTaken,     // written by the library: what came of the account's files is on the disk
 };
 
 struct ReportLine {
@@ -47,6 +48,9 @@ struct JobReport {
 
   // How the session ended; "" when it was cut off.
   std::string ending() const;
+
+  // What has come of the account's files already; "" when nothing has.
+  std::string taken(std::string_view account) const;
 };
 
 inline constexpr std::size_t kReportLimit = 4U << 20U;  // bytes
@@ -56,6 +60,11 @@ std::optional<JobReport> read_report(std::string_view text);
 
 // Of the job whose folder this is (no backslash at its end).
 std::string report_path(const std::string& job_folder);
+
+// Notes in the job's report, if there is one, what has come of an account's files, so that a program that is
+// killed next does not make it again.
+void note_taken(platform::Files& files, const std::string& job_folder, const std::string& account,
+                const std::string& result);
 
 // Nothing when there is none, or it is larger than kReportLimit. Fault when it cannot be read.
 std::optional<JobReport> report_of(const platform::Files& files, const std::string& job_folder);

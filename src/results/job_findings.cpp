@@ -24,6 +24,7 @@ struct Told {
   std::set<std::pair<std::string, std::string>> deleted;  // account and device file
   std::set<std::string> asked_to_delete;                  // accounts
   std::map<std::string, std::string> reasons;             // account to the last one
+  std::map<std::string, std::string> taken;               // account to what has come of it
 };
 
 Told told_by(const jobs::JobReport& report) {
@@ -31,6 +32,7 @@ Told told_by(const jobs::JobReport& report) {
   for (const jobs::ReportLine& line : report.lines) {
     if (line.word == ReportWord::kDeleting) told.asked_to_delete.insert(line.account);
     if (line.word == ReportWord::kDeleted) told.deleted.emplace(line.account, line.remote);
+    if (line.word == ReportWord::kTaken) told.taken[line.account] = line.text;
     if (line.word == ReportWord::kFailed) told.reasons[line.account] = line.text;
   }
   return told;
@@ -63,8 +65,10 @@ class Finder {
   AccountFindings& here() { return found_.accounts.back(); }
 
   void begin(const std::string& account) {
-    found_.accounts.push_back({account, {}, {}, false, {}});
-    if (told_ && told_->reasons.contains(account)) here().reason = told_->reasons.at(account);
+    found_.accounts.push_back({account, {}, {}, false, {}, {}});
+    if (!told_) return;
+    if (told_->reasons.contains(account)) here().reason = told_->reasons.at(account);
+    if (told_->taken.contains(account)) here().taken = told_->taken.at(account);
   }
 
   // The place of a local file is the job's folder, whatever the script says before its name.

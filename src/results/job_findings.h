@@ -22,6 +22,7 @@ struct AccountFindings {
   std::vector<Fetch> fetches;
   std::vector<std::string> kept;  // device files that were to be deleted and, as the report says, were not
   bool has_deleted = false;       // the device was told to delete something of it, or may have been
+  std::string taken;              // what has come of its files already, as the report says; or ""
   std::string reason;             // why the rest of the lines was left out, as the report says; or ""
 
   const Fetch* arrived(std::string_view remote) const;  // null when it did not

@@ -153,7 +153,8 @@ bool bring_to_safety(const BusinessRulesParts& parts, const std::string& job_nam
   if (!found) rescuer.save_all(folder);
   if (found) {
     for (const AccountFindings& account : found->accounts)
-      if (is_meant(account, accounts)) rescuer.save(account, what != RescueWhat::kAsTheyCame);
+      if (is_meant(account, accounts) && (account.taken.empty() || !accounts.empty()))
+        rescuer.save(account, what != RescueWhat::kAsTheyCame);
   }
   const Rescue rescue = rescuer.take();
   if (rescue.names.empty()) return false;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/fault.h"
+#include "jobs/job_report.h"
 #include "rules/job_steps.h"
 #include "session/operations.h"
 
@@ -104,6 +105,7 @@ Remainder AllPartitions::save_statistics() {
 // A partition that neither the configuration nor the device has is none.
 void AllPartitions::save_partition(int number, const results::AccountFindings& found,
                                    Shortcomings& shortcomings) {
+  if (!found.taken.empty()) return session_.run.PartitionResults.push_back({number, found.taken});
   const std::string partition = std::to_string(number);
   const bool lines = found.arrived("linestat") != nullptr;
   const bool nodes = found.arrived("nodestat") != nullptr;
@@ -119,7 +121,10 @@ void AllPartitions::save_partition(int number, const results::AccountFindings& f
     const std::string lack =
         statistics_.write_csv(partition, statistics_.line_file(partition), statistics_.node_file(partition));
     const std::string& csv = session_.run.StatsResultFile;
-    if (!csv.empty()) session_.run.PartitionResults.push_back({number, csv});
+    if (!csv.empty()) {
+      if (lack.empty()) jobs::note_taken(files_, session_.job.Folder, found.account, csv);
+      session_.run.PartitionResults.push_back({number, csv});
+    }
     if (lack.empty()) return;
     shortcomings.add(Shortcomings::kNotDecoded, number, lack);
   }

@@ -3,6 +3,7 @@
 #include "base/fault.h"
 #include "base/text.h"
 #include "environment/names.h"
+#include "jobs/job_report.h"
 #include "results/job_findings.h"
 #include "rules/job_steps.h"
 #include "session/operations.h"
@@ -185,6 +186,7 @@ void StatisticsOperations::run_old_outcome(const Job& job, const char* procedure
 
 // The device's own file with the site in front of it. StatsResultFile names it only once it is saved.
 void StatisticsOperations::save_statistics(const std::string& site_name, const std::string& user_site_id) {
+  if (has_been_taken()) return;
   frame_.face().enable_button(false);
   frame_.face().show_hint(true);
   frame_.show_step("Processing Data ...");
@@ -198,10 +200,21 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
   }
   files_.replace(path, text);
   session_.run.StatsResultFile = path;
+  jobs::note_taken(files_, session_.job.Folder, "part" + partition(), path);
+}
+
+// A program that was killed may have come as far as the CSV.
+bool StatisticsOperations::has_been_taken() {
+  const auto report = jobs::report_of(files_, session_.job.Folder);
+  const std::string csv = report ? report->taken("part" + partition()) : std::string{};
+  if (csv.empty()) return false;
+  session_.run.StatsResultFile = csv;
+  return true;
 }
 
 Remainder StatisticsOperations::decode_statistics(const std::string& line_stat_file,
                                                   const std::string& node_stat_file) {
+  if (has_been_taken()) return {};
   old_.take_images();
   const std::string& wanted = session_.run.PartitionID;
   if (!old_.has_delivered(wanted)) {
@@ -213,6 +226,8 @@ Remainder StatisticsOperations::decode_statistics(const std::string& line_stat_f
   }
   const std::string lack = old_.write_csv(wanted, line_stat_file, node_stat_file);
   if (!lack.empty()) old_.miss("Partition " + partition() + " " + lack + ".");
+  if (lack.empty())
+    jobs::note_taken(files_, session_.job.Folder, "part" + partition(), session_.run.StatsResultFile);
   return {.undecoded = !lack.empty()};
 }
 

@@ -60,6 +60,7 @@ class StatisticsOperations {
                        const std::string& node_stat_file);
   void save_statistics(const std::string& site_name, const std::string& user_site_id);
   Remainder decode_statistics(const std::string& line_stat_file, const std::string& node_stat_file);
+  bool has_been_taken();
   std::string partition() const;
   std::string downloaded_file() const;
 

@@ -151,6 +151,18 @@ TEST(AllPartitions, SayWhatTheReportTells) {
   EXPECT_THAT(run.left_behind(), IsEmpty());
 }
 
+// A program that was killed after the first CSV file does not write it again.
+TEST(AllPartitions, AreNotTakenTwice) {
+  DialogRun run;
+  run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
+  run.scheduler.report = "ENDED;;;;completed;\r\nTAKEN;part1;;;C:\\Stats1.csv;\r\n";
+  run.go_hosted();
+  ASSERT_EQ(run.session.run.PartitionResults.size(), 64U);
+  EXPECT_EQ(run.session.run.PartitionResults[0].file, "C:\\Stats1.csv");
+  EXPECT_THAT(run.components.log, ::testing::Not(::testing::Contains("WriteStatsCsv 1 1")));
+  EXPECT_THAT(run.components.log, ::testing::Contains("WriteStatsCsv 1 2"));
+}
+
 // A job that ended badly after the device was told to delete: what had arrived is kept.
 TEST(Rescue, KeepsWhatTheDeviceHasNoLonger) {
   const std::string deleting = "FETCHED;part3;x;x;;\r\nDELETING;part3;linestat;;;\r\n";
