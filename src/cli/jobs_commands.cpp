@@ -20,7 +20,7 @@ std::string list_name(const std::string& file) {
 }
 
 std::string moment_text(const std::optional<base::LocalTime>& moment) {
-  return moment ? base::index_stamp(*moment) : "";
+  return moment ? base::clock_text(*moment) : "";
 }
 
 QJsonValue moment_json(const std::optional<base::LocalTime>& moment) {

@@ -273,7 +273,7 @@ TEST_F(CommandsTest, JobsOfAllListsStandSideBySide) {
   std::ofstream(scheduler + "index.sch") << line << "damaged \x1b\r\n";
   std::ofstream(scheduler + "completed.sch") << line;
   EXPECT_EQ(run({"jobs", "list"}), 0);
-  EXPECT_THAT(run.out, HasSubstr("Nov1526120000001  index, completed  15/11/2026 12:00:00  Berne - 7  "));
+  EXPECT_THAT(run.out, HasSubstr("Nov1526120000001  index, completed  2026-11-15 12:00:00  Berne - 7  "));
   EXPECT_THAT(run.err, HasSubstr("index.sch, line 2: "));
   EXPECT_THAT(run.err, Not(HasSubstr("\x1b")));
   EXPECT_EQ(run({"jobs", "list", "--json"}), 0);
