@@ -68,6 +68,7 @@ void list_as_table(const std::vector<SiteRecord>& sites, const ListOptions& opti
 
 ExitCode list(CommandContext& context, const ListOptions& options) {
   const std::vector<SiteRecord> sites = context.sites.list();
+  if (options.show_access_codes) keep_to_owner(STDOUT_FILENO);
   if (options.as_json) {
     context.console.out() << list_as_json(sites, options);
   } else {

@@ -227,7 +227,11 @@ void frmResponse::run_in_folder(const std::string& suffix, const std::function<v
   platform::Files& files = parts_.rules.files;
   const std::string folder = session_.job.Folder;
   if (!files.folder_exists(folder)) return;
+  posted_ = false;
   routine();
+  // A job that failed before the scheduler was told of it would be run with the next one.
+  const bool is_left = session_.run.ImmediateRun && !posted_ && session_.run.SessionStatus.empty();
+  if (is_left && files.folder_exists(folder)) rules().Remove_Folder();
   if (files.folder_exists(folder) && files.list(folder).empty()) files.remove_folder(folder);
 }
 

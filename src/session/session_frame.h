@@ -79,6 +79,7 @@ class SessionFrame {
   rules::BusinessRules& rules() { return rules_; }
 
  protected:
+  bool posted_ = false;   // the job at hand has been told to the scheduler
   bool is_late_ = false;  // nobody waited for the job: a scheduler that has gone is not started for it
 
  private:
@@ -100,7 +101,6 @@ class SessionFrame {
   DialogFace face_;
   platform::Trap trap_;
   std::array<std::string, 3> collected_;  // pending lists without the job, one per ending
-  bool posted_ = false;                   // the job at hand has been told to the scheduler
 };
 
 }  // namespace qvrcom::session

@@ -334,6 +334,17 @@ TEST(frmResponse, IsNotShownWhenItsTitleIsTaken) {
   dialog.Form_Unload();
 }
 
+TEST(frmResponse, TakesAJobBackThatTheSchedulerWasNeverToldOf) {
+  DialogRun run;
+  run.session.run.CurrentOperation = kBoth;
+  run.scheduler.window.reset();
+  run.programs.on_start = [] { throw base::Fault("Path/File access error", "QVRCOM+.ini"); };
+  run.go();
+  EXPECT_THAT(run.ui.texts(),
+              ElementsAre("Error_Handler: ReceiveResetStatSinPart_NewQVR\r\nPath/File access error"));
+  EXPECT_THAT(run.left_behind(), IsEmpty());
+}
+
 TEST(SessionFrame, EndsOtherOperationsWithTheNameFirst) {
   DialogRun run;
   run.session.run.SessionStatus = "Error";
