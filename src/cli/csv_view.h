@@ -8,8 +8,7 @@
 namespace qvrcom::cli {
 
 // A CSV file of any size on a stream, row by row, each of its tables or the one that `chosen` names; ends
-// early when the stream fails. The file is
-// indexed to its end and its tables are found.
+// early when the stream fails. The file is indexed to its end and its tables are found.
 
 // The caption's lines as "SiteName: USA_Office", then the tables, an empty line between them.
 void write_csv_text(csv::CsvFile& file, const csv::Table* chosen, std::ostream& out);

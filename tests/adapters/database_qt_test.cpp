@@ -215,7 +215,6 @@ TEST_F(DatabaseTest, TellsALockedFileAndDamageFoundLater) {
             "Database is damaged");
 }
 
-// A connection that stayed open would go on with the file that is no longer there, and could not write to it.
 TEST_F(DatabaseTest, ACopyPutBackIsWhatTheNextActionWorksWith) {
   set_up();
   environment::DBase rules(connection);
