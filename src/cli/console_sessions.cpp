@@ -78,7 +78,7 @@ void ConsoleSessions::show_status() {
 }
 
 void ConsoleSessions::look() {
-  behind_ = progress_();
+  behind_ = progress_.own();
   show_status();
 }
 
@@ -89,7 +89,9 @@ void ConsoleSessions::cancel() {
 
 bool ConsoleSessions::wait_for(const std::string& owner) {
   constexpr std::chrono::milliseconds kStep{100};
-  console_.set_status("Waiting for " + owner);
+  if (console_.has_status() && rounds_waited_++ % (kLook / kStep) == 0) behind_ = progress_.others();
+  info_ = "Waiting for " + owner;
+  show_status();
   ui_.pump_events();
   if (cancelled_) return false;
   clock_.sleep(kStep);

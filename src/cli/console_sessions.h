@@ -28,9 +28,12 @@ class ConsoleSessions : public session::SessionWindows {
   // Whether a session ended because no scheduler came up.
   bool scheduler_missing() const { return scheduler_missing_; }
 
-  // While a session's dialog is open and there is a status line, `progress` is asked now and then for what
-  // stands behind the dialog's text; "" for nothing.
-  void watch(std::function<std::string()> progress) { progress_ = std::move(progress); }
+  // Asked now and then for what stands behind the text of the status line; "" for nothing.
+  struct Progress {
+    std::function<std::string()> own;     // while a session's dialog is open
+    std::function<std::string()> others;  // while another program has the session
+  };
+  void watch(Progress progress) { progress_ = std::move(progress); }
 
   // Says who has the session and lets a moment pass; false after a cancel.
   bool wait_for(const std::string& owner);
@@ -44,9 +47,10 @@ class ConsoleSessions : public session::SessionWindows {
   platform::UserInterface& ui_;
   platform::Clock& clock_;
   Window* open_ = nullptr;
-  std::function<std::string()> progress_ = [] { return std::string(); };
+  Progress progress_{[] { return std::string(); }, [] { return std::string(); }};
   std::string info_;
-  std::string behind_;  // what `progress_` said last
+  std::string behind_;     // what `progress_` said last
+  int rounds_waited_ = 0;  // for another program
   bool cancelled_ = false;
   bool scheduler_missing_ = false;
 };

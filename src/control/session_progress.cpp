@@ -29,4 +29,17 @@ std::optional<SessionProgress> progress_of(const std::optional<platform::Schedul
   return progress;
 }
 
+std::string progress_line(const std::optional<SessionProgress>& progress) {
+  if (!progress) return {};
+  std::string text = progress->waits_for.empty() ? "" : "waits for " + progress->waits_for + ", ";
+  text += progress->step + ", " + std::to_string(progress->bytes_done);
+  if (progress->bytes_hinted >= progress->bytes_done && progress->bytes_hinted > 0)
+    text += " of about " + std::to_string(progress->bytes_hinted);
+  return text + " bytes";
+}
+
+std::string running_line(const std::optional<platform::SchedulerStatus>& status) {
+  return status ? progress_line(progress_of(status, status->running_job)) : std::string();
+}
+
 }  // namespace qvrcom::control

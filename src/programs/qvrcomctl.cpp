@@ -8,7 +8,7 @@
 #include "base/fault.h"
 #include "cli/command_context.h"
 #include "cli/invocation.h"
-#include "cli/transfer_text.h"
+#include "control/session_progress.h"
 #include "programs/suite.h"
 #include "session/session_run.h"
 
@@ -33,7 +33,10 @@ cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
   cli::SessionBatch batch(console, ui, sessions, requests);
   adapters::TerminalLocal terminal(suite.layout.run_folder, suite.layout.runtime_folder);
   cli::TelnetTerminal telnet(console, terminal, STDIN_FILENO);
-  sessions.watch([&] { return cli::transfer_text(suite.scheduler.status().status, suite.session.job.Name); });
+  const auto status = [&] { return suite.scheduler.status().status; };
+  sessions.watch(
+      {[&] { return control::progress_line(control::progress_of(status(), suite.session.job.Name)); },
+       [&] { return control::running_line(status()); }});
   environment::SetUp set_up = suite.set_up();
   const adapters::ByteSourcesPosix byte_sources;
   cli::CommandContext context{console,

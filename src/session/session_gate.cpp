@@ -4,14 +4,17 @@
 
 namespace qvrcom::session {
 
-SessionGate::SessionGate(platform::SessionLock& lock, platform::UserInterface& ui, WhenBusy when_busy)
+SessionGate::SessionGate(platform::SessionLock& lock, platform::UserInterface& ui, WhenBusy when_busy,
+                         HowFar how_far)
     : lock_(lock), when_busy_(std::move(when_busy)) {
   if (when_busy_) return;
-  when_busy_ = [&ui](const std::string& owner) {
+  when_busy_ = [&ui, how_far = std::move(how_far)](const std::string& owner) {
+    const std::string place = how_far ? how_far() : std::string();
     ui.show({.text = "Another communication session is running: " + owner + ".",
              .title = platform::kSuiteTitle,
              .icon = platform::Icon::kInformation,
-             .detail = "Wait until it has ended, then try again."});
+             .detail = (place.empty() ? "" : "It is here: " + place + ". ") +
+                       "Wait until it has ended, then try again."});
     return false;
   };
 }

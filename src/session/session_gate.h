@@ -15,8 +15,12 @@ class SessionGate {
   // Asked each time another program holds the lock; true tries again. It has to sleep itself.
   using WhenBusy = std::function<bool(const std::string& owner)>;
 
-  // Without `when_busy`, a box says who is busy.
-  SessionGate(platform::SessionLock& lock, platform::UserInterface& ui, WhenBusy when_busy = {});
+  // How far the session is that runs; "" when nobody knows.
+  using HowFar = std::function<std::string()>;
+
+  // Without `when_busy`, a box says who is busy and how far that is.
+  SessionGate(platform::SessionLock& lock, platform::UserInterface& ui, WhenBusy when_busy = {},
+              HowFar how_far = {});
 
   // The hold, to be kept until the session dialog has gone; null when another program keeps the lock.
   std::unique_ptr<platform::SessionLockHold> enter();

@@ -54,7 +54,8 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
   session::DialogRun run;
   MemoryLock lock;
   session::SessionRun screen{run.parts(), run};
-  session::SessionGate gate{lock, run.ui};
+  std::string how_far;
+  session::SessionGate gate{lock, run.ui, {}, [this] { return how_far; }};
   environment::DataBase database{run.connection};
   sitebook::SiteBook sites{run.connection};
   SessionRequestParts parts{run.parts().rules, database, gate, screen, run.link, sites};
@@ -364,11 +365,13 @@ TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
 
 TEST_F(DeviceRequests, LeaveASessionOfAnotherProgramAlone) {
   lock.owner = "qvrcom (process 4711)";
+  how_far = "Fetching log, 30 bytes";
   const auto before = run.files.content;
   EXPECT_EQ(statistics(), RequestResult::kBusy);
   EXPECT_EQ(run.files.content, before);
   EXPECT_THAT(run.ui.texts(),
               ElementsAre("Another communication session is running: qvrcom (process 4711)."));
+  EXPECT_THAT(run.ui.messages.back().detail, StartsWith("It is here: Fetching log, 30 bytes. Wait "));
   session::SessionGate patient(lock, run.ui, [this](const std::string&) {
     lock.owner.clear();
     return true;
