@@ -49,13 +49,24 @@ struct Rights {
   bool exact = false;  // to be given as they are
 };
 
-// Writes the whole content into a file that is empty; false with errno.
-using Fill = std::function<bool(int file)>;
+// What a file is to hold.
+struct Content {
+  off_t length = 0;                          // in bytes, as far as it is known
+  std::function<bool(int file)> write_into;  // from where the file stands; false with errno
+};
 
-void rewrite_in_place(const std::string& native, const Fill& fill, const Rights& rights) {
+// Room is made before a byte of the old content goes: a full disk loses nothing.
+void rewrite_in_place(const std::string& native, const Content& content, const Rights& rights) {
   const Descriptor file = open_plain(kWriting, native, O_WRONLY | O_CREAT, Links::kRefused, rights.mode);
-  const bool written = (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) &&
-                       ::ftruncate(file.get(), 0) == 0 && fill(file.get()) && ::fdatasync(file.get()) == 0;
+  const off_t before = status_of(file.get(), native).st_size;
+  const int no_room = content.length > before ? ::posix_fallocate(file.get(), 0, content.length) : 0;
+  if (no_room != 0) {
+    if (::ftruncate(file.get(), before) != 0) fail("Undoing a part written to", native);
+    fail(kWriting, native, no_room);
+  }
+  const bool written =
+      (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) && content.write_into(file.get()) &&
+      ::ftruncate(file.get(), ::lseek(file.get(), 0, SEEK_CUR)) == 0 && ::fdatasync(file.get()) == 0;
   if (!written) fail(kWriting, native);
 }
 
@@ -89,11 +100,11 @@ void sweep(const AsideNames& names) {
 }
 
 bool refused(int code) {
-  return code == EACCES || code == EPERM || code == EBUSY || code == EXDEV;
+  return code == EACCES || code == EPERM || code == EBUSY || code == EXDEV || code == ENAMETOOLONG;
 }
 
 // Writes a new file beside the target. False when the folder takes no new file.
-bool write_aside(const std::string& aside, const std::string& target, const Fill& fill,
+bool write_aside(const std::string& aside, const std::string& target, const Content& content,
                  const Rights& rights) {
   ::unlink(aside.c_str());  // left behind by a program of the same number that was killed
   const mode_t first = rights.exact ? 0600 : rights.mode;
@@ -102,7 +113,8 @@ bool write_aside(const std::string& aside, const std::string& target, const Fill
     if (refused(errno)) return false;
     fail(kWriting, target);
   }
-  const bool written = fill(file.get()) && (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) &&
+  const bool written = content.write_into(file.get()) &&
+                       (!rights.exact || ::fchmod(file.get(), rights.mode) == 0) &&
                        ::fdatasync(file.get()) == 0;
   if (written) return true;
   const int code = errno;
@@ -110,13 +122,13 @@ bool write_aside(const std::string& aside, const std::string& target, const Fill
   fail(kWriting, target, code);
 }
 
-void write_over(const std::string& native, Readers readers, const Fill& fill) {
+void write_over(const std::string& native, Readers readers, const Content& content) {
   need_plain(native);
   const Rights rights(native, readers);
   const AsideNames names(native);
   sweep(names);
   const std::string aside = names.own();
-  if (!write_aside(aside, native, fill, rights)) return rewrite_in_place(native, fill, rights);
+  if (!write_aside(aside, native, content, rights)) return rewrite_in_place(native, content, rights);
   if (std::rename(aside.c_str(), native.c_str()) == 0) {
     if (!sync_folder_of(native)) fail(kWriting, native);
     return;
@@ -124,11 +136,11 @@ void write_over(const std::string& native, Readers readers, const Fill& fill) {
   const int code = errno;
   ::unlink(aside.c_str());
   if (!refused(code)) fail(kWriting, native, code);
-  rewrite_in_place(native, fill, rights);
+  rewrite_in_place(native, content, rights);
 }
 
-Fill text_of(std::string_view text) {
-  return [text](int file) { return write_all(file, text); };
+Content text_of(std::string_view text) {
+  return {static_cast<off_t>(text.size()), [text](int file) { return write_all(file, text); }};
 }
 
 bool copy_all(int from, int to) {
@@ -257,7 +269,9 @@ void FilesPosix::save(const std::string& path, std::string_view text, Readers re
 
 void FilesPosix::copy(const std::string& from, const std::string& to) {
   const Descriptor source = open_plain("Copying", native_path(from), O_RDONLY, Links::kFollowed);
-  write_over(native_path(to), Readers::kEverybody, [&](int file) { return copy_all(source.get(), file); });
+  write_over(native_path(to), Readers::kEverybody,
+             {status_of(source.get(), native_path(from)).st_size,
+              [&](int file) { return copy_all(source.get(), file); }});
 }
 
 void FilesPosix::remove(const std::string& path) {

@@ -132,20 +132,25 @@ TEST_F(FilesPosixTest, SavesForItsOwnerAloneWhateverWasThere) {
 }
 
 TEST_F(FilesPosixTest, KeepsWhatWasThereWhenTheDiskIsFull) {
+  const std::string in_place(250, 'n');  // no name beside it would be short enough
   files_.append(path("index.sch"), "a line\r\n");
+  files_.replace(path(in_place), "some content");
+  files_.replace(path(in_place), "a line\r\n");
   std::signal(SIGXFSZ, SIG_IGN);
   rlimit before{};
   getrlimit(RLIMIT_FSIZE, &before);
   const rlimit tight{12, before.rlim_max};
   setrlimit(RLIMIT_FSIZE, &tight);
-  const std::string appended = fault_of([&] { files_.append(path("index.sch"), "another line\r\n"); });
-  const std::string replaced =
-      fault_of([&] { files_.replace(path("index.sch"), "a much longer content\r\n"); });
+  std::vector<std::string> faults;
+  for (const std::string& name : {std::string("index.sch"), in_place}) {
+    faults.push_back(fault_of([&] { files_.append(path(name), "another line\r\n"); }));
+    faults.push_back(fault_of([&] { files_.replace(path(name), "a much longer content\r\n"); }));
+  }
   setrlimit(RLIMIT_FSIZE, &before);
-  EXPECT_EQ(appended, "File too large");
-  EXPECT_EQ(replaced, "File too large");
+  EXPECT_EQ(faults, std::vector<std::string>(4, "File too large"));
   EXPECT_EQ(files_.read(path("index.sch")), "a line\r\n");
-  EXPECT_EQ(entries(), 1U);
+  EXPECT_EQ(files_.read(path(in_place)), "a line\r\n");
+  EXPECT_EQ(entries(), 2U);
 }
 
 TEST_F(FilesPosixTest, FoldersAndLists) {
