@@ -90,12 +90,17 @@ void frmResponse::prepare() {
   face().show_hint(true);
 }
 
+const Operation* frmResponse::known_operation(std::string_view name) const {
+  const auto known = std::find_if(operations_.begin(), operations_.end(),
+                                  [&](const Operation& operation) { return operation.name == name; });
+  return known == operations_.end() ? nullptr : &*known;
+}
+
 void frmResponse::run_operation() {
   if (is_late_) return run_late_outcome();
   const std::string name = session_.run.CurrentOperation;
-  const auto known = std::find_if(operations_.begin(), operations_.end(),
-                                  [&](const Operation& operation) { return operation.name == name; });
-  if (known == operations_.end()) return;
+  const Operation* known = known_operation(name);
+  if (known == nullptr) return;
   switch (known->entry) {
     case EntryKind::kCommand:
       return ProcessSystemCommand(name);
@@ -110,11 +115,10 @@ void frmResponse::run_late_outcome() {
   const std::string name = session_.run.CurrentOperation;
   session_.run.LastSite = true;
   face().set_info(name);
-  const auto known = std::find_if(operations_.begin(), operations_.end(),
-                                  [&](const Operation& operation) { return operation.name == name; });
+  const Operation* known = known_operation(name);
   if (name == operation::kRetrieveResetAllStatistics) {
     all_partitions_.process_outcome();
-  } else if (known != operations_.end() && known->outcome != nullptr) {
+  } else if (known != nullptr && known->outcome != nullptr) {
     SiteOperations all{statistics_, same_log_, view_};
     known->outcome(all);
   } else {

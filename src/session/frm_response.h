@@ -76,6 +76,7 @@ class frmResponse : public SessionFrame {
 
  private:
   void prepare();
+  const Operation* known_operation(std::string_view name) const;  // null when there is none
   void run_operation();
   void run_late_outcome();
   void keep_late_files();

@@ -72,6 +72,7 @@ Held hold(ScriptedDevice& device, const SessionPlan& plan) {
 // the log.
 constexpr const char* kCases =
     R"(Retrieve Reset Statistics All Partitions|3|account part2=501 Not present||L G0 A1 G1 D A2 A3 G3 D C|done|part2 is skipped. Trying to account part2: 501 Not present.
+Retrieve Reset Statistics All Partitions|3|get linestat > 2=Disk full||L G0 A1 G1 D A2 G2|error|Deleted linestat.
 Retrieve Reset Statistics All Partitions|3|get linestat > 2=The transfer was cut short||L G0 A1 G1 D A2 G2 A3 G3 D C|done|2 of 3 partitions are done; skipped: part2.
 Retrieve Reset Statistics All Partitions|3|get linestat > 2=Cut||L G0 A1 G1 D A2 G2 L A3 G3 D C|done|The connection was lost; logged in again at 192.0.2.7 port 21 as admin.
 Retrieve Reset Statistics All Partitions|2|remove=||L G0 A1 G1 D L A2 G2 D C|done|Selected part2.
