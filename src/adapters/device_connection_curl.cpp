@@ -24,6 +24,7 @@ namespace qvrcom::adapters {
 namespace {
 
 using base::Fault;
+namespace device_fault = platform::device_fault;
 using std::chrono::milliseconds;
 using MonotonicClock = std::chrono::steady_clock;
 
@@ -36,15 +37,15 @@ struct ResultText {
 };
 
 constexpr std::array<ResultText, 9> kResultTexts{{
-    {CURLE_COULDNT_RESOLVE_HOST, "The host name is not known"},
-    {CURLE_COULDNT_CONNECT, "No connection to the device"},
+    {CURLE_COULDNT_RESOLVE_HOST, device_fault::kUnknownHost},
+    {CURLE_COULDNT_CONNECT, device_fault::kUnreachable},
     {CURLE_REMOTE_ACCESS_DENIED, "The device refused access"},
-    {CURLE_LOGIN_DENIED, "The device refused the login"},
-    {CURLE_PARTIAL_FILE, "The transfer was cut short"},
-    {CURLE_GOT_NOTHING, "The device closed the connection"},
-    {CURLE_SEND_ERROR, "The device closed the connection"},
-    {CURLE_RECV_ERROR, "The device closed the connection"},
-    {CURLE_OPERATION_TIMEDOUT, "The device did not answer in time"},
+    {CURLE_LOGIN_DENIED, device_fault::kLoginRefused},
+    {CURLE_PARTIAL_FILE, device_fault::kCutShort},
+    {CURLE_GOT_NOTHING, device_fault::kClosed},
+    {CURLE_SEND_ERROR, device_fault::kClosed},
+    {CURLE_RECV_ERROR, device_fault::kClosed},
+    {CURLE_OPERATION_TIMEDOUT, device_fault::kNoAnswer},
 }};
 
 const char* text_of(CURLcode code) {
@@ -199,7 +200,7 @@ class DeviceConnectionCurl : public platform::DeviceConnection {
 void DeviceConnectionCurl::login(const platform::DeviceLogin& login) {
   const std::string tried =
       "Login as " + login.user + " at " + login.host + " port " + std::to_string(login.port);
-  if (!is_host(login.host)) throw Fault("The address is none", tried);
+  if (!is_host(login.host)) throw Fault(device_fault::kNoAddress, tried);
   login_ = login;
   const bool bare_ipv6 = login.host.find(':') != std::string::npos;
   place_ =
@@ -379,11 +380,12 @@ void DeviceConnectionCurl::need_alive(const std::string& tried) {
   const bool was_in_step = std::exchange(in_step_, false);
   hang_up();
   if (cancelled_) throw platform::SessionCancelled(tried);
-  if (control_ == CURL_SOCKET_BAD) throw Fault("The device closed the connection", tried);
+  if (control_ == CURL_SOCKET_BAD) throw Fault(device_fault::kClosed, tried);
   if (!was_in_step) throw Fault("The connection is given up", tried);
   std::array<char, kLongestReply> words{};
   const ssize_t length = ::recv(control_, words.data(), words.size(), MSG_PEEK | MSG_DONTWAIT);
-  if (length <= 0) throw Fault("The device closed the connection, or said more than it was asked", tried);
+  if (length <= 0)
+    throw Fault(std::string(device_fault::kClosed) + ", or said more than it was asked", tried);
   throw Fault("The device said, without having been asked, " +
                   said(std::string(words.data(), static_cast<std::size_t>(length))),
               tried);
@@ -395,9 +397,9 @@ void DeviceConnectionCurl::keep_limits() const {
   if (now - session_began_ > limits_.session)
     throw Fault("The session took longer than " + time_text(limits_.session), tried_);
   if (!logged_in_ && now - step_began_ > limits_.connect)
-    throw Fault("The device did not answer within " + time_text(limits_.connect), tried_);
+    throw Fault(std::string(device_fault::kNoAnswer) + " within " + time_text(limits_.connect), tried_);
   if (now - last_byte_ > limits_.idle)
-    throw Fault("No byte came or went for " + time_text(limits_.idle), tried_);
+    throw Fault(std::string(device_fault::kSilence) + " for " + time_text(limits_.idle), tried_);
 }
 
 // 3yz asks for more, which there is in a login alone; 1yz says once that the data of a transfer follow.
@@ -409,7 +411,7 @@ bool DeviceConnectionCurl::belongs(const std::string& reply) const {
 
 std::string DeviceConnectionCurl::said(const std::string& words) const {
   if (!logged_in_ && too_short_to_mask(login_.password))
-    return "The device refused the login; its words are left out";
+    return std::string(device_fault::kLoginRefused) + "; its words are left out";
   return masked(words, login_.password).substr(0, kLongestReply);
 }
 
@@ -419,7 +421,7 @@ void DeviceConnectionCurl::fail(CURLcode code) {
   in_step_ = refused() && stray_.empty();
   if (in_step_) throw Fault(said(reply_), tried_);
   if (!stray_.empty()) throw Fault("The device gave an answer that is none: " + said(stray_), tried_);
-  if (reconnect_refused_) throw Fault("The device closed the connection", tried_);
+  if (reconnect_refused_) throw Fault(device_fault::kClosed, tried_);
   if (code == CURLE_OK) throw Fault("The device did not say how it ended", tried_);
   throw Fault(text_of(code), bytes_ == 0 ? tried_ : tried_ + ", after " + std::to_string(bytes_) + " bytes");
 }

@@ -113,15 +113,17 @@ class RelayedSession : public QObject {
     connect(&limit_, &QTimer::timeout, this, [this] { first_limit_reached(); });
     connect(&session_, &QTimer::timeout, this,
             [this] { end_with("The session took longer than " + seconds_text(order_.limits.session)); });
-    connect(&idle_, &QTimer::timeout, this,
-            [this] { end_with("No byte came or went for " + seconds_text(order_.limits.idle)); });
+    connect(&idle_, &QTimer::timeout, this, [this] {
+      end_with(std::string(platform::device_fault::kSilence) + " for " + seconds_text(order_.limits.idle));
+    });
   }
 
   void first_limit_reached() {
     if (connected_)
       end_with("No terminal attached within " + seconds_text(order_.limits.attach));
     else
-      end_with("The device did not answer within " + seconds_text(order_.limits.connect));
+      end_with(std::string(platform::device_fault::kNoAnswer) + " within " +
+               seconds_text(order_.limits.connect));
   }
 
   void connected() {
@@ -157,7 +159,7 @@ class RelayedSession : public QObject {
     while (open() && device_.bytesAvailable() > 0)
       take_from_device();
     if (attached_ || !open()) return end({TerminalEnd::kHungUp, {}});
-    end_with("The device closed the connection before a terminal had attached");
+    end_with(std::string(platform::device_fault::kClosed) + " before a terminal had attached");
   }
 
   void to_device(std::string_view bytes) {

@@ -25,6 +25,19 @@ struct DeviceLogin {
   std::string password;
 };
 
+// How the reasons begin that the user can do something about; others are added behind them. Advice is chosen
+// by these words, in a session's log as well.
+namespace device_fault {
+inline constexpr const char* kLoginRefused = "The device refused the login";
+inline constexpr const char* kNoAddress = "The address is none";
+inline constexpr const char* kUnknownHost = "The host name is not known";
+inline constexpr const char* kUnreachable = "No connection to the device";
+inline constexpr const char* kNoAnswer = "The device did not answer";
+inline constexpr const char* kClosed = "The device closed the connection";
+inline constexpr const char* kCutShort = "The transfer was cut short";
+inline constexpr const char* kSilence = "No byte came or went";
+}  // namespace device_fault
+
 // How an operation ends that `cancel` interrupted.
 class SessionCancelled : public base::Fault {
  public:

@@ -4,10 +4,13 @@
 #include <iterator>
 
 #include "base/fault.h"
+#include "platform/device_connection.h"
 #include "scheduler/session_log.h"
 
 namespace qvrcom::scheduler {
 namespace {
+
+namespace device_fault = platform::device_fault;
 
 constexpr const char* kErrorTitle = "ERROR";
 constexpr const char* kCancelledTitle = "CANCELLED";
@@ -32,15 +35,15 @@ constexpr Advice kNone{""};
 
 constexpr Row kRows[] = {
     {true, ": 530", kAccessCode},
-    {true, "The device refused the login", kAccessCode},
-    {true, "The address is none", kAddress},
-    {true, "The host name is not known", kAddress},
-    {true, "No connection to the device", kReach},
-    {true, "The device did not answer", kReach},
-    {false, "The device did not answer in time", kAgain},
-    {false, "The device closed the connection", kAgain},
-    {false, "The transfer was cut short", kAgain},
-    {false, "No byte came or went", kAgain},
+    {true, device_fault::kLoginRefused, kAccessCode},
+    {true, device_fault::kNoAddress, kAddress},
+    {true, device_fault::kUnknownHost, kAddress},
+    {true, device_fault::kUnreachable, kReach},
+    {true, device_fault::kNoAnswer, kReach},
+    {false, device_fault::kNoAnswer, kAgain},
+    {false, device_fault::kClosed, kAgain},
+    {false, device_fault::kCutShort, kAgain},
+    {false, device_fault::kSilence, kAgain},
 };
 
 }  // namespace

@@ -5,10 +5,12 @@
 #include "doubles/memory_files.h"
 #include "doubles/memory_machine.h"
 #include "doubles/recording_user_interface.h"
+#include "platform/device_connection.h"
 
 namespace qvrcom::scheduler {
 namespace {
 
+namespace device_fault = platform::device_fault;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
@@ -30,7 +32,7 @@ TEST(ReasonedBoxesTest, TellWhyASessionFailedAndWhatToDo) {
   };
   const platform::Message failed{.text = "Communication error, see JobPilot for details", .title = "ERROR"};
   struct Row {
-    const char* reason;
+    std::string reason;
     const char* next;
   };
   for (const Row& row : {
@@ -38,9 +40,10 @@ TEST(ReasonedBoxesTest, TellWhyASessionFailedAndWhatToDo) {
                "access code, then try again. Edit it."},
            Row{"Login as admin at 10.0.0.5 port 21: 421 Too many users.",
                "every step: \\Corbelin\\QVRCOM+\\Logs\\Nov1526120000000.log"},
-           Row{"Login as admin at 10.0.0.5 port 21: No connection to the device.",
+           Row{std::string("Login as admin at 10.0.0.5 port 21: ") + device_fault::kUnreachable + ".",
                "is right, then try again. Edit it."},
-           Row{"Fetching log: The device closed the connection.", "check the line to the device."},
+           Row{std::string("Fetching log: ") + device_fault::kClosed + ", after 3 bytes.",
+               "check the line to the device."},
            Row{"Selecting account part3: 530 Not now.", "Nov1526120000000.log"},
        }) {
     const std::string told = detail(row.reason, failed);
