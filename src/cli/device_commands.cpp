@@ -11,7 +11,7 @@
 namespace qvrcom::cli {
 namespace {
 
-SiteAnswer retrieve_same_log(CommandContext& context, const control::SiteRow& site) {
+SiteAnswer retrieve_same_log(CommandContext& context, const sitebook::SiteRecord& site) {
   const control::SameLogAnswer answer = control::SameLogRequest(context.requests).run(site);
   const std::string file = answer.file.empty() ? "" : context.files.native(answer.file);
   SiteAnswer shown{.result = answer.result};
@@ -20,7 +20,7 @@ SiteAnswer retrieve_same_log(CommandContext& context, const control::SiteRow& si
   return shown;
 }
 
-SiteAnswer view(CommandContext& context, const control::SiteRow& site, int partition) {
+SiteAnswer view(CommandContext& context, const sitebook::SiteRecord& site, int partition) {
   const control::ViewAnswer answer = control::ViewRequest(context.requests).run(site, partition);
   SiteAnswer shown{.result = answer.result};
   shown.values = {{"partition", partition}, {"messages", QJsonValue()}};

@@ -124,7 +124,7 @@ ExitCode ask_sites(CommandContext& context, const SiteOptions& options, const As
   std::vector<SessionStep> steps;
   for (const sitebook::SiteRecord& site : sites) {
     steps.push_back({sitebook::title_of(site), [&, headed] {
-                       const SiteAnswer answer = ask(context, control::site_row(site));
+                       const SiteAnswer answer = ask(context, site);
                        if (array)
                          array->add(json_of(site, answer), answer.lines);
                        else

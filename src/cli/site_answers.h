@@ -41,7 +41,7 @@ struct SiteAnswer {
   std::function<void(bool whole)> written = {};  // told whether all of it has gone to standard output
 };
 
-using AskSite = std::function<SiteAnswer(CommandContext&, const control::SiteRow&)>;
+using AskSite = std::function<SiteAnswer(CommandContext&, const sitebook::SiteRecord&)>;
 
 // --site, which may repeat, --wait, and --json.
 void add_site_options(CLI::App& command, SiteOptions& options, Invocation& invocation);

@@ -36,7 +36,7 @@ class PrintedStatistics : public control::StatisticsDisplay {
 control::RequestResult run_order(CommandContext& context, const control::StatisticsOrder& order) {
   PrintedStatistics printed(context.console, context.files);
   return control::StatisticsRequest(context.requests, printed)
-      .run(order.site[control::SiteColumn::kControlCardType], order);
+      .run(sitebook::session_text(order.site, &sitebook::SiteRecord::card_type), order);
 }
 
 ExitCode run_sessions(CommandContext& context, const SessionOptions& options, const char* operation) {
@@ -44,7 +44,7 @@ ExitCode run_sessions(CommandContext& context, const SessionOptions& options, co
   const std::vector<int> partitions = parse_partitions(options.partitions).value();
   for (const sitebook::SiteRecord& site : context.sites.find(options.sites)) {
     for (const int partition : partitions) {
-      const control::StatisticsOrder order{control::site_row(site), partition, operation};
+      const control::StatisticsOrder order{site, partition, operation};
       steps.push_back({sitebook::title_of(site) + ", partition " + std::to_string(partition),
                        [&context, order] { return run_order(context, order); }});
     }
@@ -52,7 +52,8 @@ ExitCode run_sessions(CommandContext& context, const SessionOptions& options, co
   return context.sessions.run(steps);
 }
 
-control::RequestResult run_all_partitions(CommandContext& context, const control::SiteRow& site, bool force) {
+control::RequestResult run_all_partitions(CommandContext& context, const sitebook::SiteRecord& site,
+                                          bool force) {
   const auto answer = control::AllPartitionsRequest(context.requests).run(site, force);
   context.console.erase_status();
   for (const base::PartitionFile& each : answer.files)
@@ -64,7 +65,7 @@ control::RequestResult run_all_partitions(CommandContext& context, const control
 ExitCode retrieve_reset_all(CommandContext& context, const SessionOptions& options) {
   std::vector<SessionStep> steps;
   for (const sitebook::SiteRecord& site : context.sites.find(options.sites)) {
-    const control::SiteRow row = control::site_row(site);
+    const sitebook::SiteRecord row = site;
     const bool force = options.force;
     steps.push_back({sitebook::title_of(site),
                      [&context, row, force] { return run_all_partitions(context, row, force); }});

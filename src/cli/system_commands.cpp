@@ -27,7 +27,7 @@ struct SystemOptions : SiteOptions {
   bool force = false;
 };
 
-using Run = SiteAnswer (*)(CommandContext&, const control::SiteRow&, const SystemOptions&);
+using Run = SiteAnswer (*)(CommandContext&, const sitebook::SiteRecord&, const SystemOptions&);
 
 // Runs the order and tells what the answer lacks.
 SystemAnswer run_order(CommandContext& context, const SystemOrder& order) {
@@ -50,7 +50,7 @@ const char* log_operation(const SystemOptions& options) {
   return options.reset ? operation::kGetAndResetLog : operation::kGetLog;
 }
 
-SiteAnswer log(CommandContext& context, const control::SiteRow& site, const SystemOptions& options) {
+SiteAnswer log(CommandContext& context, const sitebook::SiteRecord& site, const SystemOptions& options) {
   SystemOrder order{.site = site, .operation = log_operation(options), .keeps_log = options.output.empty()};
   if (!options.output.empty()) order.save_log_as = context.files.from_native(options.output);
   SystemAnswer answer = run_order(context, order);
@@ -67,7 +67,7 @@ SiteAnswer log(CommandContext& context, const control::SiteRow& site, const Syst
   return shown;
 }
 
-SiteAnswer read_clock(CommandContext& context, const control::SiteRow& site) {
+SiteAnswer read_clock(CommandContext& context, const sitebook::SiteRecord& site) {
   const SystemAnswer answer = run_order(context, {.site = site, .operation = operation::kGetDateAndTime});
   const base::LocalTime pc = is_done(answer) ? answer.arrived : context.clock.now();
   SiteAnswer shown{.result = answer.result};
@@ -94,7 +94,7 @@ std::optional<base::LocalTime> parse_moment(const std::string& text) {
   return fits ? std::optional(moment) : std::nullopt;
 }
 
-SiteAnswer set_clock(CommandContext& context, const control::SiteRow& site, const std::string& text) {
+SiteAnswer set_clock(CommandContext& context, const sitebook::SiteRecord& site, const std::string& text) {
   const base::LocalTime moment = parse_moment(text).value_or(context.clock.now());
   const SystemAnswer answer =
       run_order(context, {.site = site, .operation = operation::kSetDateAndTime, .clock = moment});
@@ -104,7 +104,7 @@ SiteAnswer set_clock(CommandContext& context, const control::SiteRow& site, cons
   return shown;
 }
 
-SiteAnswer clock(CommandContext& context, const control::SiteRow& site, const SystemOptions& options) {
+SiteAnswer clock(CommandContext& context, const sitebook::SiteRecord& site, const SystemOptions& options) {
   return options.moment.empty() ? read_clock(context, site) : set_clock(context, site, options.moment);
 }
 
@@ -134,7 +134,7 @@ const InformationRow kInformation[] = {
     {"device-clock", "Device clock", [](const Information& i) { return json_moment(i.moment); }},
 };
 
-SiteAnswer information(CommandContext& context, const control::SiteRow& site, const SystemOptions&) {
+SiteAnswer information(CommandContext& context, const sitebook::SiteRecord& site, const SystemOptions&) {
   const SystemAnswer answer =
       run_order(context, {.site = site, .operation = operation::kGetSystemInformation});
   SiteAnswer shown{.result = answer.result};
@@ -156,7 +156,8 @@ std::string minutes_text(const base::TimeRecord& time) {
   return time.minutes + ":" + (time.seconds.size() < 2 ? "0" : "") + time.seconds;
 }
 
-SiteAnswer partition(CommandContext& context, const control::SiteRow& site, const SystemOptions& options) {
+SiteAnswer partition(CommandContext& context, const sitebook::SiteRecord& site,
+                     const SystemOptions& options) {
   const SystemAnswer answer = run_order(context, {.site = site,
                                                   .operation = operation::kRetrieveMessageIndex,
                                                   .partition = std::to_string(options.partition)});
@@ -170,7 +171,8 @@ SiteAnswer partition(CommandContext& context, const control::SiteRow& site, cons
 }
 
 template <const char* const& Operation>
-SiteAnswer send_file(CommandContext& context, const control::SiteRow& site, const SystemOptions& options) {
+SiteAnswer send_file(CommandContext& context, const sitebook::SiteRecord& site,
+                     const SystemOptions& options) {
   return {run_order(context, {.site = site,
                               .operation = Operation,
                               .file = context.files.from_native(options.file),

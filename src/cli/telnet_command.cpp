@@ -32,8 +32,7 @@ ExitCode telnet(CommandContext& context, const std::string& key) {
   const control::SessionRequestParts& parts = context.requests;
   TelnetScreen screen(parts.screen, context.telnet, parts.rules.session.job);
   control::SystemRequest request({parts.rules, parts.database, parts.gate, screen, parts.link, parts.sites});
-  const control::SystemOrder order{.site = control::site_row(site),
-                                   .operation = session::operation::kTelnetSession};
+  const control::SystemOrder order{.site = site, .operation = session::operation::kTelnetSession};
   return context.sessions.run({{sitebook::title_of(site), [&] { return request.run(order).result; }}});
 }
 

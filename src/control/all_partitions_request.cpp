@@ -5,10 +5,11 @@
 
 namespace qvrcom::control {
 
-AllPartitionsAnswer AllPartitionsRequest::run(const SiteRow& site, bool force) {
+AllPartitionsAnswer AllPartitionsRequest::run(const sitebook::SiteRecord& site, bool force) {
   AllPartitionsAnswer answer;
   answer.result = trap_("AllPartitionsRequest", [&] {
-    if (!request_.accepts_card(site[SiteColumn::kControlCardType])) return RequestResult::kNotDone;
+    if (!request_.accepts_card(sitebook::session_text(site, &sitebook::SiteRecord::card_type)))
+      return RequestResult::kNotDone;
     return request_.run({site, session::operation::kRetrieveResetAllStatistics, {}}, [&] {
       if (!force && refuses_firmware()) return RequestResult::kNotDone;
       parts_.screen.show_modal();

@@ -22,7 +22,7 @@ class AllPartitionsRequest {
   explicit AllPartitionsRequest(const SessionRequestParts& parts)
       : parts_(parts), request_(parts), trap_(parts.rules.ui) {}
 
-  AllPartitionsAnswer run(const SiteRow& site, bool force = false);
+  AllPartitionsAnswer run(const sitebook::SiteRecord& site, bool force = false);
 
  private:
   bool refuses_firmware() const;

@@ -2,10 +2,11 @@
 
 namespace qvrcom::control {
 
-SameLogAnswer SameLogRequest::run(const SiteRow& site) {
+SameLogAnswer SameLogRequest::run(const sitebook::SiteRecord& site) {
   SameLogAnswer answer;
   answer.result = trap_("SameLogRequest", [&] {
-    if (!request_.accepts_card(site[SiteColumn::kControlCardType])) return RequestResult::kNotDone;
+    if (!request_.accepts_card(sitebook::session_text(site, &sitebook::SiteRecord::card_type)))
+      return RequestResult::kNotDone;
     return request_.run({site, session::operation::kRetrieveSameLog, {}}, [&] {
       parts_.screen.show_modal();
       answer.file = parts_.rules.session.run.SameLogFile;

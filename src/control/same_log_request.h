@@ -18,7 +18,7 @@ class SameLogRequest {
   explicit SameLogRequest(const SessionRequestParts& parts)
       : parts_(parts), request_(parts), trap_(parts.rules.ui) {}
 
-  SameLogAnswer run(const SiteRow& site);
+  SameLogAnswer run(const sitebook::SiteRecord& site);
 
  private:
   SessionRequestParts parts_;

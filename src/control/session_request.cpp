@@ -8,52 +8,20 @@
 #include "platform/message.h"
 #include "sitebook/site_record.h"
 #include "siterules/device_address.h"
+#include "siterules/site_lookups.h"
 
 namespace qvrcom::control {
 namespace {
 
-// Which session value, and which field of the session's site table, takes which hidden list.
-struct Taken {
-  SiteColumn column;
-  std::string base::SiteValues::*value;
-  base::SiteConnection::Field field;
-};
-
-constexpr Taken kTaken[] = {
-    {SiteColumn::kConnectMethod, &base::SiteValues::ConnectMethod, base::SiteConnection::kConnectMethod},
-    {SiteColumn::kIPLan, &base::SiteValues::IPLan, base::SiteConnection::kLanAddress},
-    {SiteColumn::kIPModem, &base::SiteValues::IPModem, base::SiteConnection::kModemAddress},
-    {SiteColumn::kUserDefinedSiteName, &base::SiteValues::SiteName, base::SiteConnection::kName},
-    {SiteColumn::kUserDefinedSiteID, &base::SiteValues::UserSiteID, base::SiteConnection::kUserSiteId},
-    {SiteColumn::kAccessCode, &base::SiteValues::AccessCode, base::SiteConnection::kAccessCode},
-    {SiteColumn::kNumberToDial, &base::SiteValues::NumberToDial, base::SiteConnection::kNumberToDial},
-    {SiteColumn::kDialupConn, &base::SiteValues::DialupConnection, base::SiteConnection::kDialupConnection},
-};
-
-sitebook::SiteRecord record_of(const SiteRow& row) {
-  sitebook::SiteRecord site;
-  site.site_id = row.site_id;
-  site.name = row[SiteColumn::kUserDefinedSiteName];
-  site.identifier = row[SiteColumn::kUserDefinedSiteID];
-  site.card_type = row[SiteColumn::kControlCardType];
-  site.method = row[SiteColumn::kConnectMethod];
-  site.lan = row[SiteColumn::kIPLan];
-  site.modem = row[SiteColumn::kIPModem];
-  site.access_code = row[SiteColumn::kAccessCode];
-  site.dialup = row[SiteColumn::kDialupConn];
-  site.number = row[SiteColumn::kNumberToDial];
-  return site;
-}
-
-// What a site without an address has in the place of one.
-constexpr const char* kNoAddress = "255.255.255.255";
-
 // Which address the site's connection method asks for and does not find; "" when it is there.
-std::string lacking_address(const SiteRow& site) {
-  const std::string& method = site[SiteColumn::kConnectMethod];
-  const std::string address = siterules::device_address(
-      method, site[SiteColumn::kIPLan], site[SiteColumn::kIPDirect], site[SiteColumn::kIPModem]);
-  if (!base::trim(address).empty() && base::trim(address) != kNoAddress) return {};
+std::string lacking_address(const sitebook::SiteRecord& site) {
+  const auto text = [&](base::Field sitebook::SiteRecord::*member) {
+    return sitebook::session_text(site, member);
+  };
+  const std::string method = text(&sitebook::SiteRecord::method);
+  const std::string address = siterules::device_address(method, text(&sitebook::SiteRecord::lan), {},
+                                                        text(&sitebook::SiteRecord::modem));
+  if (!base::trim(address).empty() && base::trim(address) != sitebook::kNoAddress) return {};
   return base::to_int16(method) == 1 ? "modem" : "LAN";
 }
 
@@ -71,8 +39,8 @@ bool SessionRequest::accepts_card(const std::string& card_type) const {
 }
 
 // The index line of a site with problems would be dropped, and its answer waited for without end.
-bool SessionRequest::accepts(const SiteRow& site) const {
-  const auto problems = sitebook::session_problems_of(record_of(site));
+bool SessionRequest::accepts(const sitebook::SiteRecord& site) const {
+  const auto problems = sitebook::session_problems_of(sitebook::with_defaults(site));
   if (!problems.empty()) {
     refuse("No session is started for this site. " + sitebook::reasons_of(problems),
            "Correct the site in the site book, then try again.");
@@ -99,7 +67,6 @@ RequestResult SessionRequest::run(const SessionWish& wish,
       [&] {
         take_over(wish);
         name_session_site();
-        fill_site_table(wish.site);
       },
       session);
 }
@@ -130,10 +97,13 @@ void SessionRequest::tell_missing() const {
 
 void SessionRequest::take_over(const SessionWish& wish) const {
   base::Session& session = parts_.rules.session;
-  for (const Taken& taken : kTaken)
-    session.site.*taken.value = wish.site[taken.column];
+  const base::SiteConnection connection = sitebook::connection_of(wish.site);
+  siterules::take_over(connection, session.site);
   session.site.LoginName = "admin";
-  session.site.SiteID = std::to_string(wish.site.site_id);
+  session.site.SelectedSites.resize(2);
+  session.site.SelectedSites[0] = session.site.SiteName + " - " + session.site.UserSiteID;
+  session.site.SiteConnections.resize(2);
+  session.site.SiteConnections[0] = connection;
   session.run.PartitionID = wish.partition;
   session.run.SessionConfigID = "1000";
   session.run.ImmediateRun = true;
@@ -162,19 +132,6 @@ void SessionRequest::name_session_site() const {
   parts_.database.run("Update_SessionQVR", {site.SiteID});
   const base::Rows rows = parts_.database.run("Get_FirmwareVersion", {site.SiteID});
   site.FirmwareVersion = rows.empty() ? "0" : rows[0].text("FirmwareVersion", "0");
-}
-
-// Fields that no hidden list fills stay empty: what an earlier run left there belonged to another site.
-void SessionRequest::fill_site_table(const SiteRow& row) const {
-  base::SiteValues& site = parts_.rules.session.site;
-  site.SelectedSites.resize(2);
-  site.SelectedSites[0] = site.SiteName + " - " + site.UserSiteID;
-  base::SiteConnection connection;
-  for (const Taken& taken : kTaken)
-    connection[taken.field] = row[taken.column];
-  connection[base::SiteConnection::kSiteId] = site.SiteID;
-  site.SiteConnections.resize(2);
-  site.SiteConnections[0] = std::move(connection);
 }
 
 }  // namespace qvrcom::control

@@ -4,7 +4,6 @@
 #include <functional>
 #include <string>
 
-#include "control/site_list.h"
 #include "environment/command_set.h"
 #include "link/scheduler_link.h"
 #include "link/session_screen.h"
@@ -32,7 +31,7 @@ struct SessionRequestParts {
 
 // What a request asks the session dialog for.
 struct SessionWish {
-  const SiteRow& site;
+  const sitebook::SiteRecord& site;
   std::string operation;
   std::string partition;
 };
@@ -60,11 +59,10 @@ class SessionRequest {
                           const std::function<RequestResult()>& session) const;
 
  private:
-  bool accepts(const SiteRow& site) const;
+  bool accepts(const sitebook::SiteRecord& site) const;
   void take_over(const SessionWish& wish) const;
   void prepare_files() const;
   void name_session_site() const;
-  void fill_site_table(const SiteRow& row) const;
   void tell_missing() const;
 
   SessionRequestParts parts_;

@@ -151,7 +151,7 @@ bool StatisticsControl::retrieve() {
   const auto selected = static_cast<std::size_t>(state_.site);
   // The hidden lists are one row behind the site list: this is the card type of the site that is listed
   // after the selected one, and of none after the last.
-  const std::string card_type = sites_.text(SiteColumn::kControlCardType, selected);
+  const std::string card_type = sites_.card_type(selected);
   const StatisticsOrder order{.site = sites_.row(selected - 1), .partition = selected_partition()};
   return request_.run(card_type, order) != RequestResult::kBusy;
 }

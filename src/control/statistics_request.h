@@ -12,7 +12,7 @@ namespace qvrcom::control {
 
 // One statistics job that somebody asks for.
 struct StatisticsOrder {
-  SiteRow site;
+  sitebook::SiteRecord site;
   std::int32_t partition = 1;  // 1 to 64
   std::string operation = session::operation::kRetrieveStatistics;
 };

@@ -14,7 +14,7 @@ namespace qvrcom::control {
 
 // One system command that somebody asks for.
 struct SystemOrder {
-  SiteRow site;
+  sitebook::SiteRecord site;
   std::string operation = session::operation::kGetLog;  // one of the ten commands' operation names
   std::string partition = {};                           // kRetrieveMessageIndex: "1" to "64"
   base::LocalTime clock{};                              // kSetDateAndTime: what the device's clock shall show

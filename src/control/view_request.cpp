@@ -3,10 +3,11 @@
 namespace qvrcom::control {
 
 // A list that was read ends with a spare element; one that was not is empty.
-ViewAnswer ViewRequest::run(const SiteRow& site, std::int32_t partition) {
+ViewAnswer ViewRequest::run(const sitebook::SiteRecord& site, std::int32_t partition) {
   ViewAnswer answer;
   answer.result = trap_("ViewRequest", [&] {
-    if (!request_.accepts_card(site[SiteColumn::kControlCardType])) return RequestResult::kNotDone;
+    if (!request_.accepts_card(sitebook::session_text(site, &sitebook::SiteRecord::card_type)))
+      return RequestResult::kNotDone;
     return request_.run({site, session::operation::kViewDevice, std::to_string(partition)}, [&] {
       parts_.screen.show_modal();
       answer.messages = parts_.rules.session.received.MessageNumbers;

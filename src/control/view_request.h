@@ -20,7 +20,7 @@ class ViewRequest {
   explicit ViewRequest(const SessionRequestParts& parts)
       : parts_(parts), request_(parts), trap_(parts.rules.ui) {}
 
-  ViewAnswer run(const SiteRow& site, std::int32_t partition);
+  ViewAnswer run(const sitebook::SiteRecord& site, std::int32_t partition);
 
  private:
   SessionRequestParts parts_;

@@ -12,14 +12,6 @@
 namespace qvrcom::sitebook {
 namespace {
 
-SiteRecord record_of(const base::Row& row) {
-  SiteRecord site;
-  site.site_id = base::to_int32(row.text("SiteID"));
-  for (const SiteColumn& column : kSiteColumns)
-    site.*column.member = row[column.column];
-  return site;
-}
-
 // One value per column, named like it, and the key.
 std::vector<platform::NamedValue> values_of(const SiteRecord& site) {
   std::vector<platform::NamedValue> values;
@@ -146,7 +138,7 @@ std::vector<SiteRecord> SiteBook::list() {
   const base::Rows rows =
       connection_.database().run("SELECT SiteID, " + column_texts("") + " FROM Site ORDER BY SiteID");
   for (const base::Row row : rows)
-    sites.push_back(record_of(row));
+    sites.push_back(site_of(row));
   return sites;
 }
 

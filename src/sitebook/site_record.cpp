@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/number.h"
 #include "base/text.h"
 #include "environment/device_address.h"
 #include "jobs/script_grammar.h"
@@ -78,6 +79,37 @@ bool is_blank(const base::Field& field) {
 }
 
 }  // namespace
+
+SiteRecord site_of(const base::Row& row) {
+  SiteRecord site;
+  site.site_id = base::to_int32(row.text("SiteID"));
+  for (const SiteColumn& column : kSiteColumns)
+    site.*column.member = row[column.column];
+  return site;
+}
+
+std::string session_text(const SiteRecord& site, base::Field SiteRecord::*member) {
+  const auto column = std::find_if(kSiteColumns.begin(), kSiteColumns.end(),
+                                   [&](const SiteColumn& each) { return each.member == member; });
+  const base::Field& value = site.*member;
+  const SessionDefault& missing = column->when_missing;
+  return !value || (missing.also_when_empty && value->empty()) ? missing.text : *value;
+}
+
+SiteRecord with_defaults(SiteRecord site) {
+  for (const SiteColumn& column : kSiteColumns)
+    site.*column.member = session_text(site, column.member);
+  return site;
+}
+
+base::SiteConnection connection_of(const SiteRecord& site) {
+  base::SiteConnection connection;
+  for (const SiteColumn& column : kSiteColumns) {
+    if (column.taken_as) connection[*column.taken_as] = session_text(site, column.member);
+  }
+  connection[base::SiteConnection::kSiteId] = std::to_string(site.site_id);
+  return connection;
+}
 
 std::string title_of(const SiteRecord& site) {
   return site.name.value_or("") + " - " + site.identifier.value_or("");

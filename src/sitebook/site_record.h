@@ -3,11 +3,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/rows.h"
+#include "base/session_values.h"
 #include "jobs/index_line.h"
 
 namespace qvrcom::sitebook {
@@ -37,6 +39,15 @@ enum class SiteText {
   kNumber    // 0 to 9999
 };
 
+// What a site without an address has in the place of one.
+inline constexpr const char* kNoAddress = "255.255.255.255";
+
+// What a session takes of a column that is null, or, where that counts as missing as well, empty.
+struct SessionDefault {
+  const char* text = "";
+  bool also_when_empty = false;
+};
+
 // The columns that a person fills in, in their order on every view.
 struct SiteColumn {
   std::string_view key;     // command-line option, CSV header, JSON name
@@ -44,20 +55,68 @@ struct SiteColumn {
   std::string_view column;  // of the table Site
   base::Field SiteRecord::*member;
   SiteText text;
+  std::optional<base::SiteConnection::Field> taken_as = std::nullopt;  // in the session's site table
+  SessionDefault when_missing = {};
 };
 
 inline constexpr std::array<SiteColumn, 10> kSiteColumns{{
-    {"name", "Site name", "User_Defined_Site_Name", &SiteRecord::name, SiteText::kIndexed},
-    {"id", "Site identifier", "User_Defined_Site_ID", &SiteRecord::identifier, SiteText::kIndexed},
-    {"card-type", "Control card type", "ControlCardType", &SiteRecord::card_type, SiteText::kAny},
-    {"method", "Connection method", "ConnectMethodID", &SiteRecord::method, SiteText::kNumber},
-    {"lan", "LAN address", "IPLAN", &SiteRecord::lan, SiteText::kAddress},
-    {"modem", "Modem address", "IPMODEM", &SiteRecord::modem, SiteText::kAddress},
-    {"access-code", "Access code", "AccessCode", &SiteRecord::access_code, SiteText::kAny},
-    {"dialup", "Dial-up connection", "DialupConnection", &SiteRecord::dialup, SiteText::kIndexed},
-    {"number", "Number to dial", "NumberToDial", &SiteRecord::number, SiteText::kIndexed},
+    {"name", "Site name", "User_Defined_Site_Name", &SiteRecord::name, SiteText::kIndexed,
+     base::SiteConnection::kName},
+    {"id", "Site identifier", "User_Defined_Site_ID", &SiteRecord::identifier, SiteText::kIndexed,
+     base::SiteConnection::kUserSiteId},
+    {"card-type",
+     "Control card type",
+     "ControlCardType",
+     &SiteRecord::card_type,
+     SiteText::kAny,
+     std::nullopt,
+     {"NEW"}},
+    {"method",
+     "Connection method",
+     "ConnectMethodID",
+     &SiteRecord::method,
+     SiteText::kNumber,
+     base::SiteConnection::kConnectMethod,
+     {"0", true}},
+    {"lan",
+     "LAN address",
+     "IPLAN",
+     &SiteRecord::lan,
+     SiteText::kAddress,
+     base::SiteConnection::kLanAddress,
+     {kNoAddress, true}},
+    {"modem",
+     "Modem address",
+     "IPMODEM",
+     &SiteRecord::modem,
+     SiteText::kAddress,
+     base::SiteConnection::kModemAddress,
+     {"192.168.101.2", true}},
+    {"access-code", "Access code", "AccessCode", &SiteRecord::access_code, SiteText::kAny,
+     base::SiteConnection::kAccessCode},
+    {"dialup",
+     "Dial-up connection",
+     "DialupConnection",
+     &SiteRecord::dialup,
+     SiteText::kIndexed,
+     base::SiteConnection::kDialupConnection,
+     {"<No Connection Defined>"}},
+    {"number", "Number to dial", "NumberToDial", &SiteRecord::number, SiteText::kIndexed,
+     base::SiteConnection::kNumberToDial},
     {"firmware", "Firmware version", "FirmwareVersion", &SiteRecord::firmware, SiteText::kAny},
 }};
+
+// The site of a row of the table Site.
+SiteRecord site_of(const base::Row& row);
+
+// The site with the defaults of a session in the place of what is missing.
+SiteRecord with_defaults(SiteRecord site);
+
+// A column as a session takes it, with its default.
+std::string session_text(const SiteRecord& site, base::Field SiteRecord::*member);
+
+// The site as a session takes it over, with the defaults. What no column fills is empty.
+base::SiteConnection connection_of(const SiteRecord& site);
 
 // "name - identifier", the way a site stands in every list.
 std::string title_of(const SiteRecord& site);

@@ -10,7 +10,7 @@ namespace {
 
 using base::SiteConnection;
 
-// What Get_Site copies, and whether an empty field leaves the session value alone.
+// What a session takes over of a site, and whether an empty field leaves the session value alone.
 struct Copied {
   SiteConnection::Field field;
   std::string base::SiteValues::*value;
@@ -61,6 +61,13 @@ base::Rows SiteLookups::XMLToRS(std::string_view xml_text) const {
   return xml_rows_.load(xml_text);
 }
 
+void take_over(const SiteConnection& connection, base::SiteValues& site) {
+  for (const Copied& copied : kCopied) {
+    const std::string& text = connection[copied.field];
+    if (!copied.only_when_filled || !text.empty()) site.*copied.value = text;
+  }
+}
+
 // The component lives for this one question.
 base::Rows SiteLookups::ask(const char* component, const char* operation,
                             std::initializer_list<std::string> arguments) {
@@ -106,10 +113,7 @@ void SiteLookups::Get_Site(const std::string& device_id) {
   trap_("Get_Site", [&] {
     const SiteConnection* entry = find_site(site_.SiteConnections, device_id);
     if (entry == nullptr) return;
-    for (const Copied& copied : kCopied) {
-      const std::string& text = (*entry)[copied.field];
-      if (!copied.only_when_filled || !text.empty()) site_.*copied.value = text;
-    }
+    take_over(*entry, site_);
   });
 }
 

@@ -12,6 +12,10 @@
 
 namespace qvrcom::siterules {
 
+// Makes this site of the session's site table the site being worked on. An empty generation or firmware
+// version leaves the value alone.
+void take_over(const base::SiteConnection& connection, base::SiteValues& site);
+
 // Facts about site, user and configuration, put into the session's site values. Each lookup is trapped: after
 // a fault the values are what they were. A row without the fact gives its default, an answer without rows
 // leaves the value alone.

@@ -31,7 +31,7 @@ class SitePicker : public QWidget {
   // line.
   bool usable() const { return usable_; }
   // As a session takes it over; only while a site is chosen.
-  control::SiteRow row() const { return control::site_row(*site()); }
+  sitebook::SiteRecord row() const { return *site(); }
   // "name - identifier"
   std::string title() const { return sitebook::title_of(*site()); }
   int partition() const;

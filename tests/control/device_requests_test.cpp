@@ -42,13 +42,12 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
   void ShowStatistics(const std::string& file) override { shown.push_back(file); }
 
   SystemAnswer command(const char* name) {
-    order.site = site_row(record);
+    order.site = record;
     order.operation = name;
     return SystemRequest(parts).run(order);
   }
   RequestResult statistics(const char* name = operation::kRetrieveStatistics) {
-    return StatisticsRequest(parts, *this)
-        .run("NEW", {.site = site_row(record), .partition = 3, .operation = name});
+    return StatisticsRequest(parts, *this).run("NEW", {.site = record, .partition = 3, .operation = name});
   }
 
   session::DialogRun run;
@@ -173,28 +172,28 @@ TEST_F(DeviceRequests, RefuseBeforeAnythingIsSent) {
 
 TEST_F(DeviceRequests, FileTheSameLog) {
   device["same.log"] = "EAS";
-  const SameLogAnswer answer = SameLogRequest(parts).run(site_row(record));
+  const SameLogAnswer answer = SameLogRequest(parts).run(record);
   EXPECT_EQ(answer.result, RequestResult::kDone);
   EXPECT_EQ(run.files.content[answer.file], "SiteName,USA_Office\r\nUserSiteID,101\r\nEAS");
   run.scheduler.result_file = "error.sch";
-  const SameLogAnswer failed = SameLogRequest(parts).run(site_row(record));
+  const SameLogAnswer failed = SameLogRequest(parts).run(record);
   EXPECT_EQ(failed.result, RequestResult::kNotDone);
   EXPECT_EQ(failed.file, "");
 }
 
 TEST_F(DeviceRequests, ListTheMessagesOfAPartition) {
   device["msgindexP3.dat"] = std::string("\0\0\0\0\0\0\0\0\0\0\0\x0C\0\0\0\x50", 16);
-  const ViewAnswer answer = ViewRequest(parts).run(site_row(record), 3);
+  const ViewAnswer answer = ViewRequest(parts).run(record, 3);
   EXPECT_EQ(answer.result, RequestResult::kDone);
   EXPECT_THAT(answer.messages, ElementsAre("12"));
   run.scheduler.result_file = "error.sch";
-  const ViewAnswer failed = ViewRequest(parts).run(site_row(record), 3);
+  const ViewAnswer failed = ViewRequest(parts).run(record, 3);
   EXPECT_EQ(failed.result, RequestResult::kNotDone);
   EXPECT_THAT(failed.messages, IsEmpty());
 }
 
 TEST_F(DeviceRequests, TakeAllPartitionsOfOldFirmwareAlone) {
-  const AllPartitionsAnswer answer = AllPartitionsRequest(parts).run(site_row(record));
+  const AllPartitionsAnswer answer = AllPartitionsRequest(parts).run(record);
   EXPECT_EQ(answer.result, RequestResult::kDone);
   ASSERT_EQ(answer.files.size(), 64U);
   EXPECT_EQ(answer.files[1], (base::PartitionFile{2, "Stats2.csv"}));
@@ -202,13 +201,13 @@ TEST_F(DeviceRequests, TakeAllPartitionsOfOldFirmwareAlone) {
   run.engine.answers.clear();
   run.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
   run.channel.posts.clear();
-  EXPECT_EQ(AllPartitionsRequest(parts).run(site_row(record)).result, RequestResult::kNotDone);
+  EXPECT_EQ(AllPartitionsRequest(parts).run(record).result, RequestResult::kNotDone);
   EXPECT_EQ(run.requests(), "");
   EXPECT_THAT(run.ui.texts(), ElementsAre(StartsWith("No session is started: the site's firmware 6.62")));
-  EXPECT_EQ(AllPartitionsRequest(parts).run(site_row(record), true).files.size(), 64U);
+  EXPECT_EQ(AllPartitionsRequest(parts).run(record, true).files.size(), 64U);
   run.engine.answers.clear();
   run.ui.messages.clear();
-  EXPECT_EQ(AllPartitionsRequest(parts).run(site_row(record)).result, RequestResult::kNotDone);
+  EXPECT_EQ(AllPartitionsRequest(parts).run(record).result, RequestResult::kNotDone);
   EXPECT_THAT(run.ui.texts(),
               ElementsAre(StartsWith("Site : USA_Office\r\nFW Version : 0\r\nWarning: The ")));
 }

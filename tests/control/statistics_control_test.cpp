@@ -80,11 +80,11 @@ TEST_F(ControlTest, ListsSitesWithTheirDefaults) {
   start();
   EXPECT_THAT(site_entries, ElementsAre(ListEntry{"<Please select a site>", 0}, ListEntry{" - 5", 1},
                                         ListEntry{"Depot - ", 2}));
-  EXPECT_THAT(control.sites().row(0).columns,
-              ElementsAre("", "5", "NEW", "0", "255.255.255.255", "192.168.101.2", "", "",
-                          "<No Connection Defined>", ""));
-  EXPECT_THAT(control.sites().row(1).columns,
-              ElementsAre("Depot", "", "", "0", "255.255.255.255", "192.168.101.2", "", "", "", ""));
+  EXPECT_EQ(control.sites().row(0),
+            (sitebook::SiteRecord{1, "", "5", "NEW", "0", "255.255.255.255", "192.168.101.2", "",
+                                  "<No Connection Defined>", "", ""}));
+  EXPECT_EQ(control.sites().row(1), (sitebook::SiteRecord{2, "Depot", "", "", "0", "255.255.255.255",
+                                                          "192.168.101.2", "", "", "", ""}));
   ASSERT_EQ(partition_entries.size(), 64U);
   EXPECT_EQ(partition_entries[63], (ListEntry{"Partition 64", 64}));
   control.select_partition(9);
