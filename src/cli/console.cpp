@@ -96,4 +96,10 @@ bool Console::flush() {
   return out_.good();
 }
 
+bool Console::deliver() {
+  if (flush()) return true;
+  tell("Cannot write", "Standard output did not take all of the data.");
+  return false;
+}
+
 }  // namespace qvrcom::cli

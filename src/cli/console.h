@@ -54,6 +54,9 @@ class Console {
   // False when data could not be written: a full disk, a reader that went away.
   bool flush();
 
+  // The same at the end of all data, and tells it.
+  bool deliver();
+
  private:
   std::ostream& out_;
   std::ostream& err_;

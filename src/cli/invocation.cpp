@@ -1,13 +1,12 @@
 #include "cli/invocation.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <map>
 
 #include "base/fault.h"
+#include "cli/arguments.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
-#include "cli/printable.h"
 #include "control/job_upkeep.h"
 #include "control/late_results_request.h"
 
@@ -19,23 +18,12 @@ const std::map<std::string, platform::Button> kAnswers{{"yes", platform::Button:
                                                        {"ok", platform::Button::kOk},
                                                        {"cancel", platform::Button::kCancel}};
 
-const base::Fault kNotWritten("Cannot write", "Standard output did not take all of the data.");
-
 void add_global_options(CLI::App& app, Invocation& invocation, const std::string& version) {
   app.set_version_flag("--version", "qvrcomctl " + version);
   app.add_option_function<std::string>(
          "--answer", [&invocation](const std::string& word) { invocation.answer = kAnswers.at(word); },
          "Answer of message boxes that ask: yes, no, ok or cancel")
       ->check(CLI::IsMember({"yes", "no", "ok", "cancel"}));
-}
-
-// A word that is no command is named, rather than the command that is missing in its place.
-std::string usage_message(const CLI::App* app, const CLI::Error& error) {
-  std::string reason = error.what();
-  const auto unknown = app->remaining(true);
-  if (error.get_name() == "RequiredError" && !unknown.empty())
-    reason = "There is no command \"" + printable(unknown.front()) + "\"";
-  return reason + "\nRun with --help for more information.\n";
 }
 
 }  // namespace
@@ -46,22 +34,13 @@ Invocation read_command_line(std::vector<std::string> arguments, const std::stri
   CLI::App app("QVRCOM+ from a shell or a script.", "qvrcomctl");
   app.require_subcommand(1);
   app.fallthrough();
-  app.failure_message(usage_message);
   add_global_options(app, invocation, version);
   for (const auto add : {add_setup_commands, add_sites_commands, add_stats_commands, add_system_commands,
                          add_same_log_commands, add_view_command, add_jobs_commands, add_scheduler_commands})
     add(app, invocation);
-  std::reverse(arguments.begin(), arguments.end());  // the order in which the parser takes them
-  try {
-    app.parse(std::move(arguments));
-  } catch (const CLI::ParseError& error) {
+  if (const auto end = read_arguments(app, std::move(arguments), out, err)) {
     invocation.command = nullptr;
-    invocation.exit_code = app.exit(error, out, err) == 0 ? ExitCode::kDone : ExitCode::kUsage;
-    Console console(out, err, false);
-    if (!console.flush()) {
-      console.tell(kNotWritten.description(), kNotWritten.detail());
-      invocation.exit_code = ExitCode::kFailed;
-    }
+    invocation.exit_code = *end;
   }
   return invocation;
 }
@@ -92,8 +71,7 @@ ExitCode run(const Invocation& invocation, CommandContext& context) {
     }
     if (invocation.needs_set_up) look_after_jobs(invocation, context);
     const ExitCode code = invocation.command(context);
-    if (context.console.flush()) return code;
-    throw kNotWritten;
+    if (context.console.deliver()) return code;
   } catch (const base::Fault& fault) {
     context.console.tell(fault.description(), fault.detail());
   } catch (const std::exception& error) {

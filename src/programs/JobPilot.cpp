@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QCommandLineParser>
+#include <CLI/CLI.hpp>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QSocketNotifier>
@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
 
 #include "adapters/device_connection_curl.h"
 #include "adapters/dialer_process.h"
@@ -23,6 +24,7 @@
 #include "adapters/scheduler_control_local.h"
 #include "adapters/terminal_relay_local.h"
 #include "base/fault.h"
+#include "cli/arguments.h"
 #include "environment/names.h"
 #include "programs/host.h"
 #include "scheduler/scheduler_engine.h"
@@ -238,25 +240,25 @@ int run() {
   std::_Exit(code);
 }
 
-void read_arguments(const QCoreApplication& application) {
-  QCommandLineParser parser;
-  parser.setApplicationDescription(
-      "Runs the jobs of \"index.sch\" against their devices. It has no window and "
-      "stays until it is stopped:\n\"qvrcomctl scheduler stop\", SIGTERM or Ctrl-C.");
-  parser.addHelpOption();
-  parser.addVersionOption();
-  parser.process(application);
+std::optional<cli::ExitCode> read_arguments(std::vector<std::string> arguments) {
+  CLI::App app(
+      "Runs the jobs of \"index.sch\" against their devices. It has no window and stays until it is "
+      "stopped:\n"
+      "\"qvrcomctl scheduler stop\", SIGTERM or Ctrl-C.",
+      "JobPilot");
+  app.set_version_flag("-v,--version", "JobPilot " QVRCOM_VERSION);
+  return cli::read_arguments(app, std::move(arguments), std::cout, std::cerr);
 }
 
 }  // namespace
 
 int main(int argument_count, char** arguments) {
   ::umask(0077);
+  if (const auto end = read_arguments({arguments + 1, arguments + argument_count}))
+    return static_cast<int>(*end);
   leave_the_starter();
   keep_memory_private();
   QCoreApplication application(argument_count, arguments);
-  QCoreApplication::setApplicationVersion(QVRCOM_VERSION);
-  read_arguments(application);
   if (::pipe2(signal_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return kRefused;
   try {
     return run();

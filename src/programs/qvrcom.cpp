@@ -1,11 +1,13 @@
+#include <CLI/CLI.hpp>
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QThread>
 #include <QTimer>
 #include <cstdio>
+#include <iostream>
 
 #include "base/fault.h"
+#include "cli/arguments.h"
 #include "control/job_upkeep.h"
 #include "control/late_results_request.h"
 #include "programs/statistics_windows.h"
@@ -26,9 +28,15 @@ namespace {
 
 using namespace qvrcom;
 
-enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2, kNotSetUp = 3 };
+enum ExitCode { kDone = 0, kFailed = 1, kNotSetUp = 3 };
 
 constexpr int kPictureLimit = 30'000;  // milliseconds for a file to be read
+
+// Native paths; empty where none was given.
+struct Arguments {
+  std::string picture;
+  std::string csv;
+};
 
 int complain(const std::string& text, ExitCode code) {
   std::fprintf(stderr, "%s\n", text.c_str());
@@ -36,12 +44,11 @@ int complain(const std::string& text, ExitCode code) {
 }
 
 // Draws the viewer with a file into a picture, as it would stand on the screen.
-int write_picture(const QString& csv_file, const QString& picture) {
+int write_picture(const Arguments& given) {
   const adapters::ByteSourcesPosix sources;
   const adapters::FilesPosix files;
-  const std::string csv_path = files.from_native(ui::utf8(csv_file));
-  if (!files.file_exists(csv_path))
-    return complain("There is no file \"" + ui::utf8(csv_file) + "\".", kFailed);
+  const std::string csv_path = files.from_native(given.csv);
+  if (!files.file_exists(csv_path)) return complain("There is no file \"" + given.csv + "\".", kFailed);
   ui::VisualComponents components;
   ui::ucStats* grid = nullptr;
   components.add(ui::ucStats::kComponentName, [&](QWidget* parent) {
@@ -57,8 +64,8 @@ int write_picture(const QString& csv_file, const QString& picture) {
     QCoreApplication::processEvents();
     QThread::msleep(5);
   } while (grid->busy() && taken.elapsed() < kPictureLimit);
-  if (!viewer.grab().save(picture))
-    return complain("The picture \"" + ui::utf8(picture) + "\" cannot be written.", kFailed);
+  if (!viewer.grab().save(QString::fromStdString(given.picture)))
+    return complain("The picture \"" + given.picture + "\" cannot be written.", kFailed);
   return kDone;
 }
 
@@ -132,49 +139,41 @@ int run_desktop() {
   return QApplication::exec();
 }
 
-// A picture, help and version need no screen.
-void choose_platform(const QStringList& arguments) {
-  for (const char* option : {"--picture", "--help", "-h", "--version", "-v"}) {
-    for (const QString& argument : arguments) {
-      const bool same = argument == QLatin1String(option) || argument.startsWith(QLatin1String("--picture="));
-      if (same) qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
+int run(const Arguments& given) {
+  int code = kNotSetUp;
+  if (given.picture.empty()) {
+    ui::MessageBoxes boxes;
+    ui::attempt(boxes, "QVRCOM+ cannot be used on this PC.", [&] { code = run_desktop(); });
+    return code;
   }
+  if (const auto fault = ui::fault_of([&] { code = write_picture(given); }))
+    return complain(ui::sentence_of(*fault), kFailed);
+  return code;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  choose_platform(QStringList(argv + 1, argv + argc));
+  Arguments given;
+  CLI::App app("The desktop of QVRCOM+.", "qvrcom");
+  app.set_version_flag("-v,--version", "qvrcom " QVRCOM_VERSION);
+  CLI::Option* picture =
+      app.add_option("--picture", given.picture, "Write a picture (PNG) of the statistics viewer and end.")
+          ->type_name("FILE");
+  CLI::Option* view =
+      app.add_option("--view", given.csv, "The statistics file that the picture shows.")->type_name("CSV");
+  picture->needs(view);
+  view->needs(picture);
+  const auto read = [&] { return cli::read_arguments(app, {argv + 1, argv + argc}, std::cout, std::cerr); };
+
+  // Two readings: the toolkit takes what is its own out of the arguments when the screen is opened, which
+  // help, version and a picture do without. What is left over then is nobody's.
+  app.allow_extras();
+  if (const auto end = read()) return static_cast<int>(*end);
+  if (!given.picture.empty()) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("qvrcom"));
-  QApplication::setApplicationVersion(QStringLiteral(QVRCOM_VERSION));
-
-  QCommandLineParser parser;
-  parser.setApplicationDescription(QStringLiteral("The desktop of QVRCOM+."));
-  parser.addHelpOption();
-  parser.addVersionOption();
-  const QCommandLineOption picture(QStringLiteral("picture"),
-                                   QStringLiteral("Write a picture (PNG) of the statistics viewer and end."),
-                                   QStringLiteral("FILE"));
-  const QCommandLineOption view(QStringLiteral("view"),
-                                QStringLiteral("The statistics file that the picture shows."),
-                                QStringLiteral("CSV"));
-  parser.addOptions({picture, view});
-  parser.process(application);
-  if (parser.isSet(picture) != parser.isSet(view) || !parser.positionalArguments().isEmpty())
-    return complain("Usage: qvrcom [--picture FILE --view CSV]", kWrongUsage);
-
-  int code = kNotSetUp;
-  ui::MessageBoxes boxes;
-  const bool picture_only = parser.isSet(picture);
-  const auto run = [&] {
-    code = picture_only ? write_picture(parser.value(view), parser.value(picture)) : run_desktop();
-  };
-  if (picture_only) {
-    if (const auto fault = ui::fault_of(run)) return complain(ui::sentence_of(*fault), kFailed);
-  } else {
-    ui::attempt(boxes, "QVRCOM+ cannot be used on this PC.", run);
-  }
-  return code;
+  app.allow_extras(false);
+  if (const auto end = read()) return static_cast<int>(*end);
+  return run(given);
 }

@@ -112,11 +112,14 @@ class SystemTest(unittest.TestCase):
         self.assertIn(PASSWORD, file.read_text())
         self.assertEqual(file.stat().st_mode & 0o077, 0)
         with open("/dev/full", "wb") as full:
-            for arguments in (command, [BIN / "qvrcomctl", "--version"]):
+            for arguments in (command, [BIN / "qvrcom", "--help"], [BIN / "JobPilot", "--version"]):
                 failed = subprocess.run(arguments, env=self.place.environment, stdout=full, stderr=subprocess.PIPE,
                                         check=False, timeout=PATIENCE)
                 self.assertEqual(failed.returncode, 1)
                 self.assertIn(b"did not take", failed.stderr)
+                wrong = subprocess.run([arguments[0], "--bogus"], env=self.place.environment, stderr=subprocess.PIPE,
+                                       check=False, timeout=PATIENCE)
+                self.assertEqual((wrong.returncode, b"--bogus" in wrong.stderr), (2, True))
 
     def test_telnet_through_a_pipe(self):
         for leaving in ("exit\n", ""):  # the device hangs up; the input just ends
