@@ -89,6 +89,9 @@ struct ColumnOptions {
     const auto given = columns.find(std::string(kAccessCode));
     return given != columns.end() && given->second == "-";
   }
+  bool gives(const std::string& column) const {
+    return columns.contains(column) || (column == kAccessCode && !access_code_file.empty());
+  }
   bool empty() const { return columns.empty() && access_code_file.empty() && unset.empty(); }
 };
 
@@ -240,6 +243,11 @@ void add_edit(CLI::App& sites, Invocation& invocation) {
       ->check(CLI::IsMember(keys));
   command->callback([options, &invocation] {
     if (options->empty()) throw CLI::ValidationError("sites edit", "no column is given");
+    for (const std::string& key : options->unset) {
+      if (options->gives(key))
+        throw CLI::ValidationError("--unset " + key,
+                                   "The column is given a text, too. Leave out one of the two");
+    }
     invocation.command = [options](CommandContext& context) { return edit(context, *options); };
   });
 }
