@@ -18,11 +18,22 @@ std::string usage_message(const CLI::App* app, const CLI::Error& error) {
   return reason + "\nRun with --help for more information.\n";
 }
 
+// "--option=" is an option with an empty value; the parser would take the argument behind it for its value.
+void part_empty_values(std::vector<std::string>& arguments) {
+  for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
+    std::string& argument = arguments[i];
+    if (!argument.starts_with("--") || argument.find('=') != argument.size() - 1) continue;
+    argument.pop_back();
+    arguments.emplace(arguments.begin() + static_cast<std::ptrdiff_t>(++i));
+  }
+}
+
 }  // namespace
 
 std::optional<ExitCode> read_arguments(CLI::App& app, std::vector<std::string> arguments, std::ostream& out,
                                        std::ostream& err) {
   app.failure_message(usage_message);
+  part_empty_values(arguments);
   std::reverse(arguments.begin(), arguments.end());  // the order in which the parser takes them
   try {
     app.parse(std::move(arguments));
@@ -31,6 +42,10 @@ std::optional<ExitCode> read_arguments(CLI::App& app, std::vector<std::string> a
     return Console(out, err, false).deliver() ? code : ExitCode::kFailed;
   }
   return std::nullopt;
+}
+
+void refuse_empty(CLI::Option& option, const char* reason) {
+  option.check([reason](const std::string& value) { return std::string(value.empty() ? reason : ""); });
 }
 
 }  // namespace qvrcom::cli

@@ -3,6 +3,7 @@
 
 #include "base/fault.h"
 #include "base/text.h"
+#include "cli/arguments.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
@@ -13,6 +14,7 @@
 namespace qvrcom::cli {
 namespace {
 
+constexpr const char* kNamesNoJob = "An empty text names no job";
 constexpr std::size_t kExtension = 4;  // ".sch"
 
 std::string list_name(const std::string& file) {
@@ -206,7 +208,9 @@ void add_jobs_commands(CLI::App& app, Invocation& invocation) {
       invocation.tells_late_results = false;
       invocation.command = [names, run](CommandContext& context) { return run(context, *names); };
     });
-    return command->add_option("JOB", *names, "A job's name; may repeat");
+    CLI::Option* option = command->add_option("JOB", *names, "A job's name; may repeat");
+    refuse_empty(*option, kNamesNoJob);
+    return option;
   };
   add_with_names("process", "Take over what finished jobs have fetched; without names, of all", process);
   add_with_names("remove", "Remove the folder of a job that has ended", remove)->required();
@@ -218,7 +222,7 @@ void add_jobs_commands(CLI::App& app, Invocation& invocation) {
 
   auto job = std::make_shared<std::string>();
   CLI::App* stop_command = jobs->add_subcommand("stop", "End a job's session, or keep it from being run");
-  stop_command->add_option("JOB", *job, "The job's name")->required();
+  refuse_empty(*stop_command->add_option("JOB", *job, "The job's name")->required(), kNamesNoJob);
   stop_command->callback([job, &invocation] {
     invocation.command = [job](CommandContext& context) { return stop(context, *job); };
   });

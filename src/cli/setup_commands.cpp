@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <utility>
 
+#include "cli/arguments.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
@@ -65,9 +66,8 @@ void add_setup_commands(CLI::App& app, Invocation& invocation) {
   CLI::App* setup = app.add_subcommand("setup", "Make folders, configuration, database and seed rows");
   CLI::Option* sample =
       setup->add_flag("--sample", options->sample, "Also add the site \"USA_Office - 101\"");
-  setup->add_option("--sample-address", options->address, "Its LAN address")
-      ->capture_default_str()
-      ->needs(sample);
+  CLI::Option* address = setup->add_option("--sample-address", options->address, "Its LAN address");
+  refuse_empty(*address->capture_default_str()->needs(sample), "An empty text is no address");
   setup->add_option("--sample-access-code", options->access_code, "Its access code")
       ->capture_default_str()
       ->needs(sample);

@@ -6,6 +6,7 @@
 
 #include "base/fault.h"
 #include "base/text.h"
+#include "cli/arguments.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
 #include "cli/hidden_input.h"
@@ -207,9 +208,10 @@ std::shared_ptr<ColumnOptions> add_column_options(CLI::App& command) {
         help_of(column));
     if (key == kAccessCode) code = option;
   }
-  command
-      .add_option("--access-code-file", options->access_code_file, "File whose first line is the access code")
-      ->excludes(code);
+  CLI::Option* file = command.add_option("--access-code-file", options->access_code_file,
+                                         "File whose first line is the access code");
+  file->excludes(code);
+  refuse_empty(*file, kNamesNoFile);
   return options;
 }
 
@@ -269,7 +271,9 @@ struct FileCommand {
 FileCommand add_file_command(CLI::App& sites, Invocation& invocation, const char* name, const char* help,
                              ExitCode (*run_on)(CommandContext&, const FileOptions&)) {
   const FileCommand added{sites.add_subcommand(name, help), std::make_shared<FileOptions>()};
-  added.app->add_option("FILE", added.options->path, "A CSV file; - is standard input or output")->required();
+  CLI::Option* file =
+      added.app->add_option("FILE", added.options->path, "A CSV file; - is standard input or output");
+  refuse_empty(*file->required(), kNamesNoFile);
   added.app->callback([options = added.options, run_on, &invocation] {
     invocation.command = [options, run_on](CommandContext& context) { return run_on(context, *options); };
   });

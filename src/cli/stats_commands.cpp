@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 
 #include "base/fault.h"
+#include "cli/arguments.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
 #include "cli/csv_view.h"
@@ -158,8 +159,10 @@ ExitCode show(CommandContext& context, const ShowOptions& options) {
 void add_show(CLI::App& stats, Invocation& invocation) {
   CLI::App* command = stats.add_subcommand("show", "Write the tables of a statistics file");
   const auto options = std::make_shared<ShowOptions>();
-  command->add_option("FILE", options->path, "A CSV file")->required();
-  command->add_option("--table", options->table, "One table alone: its name, or its number from 1");
+  refuse_empty(*command->add_option("FILE", options->path, "A CSV file")->required(), kNamesNoFile);
+  CLI::Option* table =
+      command->add_option("--table", options->table, "One table alone: its name, or its number from 1");
+  refuse_empty(*table, "An empty text names no table. Leave the option out for all of them");
   command->add_flag("--json", options->json, "As a JSON object");
   command->callback([options, &invocation] {
     invocation.needs_set_up = false;

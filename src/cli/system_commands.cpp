@@ -2,6 +2,7 @@
 #include <QDate>
 #include <QTime>
 
+#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/invocation.h"
 #include "cli/json_text.h"
@@ -204,6 +205,7 @@ void add_log(CLI::App& system, Invocation& invocation) {
   CLI::Option* reset = command->add_flag("--reset", options->reset, "Start it anew afterwards");
   CLI::Option* output =
       command->add_option("--output", options->output, "Write it to FILE, as it came")->type_name("FILE");
+  refuse_empty(*output, kNamesNoFile);
   command->add_flag("--reset-only", options->reset_only, "Start it anew without fetching it")
       ->excludes(reset)
       ->excludes(output);
@@ -233,7 +235,7 @@ void add_partition(CLI::App& system, Invocation& invocation) {
 
 void add_send(CLI::App& system, Invocation& invocation, const char* name, const char* about, Run run) {
   const auto [command, options] = add_command(system, invocation, name, about, run);
-  command->add_option("FILE", options->file, "The file to send")->required();
+  refuse_empty(*command->add_option("FILE", options->file, "The file to send")->required(), kNamesNoFile);
   command->add_flag("--force", options->force, "Send an empty file, too");
 }
 

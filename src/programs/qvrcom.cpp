@@ -164,6 +164,8 @@ int main(int argc, char** argv) {
       app.add_option("--view", given.csv, "The statistics file that the picture shows.")->type_name("CSV");
   picture->needs(view);
   view->needs(picture);
+  for (CLI::Option* option : {picture, view})
+    cli::refuse_empty(*option, cli::kNamesNoFile);
   const auto read = [&] { return cli::read_arguments(app, {argv + 1, argv + argc}, std::cout, std::cerr); };
 
   // Two readings: the toolkit takes what is its own out of the arguments when the screen is opened, which
