@@ -19,15 +19,33 @@ struct Collector {
   void end_record() {}
 };
 
+struct NoSink {
+  void begin_record(std::uint64_t) {}
+  void content(std::string_view) {}
+  void end_field() {}
+  void end_record() {}
+};
+
+std::string_view without_mark(std::string_view text) {
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  return text;
+}
+
 }  // namespace
 
 std::vector<Record> parse_csv(std::string_view text) {
-  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   Collector collector;
   RecordScanner scanner(collector);
-  scanner.feed(text);
+  scanner.feed(without_mark(text));
   scanner.finish();
   return std::move(collector.records);
+}
+
+bool ends_in_quotes(std::string_view text) {
+  NoSink none;
+  RecordScanner scanner(none);
+  scanner.feed(without_mark(text));
+  return scanner.finish();
 }
 
 std::string quote_csv(std::string_view field) {

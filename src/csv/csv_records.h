@@ -14,6 +14,10 @@ using Record = std::vector<std::string>;
 // Never fails: records may differ in length, an empty line is a record of one empty field.
 std::vector<Record> parse_csv(std::string_view text);
 
+// Whether the text ends inside a quotation mark that was never closed: it was cut, or its last record holds
+// what should have been records of their own.
+bool ends_in_quotes(std::string_view text);
+
 // The field as it stands in a CSV file: in quotation marks, inner ones doubled, when it holds a separator, a
 // quotation mark or a line end, or starts or ends with a blank; unchanged otherwise.
 std::string quote_csv(std::string_view field);

@@ -12,6 +12,8 @@ namespace qvrcom::sitebook {
 namespace {
 
 constexpr std::string_view kKeyHeader = "site-id";
+constexpr const char* kNeverClosed =
+    "A quotation mark of this row is never closed: the file was cut, or the mark is one too many.";
 
 // How many text lines a record takes: one, and one more for every line end inside its fields.
 std::size_t lines_in(const csv::Record& record) {
@@ -97,10 +99,12 @@ class Import {
     const Header header = read_header(records[0]);
     for (const std::string& problem : header.problems)
       result.problems.push_back({1, problem});
-    std::size_t line = 1 + lines_in(records[0]);
-    for (std::size_t i = 1; i < records.size() && header.problems.empty(); line += lines_in(records[i++])) {
-      if (!is_blank(records[i])) take(records[i], header, line);
+    const std::size_t whole = records.size() - (csv::ends_in_quotes(text) ? 1 : 0);
+    std::size_t line = 1;
+    for (std::size_t i = 0; i < whole; line += lines_in(records[i++])) {
+      if (i > 0 && header.problems.empty() && !is_blank(records[i])) take(records[i], header, line);
     }
+    if (whole < records.size()) result.problems.push_back({line, kNeverClosed});
     if (!result.problems.empty()) return {};
     for (const SiteRecord& site : sites_)
       ++(site.site_id == 0 ? result.added : result.changed);

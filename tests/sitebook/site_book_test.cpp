@@ -194,6 +194,8 @@ TEST_F(SiteBookTest, ImportsAllRowsOrNone) {
       {"id,name\n\n1,A\n1,B\n", 4, "Site identifier \"1\" belongs to line 3."},
       {"name,id\nA,1\n,\n", 3, "A site needs a name or an identifier."},
       {"site-id,number\n1,5\n1,6\n", 3, "The row is about the site of line 2."},
+      {"id,name\n1,A\n2,\"B\n3,C\n", 3,
+       "A quotation mark of this row is never closed: the file was cut, or the mark is one too many."},
       {"name,method\nA,0\nB,LAN\n", 3, "Connection method is no number between 0 and 9999."},
   };
   for (const Case& one : cases) {
