@@ -19,6 +19,14 @@
 namespace qvrcom::cli {
 namespace {
 
+constexpr int kWriterTime = 3;  // seconds for somebody to open a pipe that is to be written to
+constexpr int kSilentWaits =
+    20;  // as often, for one who has and writes nothing: a person may have to be asked
+
+std::string seconds_text(int seconds) {
+  return std::to_string(seconds) + " seconds";
+}
+
 // A plain file or a pipe, open for reading.
 class Source {
  public:
@@ -39,24 +47,32 @@ class Source {
     std::string bytes;
     std::array<char, 65536> block{};
     while (bytes.size() < limit) {
-      const ssize_t got = ::read(file_, block.data(), std::min(block.size(), limit - bytes.size()));
+      const std::size_t got = read_some(block.data(), std::min(block.size(), limit - bytes.size()));
       if (got == 0) break;
-      if (got < 0) {
-        wait_or_fail();
-        continue;
-      }
-      bytes.append(block.data(), static_cast<std::size_t>(got));
+      bytes.append(block.data(), got);
       if (one_line && bytes.find('\n') != std::string::npos) break;
     }
     return bytes;
   }
 
  private:
-  // A pipe is waited for while it has a writer.
-  void wait_or_fail() {
-    pollfd readable{file_, POLLIN, 0};
-    if (errno == EAGAIN && ::poll(&readable, 1, -1) > 0) return;
-    if (errno != EINTR) fail_reading();
+  // 0 at the end. A pipe that nobody has opened yet says that it is at its end, too, but is not ready.
+  std::size_t read_some(char* into, std::size_t size) {
+    for (int waits = 0;;) {
+      pollfd readable{file_, POLLIN, 0};
+      const int ready = ::poll(&readable, 1, kWriterTime * 1000);
+      const ssize_t got = ready < 0 ? -1 : ::read(file_, into, size);
+      if (got > 0 || (got == 0 && ready > 0)) return static_cast<std::size_t>(got);
+      if (got == 0) fail_waiting("nobody has opened the pipe to write to it in " + seconds_text(kWriterTime));
+      if (errno == EAGAIN && ++waits == kSilentWaits)
+        fail_waiting("nothing has come out of the pipe for " + seconds_text(kWriterTime * kSilentWaits));
+      if (errno != EAGAIN && errno != EINTR) fail_reading();
+    }
+  }
+
+  [[noreturn]] void fail_waiting(const std::string& what) const {
+    throw base::Fault("Cannot read",
+                      "\"" + path_ + "\": " + what + ". Start what writes to it, then try again.");
   }
 
   [[noreturn]] void fail_reading() {

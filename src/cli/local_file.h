@@ -8,8 +8,9 @@
 // Files that the user named on the command line, by native path, and streams that stand for them.
 namespace qvrcom::cli {
 
-// The whole file, at most platform::Files::kReadLimit bytes. A pipe is read to its end; one that nobody
-// writes to is empty. Fault when it cannot be read, and for devices, which may have no end.
+// The whole file, at most platform::Files::kReadLimit bytes. A pipe is read to its end, and its writer may
+// come some seconds later. Fault when it cannot be read, for a pipe that nobody writes to or whose writer
+// falls silent for a minute, and for devices, which may have no end.
 std::string read_local_file(const std::string& path);
 
 // The first line without its end, cut after `limit` bytes; what follows is left unread. As read_local_file().
