@@ -1,7 +1,5 @@
 #include "cli/csv_view.h"
 
-#include <algorithm>
-
 #include "base/fault.h"
 #include "cli/json_text.h"
 #include "cli/printable.h"
@@ -116,21 +114,26 @@ void write_csv_json(csv::CsvFile& file, const csv::Table* chosen, const std::str
   out << '\n';
 }
 
-const csv::Table& find_table(const csv::CsvFile& file, const std::string& name) {
+FoundTable find_table(const csv::CsvFile& file, const std::string& name) {
   const std::vector<csv::Table>& tables = file.tables();
   const std::string wanted = csv::fold_case(name);
-  const auto found = std::find_if(tables.begin(), tables.end(), [&](const csv::Table& table) {
-    return csv::fold_case(table.name) == wanted;
-  });
-  if (found != tables.end()) return *found;
+  const csv::Table* named = nullptr;
+  const csv::Table* numbered = nullptr;
   std::string known;
   for (std::size_t i = 0; i < tables.size(); ++i) {
     const std::string number = std::to_string(i + 1);
-    if (number == name) return tables[i];
+    if (csv::fold_case(tables[i].name) == wanted) named = &tables[i];
+    if (number == name) numbered = &tables[i];
     known += "\n" + number + "  " + tables[i].name;
   }
+  if (named != nullptr && numbered != nullptr && named != numbered)
+    return {*named, "This is the table with the name \"" + name + "\". The table with this number is \"" +
+                        numbered->name + "\"."};
+  if (named != nullptr) return {*named, {}};
+  if (numbered != nullptr) return {*numbered, {}};
   throw base::Fault("The file has no table \"" + name + "\".",
-                    known.empty() ? "It has none at all." : "It has:" + known);
+                    known.empty() ? "It has none at all."
+                                  : "It has, by number and by name, which goes before a number:" + known);
 }
 
 }  // namespace qvrcom::cli

@@ -16,8 +16,13 @@ void write_csv_text(csv::CsvFile& file, const csv::Table* chosen, std::ostream& 
 // docs/command-line.md tells the shape. Each row stands on a line of its own.
 void write_csv_json(csv::CsvFile& file, const csv::Table* chosen, const std::string& path, std::ostream& out);
 
-// The table of that name, without regard to case, or else of that number from 1. Fault, which lists the
-// tables there are, when there is no such table.
-const csv::Table& find_table(const csv::CsvFile& file, const std::string& name);
+struct FoundTable {
+  const csv::Table& table;
+  std::string remark;  // a sentence about another table that the name could mean; "" when there is none
+};
+
+// The table of that name, without regard to case, or else of that number from 1: so each table has a name
+// that it is sure to be found by. Fault, which lists the tables there are, when there is no such table.
+FoundTable find_table(const csv::CsvFile& file, const std::string& name);
 
 }  // namespace qvrcom::cli

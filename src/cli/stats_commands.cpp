@@ -146,7 +146,12 @@ ExitCode show(CommandContext& context, const ShowOptions& options) {
   csv::CsvFile file(context.byte_sources.open(context.files.from_native(options.path)));
   file.index().index_all();
   file.find_tables();
-  const csv::Table* chosen = options.table.empty() ? nullptr : &find_table(file, options.table);
+  const csv::Table* chosen = nullptr;
+  if (!options.table.empty()) {
+    const FoundTable found = find_table(file, options.table);
+    if (!found.remark.empty()) context.console.tell(found.remark, "A name goes before a number.");
+    chosen = &found.table;
+  }
   if (options.json) {
     write_csv_json(file, chosen, options.path, context.console.out());
   } else {
@@ -161,7 +166,8 @@ void add_show(CLI::App& stats, Invocation& invocation) {
   const auto options = std::make_shared<ShowOptions>();
   refuse_empty(*command->add_option("FILE", options->path, "A CSV file")->required(), kNamesNoFile);
   CLI::Option* table =
-      command->add_option("--table", options->table, "One table alone: its name, or its number from 1");
+      command->add_option("--table", options->table,
+                          "One table alone: its name or, when no table is called so, its number from 1");
   refuse_empty(*table, "An empty text names no table. Leave the option out for all of them");
   command->add_flag("--json", options->json, "As a JSON object");
   command->callback([options, &invocation] {

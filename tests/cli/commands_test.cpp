@@ -264,7 +264,11 @@ TEST_F(CommandsTest, EachTableIsShownUnderItsOwnHeaderAndDamageIsTold) {
     EXPECT_EQ(json()["rows"].toArray(), (QJsonArray{QJsonArray{"Line", "Calls"}, QJsonArray{"1", "2"}}));
   }
   EXPECT_EQ(run({"stats", "show", "--table", "3", run.path("x.csv")}), 1);
-  EXPECT_THAT(run.err, HasSubstr("has no table \"3\".\n  It has:\n  1  Line\n  2  Often used\n"));
+  EXPECT_THAT(run.err, HasSubstr("goes before a number:\n  1  Line\n  2  Often used\n"));
+  write("named.csv", "Line,Calls\n1,2\n\n1\nNode,Name,Hits\nM,x,3\n");
+  EXPECT_EQ(run({"stats", "show", "--table", "1", run.path("named.csv")}), 0);
+  EXPECT_THAT(run.out, HasSubstr("Hits"));
+  EXPECT_THAT(run.err, HasSubstr("The table with this number is \"Line\"."));
 }
 
 TEST_F(CommandsTest, JobsOfAllListsStandSideBySide) {
