@@ -15,6 +15,7 @@ namespace qvrcom::cli {
 namespace {
 
 constexpr const char* kNamesNoJob = "An empty text names no job";
+constexpr std::size_t kProblemsTold = 20;
 constexpr std::size_t kExtension = 4;  // ".sch"
 
 std::string list_name(const std::string& file) {
@@ -91,6 +92,19 @@ std::vector<results::BoardJob> chosen_jobs(std::vector<results::BoardJob> jobs,
   return chosen;
 }
 
+// The first of them, and how many more there are.
+void tell_problems(const std::vector<results::BoardProblem>& problems, Console& console) {
+  const std::size_t told = std::min(problems.size(), kProblemsTold);
+  for (std::size_t i = 0; i < told; ++i) {
+    const results::BoardProblem& problem = problems[i];
+    console.tell(problem.file + ", line " + std::to_string(problem.line) + ": " + problem.reason,
+                 problem.text);
+  }
+  if (told < problems.size())
+    console.tell("... and " + std::to_string(problems.size() - told) + " more.",
+                 "\"qvrcomctl jobs list --json\" tells all of them.");
+}
+
 ExitCode list(CommandContext& context, bool as_json) {
   const results::Board board = context.jobs.read();
   if (as_json) {
@@ -98,9 +112,7 @@ ExitCode list(CommandContext& context, bool as_json) {
     return ExitCode::kDone;
   }
   board_table(board, context.console.out());
-  for (const results::BoardProblem& problem : board.problems)
-    context.console.tell(problem.file + ", line " + std::to_string(problem.line) + ": " + problem.reason,
-                         problem.text);
+  tell_problems(board.problems, context.console);
   return ExitCode::kDone;
 }
 

@@ -276,11 +276,15 @@ TEST_F(CommandsTest, JobsOfAllListsStandSideBySide) {
   const std::string line =
       "46341.5;15/11/2026 12:00:00^Retrieve Statistics for Partition 3^Berne^7^46341.5^^^1^;"
       "\\s\\Nov1526120000001\\Nov1526120000001.scr;\r\n";
-  std::ofstream(scheduler + "index.sch") << line << "damaged \x1b\r\n";
+  std::string damaged = "damaged \x1b\r\n";
+  for (int i = 0; i < 21; ++i)
+    damaged += "x\r\n";
+  std::ofstream(scheduler + "index.sch") << line << damaged;
   std::ofstream(scheduler + "completed.sch") << line;
   EXPECT_EQ(run({"jobs", "list"}), 0);
   EXPECT_THAT(run.out, HasSubstr("Nov1526120000001  index, completed  2026-11-15 12:00:00  Berne - 7  "));
   EXPECT_THAT(run.err, HasSubstr("index.sch, line 2: "));
+  EXPECT_THAT(run.err, HasSubstr("... and 2 more."));
   EXPECT_THAT(run.err, Not(HasSubstr("\x1b")));
   EXPECT_EQ(run({"jobs", "list", "--json"}), 0);
   const QJsonObject job = json()["jobs"][0].toObject();
