@@ -48,6 +48,8 @@ int write_picture(const Arguments& given) {
   const adapters::ByteSourcesPosix sources;
   const adapters::FilesPosix files;
   const std::string csv_path = files.from_native(given.csv);
+  if (files.folder_exists(csv_path))
+    return complain("\"" + given.csv + "\" is a folder. Name a statistics file in it.", kFailed);
   if (!files.file_exists(csv_path)) return complain("There is no file \"" + given.csv + "\".", kFailed);
   ui::VisualComponents components;
   ui::ucStats* grid = nullptr;
