@@ -257,6 +257,7 @@ std::unique_ptr<platform::Database> QtDatabaseEngine::open(const std::string& co
 
 std::unique_ptr<platform::Database> QtDatabaseEngine::create(const std::string& connection_text) {
   const std::string path = path_of(connection_text, files_);
+  need_plain(path);
   // The empty file comes first, with its rights: the engine's own would be open to the group.
   open_plain("Making the database", path, O_WRONLY | O_CREAT | O_EXCL, Links::kRefused, 0600);
   return std::make_unique<QtDatabase>(path);

@@ -158,8 +158,10 @@ bool copy_all(int from, int to) {
 std::string behind_link(const std::string& native) {
   std::error_code error;
   if (!std::filesystem::is_symlink(native, error)) return native;
-  const auto target = std::filesystem::weakly_canonical(native, error);
-  return error ? native : target.string();
+  const auto target = std::filesystem::canonical(native, error);
+  if (!error) return target.string();
+  throw Fault(base::kPathNotFound, '"' + native + "\" is a link that leads nowhere: " + error.message() +
+                                       ". Remove it, or make the file that it leads to.");
 }
 
 // The names in a folder whose entries are `wanted`.

@@ -17,7 +17,8 @@ namespace {
 }
 
 [[noreturn]] void refuse_other(const std::string& native) {
-  throw base::Fault("Path/File access error", '"' + native + "\" is not a plain file.");
+  throw base::Fault("Path/File access error",
+                    '"' + native + "\" is not a plain file. Move it away, or name another file.");
 }
 
 }  // namespace

@@ -168,6 +168,9 @@ TEST_F(DatabaseTest, SaysWhyAFileCannotBeOpened) {
   std::filesystem::remove(database_path());
   EXPECT_EQ(opening(), "File not found");
   EXPECT_FALSE(std::filesystem::exists(database_path())) << "opening must not make a file";
+  ASSERT_EQ(mkfifo(database_path().c_str(), 0600), 0);
+  EXPECT_EQ(fault_of([&] { engine.create(folders.GetConnectionString()); }), "Path/File access error");
+  std::filesystem::remove(database_path());
 
   const std::string damaged = good.substr(0, 100) + std::string(good.size() - 100, '\x5A');
   const std::pair<std::string, const char*> cases[] = {

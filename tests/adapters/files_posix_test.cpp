@@ -68,6 +68,8 @@ TEST_F(FilesPosixTest, FollowsALinkOnlyWhereTheUserNamedIt) {
   EXPECT_EQ(fault_of([&] { files_.load(path("pipe")); }), "Path/File access error");
   EXPECT_EQ(fault_of([&] { files_.save(path("pipe"), "x", platform::Readers::kOwner); }),
             "Path/File access error");
+  std::filesystem::create_symlink("nothing", folder_ + "/astray");
+  EXPECT_EQ(fault_of([&] { files_.save(path("astray"), "x", platform::Readers::kOwner); }), "Path not found");
   EXPECT_EQ(files_.list(path("")), std::vector<std::string>{"real"});
 
   EXPECT_EQ(files_.load(path("link")), "old");
