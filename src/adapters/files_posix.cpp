@@ -210,6 +210,11 @@ bool FilesPosix::folder_exists(const std::string& path) const {
   return std::filesystem::is_directory(native_path(path), error);
 }
 
+bool FilesPosix::is_taken(const std::string& path) const {
+  struct stat status {};
+  return ::lstat(native_path(path).c_str(), &status) == 0 || errno != ENOENT;
+}
+
 bool FilesPosix::is_link(const std::string& path) const {
   std::string native = native_path(path);
   while (native.size() > 1 && native.ends_with('/'))

@@ -8,6 +8,7 @@ class FilesPosix : public platform::Files {
  public:
   bool file_exists(const std::string& path) const override;
   bool folder_exists(const std::string& path) const override;
+  bool is_taken(const std::string& path) const override;
   bool is_link(const std::string& path) const override;
   std::uint64_t length(const std::string& path) const override;
   std::string read(const std::string& path) const override;

@@ -7,8 +7,8 @@
 #include "cli/arguments.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
-#include "control/job_upkeep.h"
-#include "control/late_results_request.h"
+#include "cli/printable.h"
+#include "control/job_news.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -49,14 +49,13 @@ namespace {
 
 // What ended while nobody waited for it is told at every start, and keeps no access code.
 void look_after_jobs(const Invocation& invocation, CommandContext& context) {
-  control::JobUpkeep(context.requests, context.jobs, context.machine, context.scheduler)
-      .forget_access_codes();
+  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
+  const control::LateResultsRequest late(context.requests, context.jobs);
+  const auto news =
+      control::look_after_jobs(context.jobs, upkeep, late, "\"qvrcomctl jobs process\" finishes them.");
   if (!invocation.tells_late_results) return;
-  std::string sentence;
-  const auto fault = base::fault_of(
-      [&] { sentence = control::LateResultsRequest(context.requests, context.jobs).notice(); });
-  if (fault) context.console.tell(fault->description(), fault->detail());
-  if (!sentence.empty()) context.console.tell(sentence, "\"qvrcomctl jobs process\" finishes them.");
+  for (const platform::Message& message : news)
+    context.ui.show(message);
 }
 
 }  // namespace

@@ -8,8 +8,7 @@
 #include "cli/commands.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
-#include "control/job_upkeep.h"
-#include "control/late_results_request.h"
+#include "control/job_news.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -51,17 +50,26 @@ QJsonObject problem_json(const results::BoardProblem& problem) {
           {"reason", json(problem.reason)}};
 }
 
+QJsonObject unread_json(const results::UnreadList& list) {
+  return {{"file", json(list.file)},
+          {"error", json(list.fault.description())},
+          {"detail", json(list.fault.detail())}};
+}
+
+template <class Values, class AsJson>
+QJsonArray array_of(const Values& values, AsJson as_json) {
+  QJsonArray array;
+  for (const auto& value : values)
+    array.append(as_json(value));
+  return array;
+}
+
 std::string board_json(const results::Board& board) {
-  QJsonArray jobs;
-  for (const results::BoardJob& job : board.jobs)
-    jobs.append(job_json(job));
-  QJsonArray problems;
-  for (const results::BoardProblem& problem : board.problems)
-    problems.append(problem_json(problem));
-  QJsonArray abandoned;
-  for (const std::string& job : board.abandoned)
-    abandoned.append(json(job));
-  return json_document(QJsonObject{{"jobs", jobs}, {"problems", problems}, {"abandoned", abandoned}});
+  return json_document(
+      QJsonObject{{"jobs", array_of(board.jobs, job_json)},
+                  {"problems", array_of(board.problems, problem_json)},
+                  {"abandoned", array_of(board.abandoned, [](const auto& job) { return json(job); })},
+                  {"unread", array_of(board.unread, unread_json)}});
 }
 
 void board_table(const results::Board& board, std::ostream& out) {
@@ -107,13 +115,16 @@ void tell_problems(const std::vector<results::BoardProblem>& problems, Console& 
 
 ExitCode list(CommandContext& context, bool as_json) {
   const results::Board board = context.jobs.read();
+  for (const results::UnreadList& list : board.unread)
+    context.ui.show(control::message_of(list));  // which prints no message a second time
+  const ExitCode code = board.unread.empty() ? ExitCode::kDone : ExitCode::kFailed;
   if (as_json) {
     context.console.out() << board_json(board);
-    return ExitCode::kDone;
+    return code;
   }
   board_table(board, context.console.out());
   tell_problems(board.problems, context.console);
-  return ExitCode::kDone;
+  return code;
 }
 
 // Without names: every job that waits for it.

@@ -29,7 +29,7 @@ JobUpkeep::Removal JobUpkeep::remove(const std::string& job) {
   return trap_("JobUpkeep", [&] {
     const auto hold = parts_.gate.enter();
     if (!hold) return Removal::kNotDone;
-    const results::Board board = board_.read();
+    const results::Board board = board_.read_all();
     const auto found = std::find_if(board.jobs.begin(), board.jobs.end(),
                                     [&](const results::BoardJob& each) { return each.job == job; });
     const bool is_listed = found != board.jobs.end();
@@ -46,7 +46,7 @@ JobUpkeep::Cleaning JobUpkeep::clean() {
     Cleaning cleaning;
     const auto hold = parts_.gate.enter();
     if (!hold) return cleaning;
-    cleaning.jobs = abandoned(board_.read());
+    cleaning.jobs = abandoned(board_.read_all());
     for (const std::string& job : cleaning.jobs)
       discard(job);
     cleaning.logs = remove_old_logs();
@@ -115,19 +115,18 @@ std::size_t JobUpkeep::remove_old_logs() {
 }
 
 // The lock is taken only where there is something to do: this runs at every start.
-void JobUpkeep::forget_access_codes() {
+void JobUpkeep::forget_access_codes(const results::Board& seen) {
   trap_("JobUpkeep", [&] {
-    if (folders_of_ended_jobs().empty()) return;
+    if (folders_of_ended_jobs(seen).empty()) return;
     const auto hold = parts_.gate.try_enter();
     if (!hold) return;
     rules::BusinessRules rules(parts_.rules);
-    for (const std::string& folder : folders_of_ended_jobs())
+    for (const std::string& folder : folders_of_ended_jobs(board_.read_all()))
       rules.clear_password(folder);
   });
 }
 
-std::vector<std::string> JobUpkeep::folders_of_ended_jobs() const {
-  const results::Board board = board_.read();
+std::vector<std::string> JobUpkeep::folders_of_ended_jobs(const results::Board& board) const {
   std::vector<std::string> folders;
   for (const std::string& job : board.abandoned)
     folders.push_back(board_.scheduler().path(job));

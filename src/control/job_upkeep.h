@@ -35,15 +35,16 @@ class JobUpkeep {
   };
   Cleaning clean();
 
-  // Empties the access code in the script of every job that has ended or is in no list.
-  void forget_access_codes();
+  // Empties the access code in the script of every job that has ended or is in no list. `seen` are the lists
+  // as they were just now: when nothing of it has ended, nothing is done.
+  void forget_access_codes(const results::Board& seen);
 
   // How long a job's log is kept: user setting LogDays of section Jobs, 1 to 36500, 90 without one.
   int log_days() const;
 
  private:
   std::vector<std::string> abandoned(const results::Board& board) const;
-  std::vector<std::string> folders_of_ended_jobs() const;
+  std::vector<std::string> folders_of_ended_jobs(const results::Board& board) const;
   void take_off_lists(const std::string& line);
   void discard(const std::string& job);
   std::size_t remove_old_logs();

@@ -22,7 +22,7 @@ constexpr std::array<const char*, 3> kEndings{"Completed", "Error", "Cancelled"}
 }  // namespace
 
 std::vector<results::BoardJob> LateResultsRequest::waiting() const {
-  return results::unprocessed_jobs(board_.read());
+  return results::unprocessed_jobs(board_.read_all());
 }
 
 LateResultsAnswer LateResultsRequest::process(const results::BoardJob& job) {
@@ -107,8 +107,8 @@ void LateResultsRequest::take_over(const results::BoardJob& job) const {
   parts_.database.run("Update_SessionQVR", {session.site.SiteID});
 }
 
-std::string LateResultsRequest::notice() const {
-  const std::vector<results::BoardJob> jobs = waiting();
+std::string LateResultsRequest::notice(const results::Board& board) const {
+  const std::vector<results::BoardJob> jobs = results::unprocessed_jobs(board);
   if (jobs.empty() || !parts_.gate.try_enter()) return {};
   std::string names;
   constexpr std::size_t kMostNamed = 5;

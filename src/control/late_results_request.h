@@ -24,9 +24,9 @@ class LateResultsRequest {
   // read.
   std::vector<results::BoardJob> waiting() const;
 
-  // "2 finished jobs have not been processed: NAME, NAME."; "" when there is none, or a session runs, which
-  // takes its own over. Fault as above.
-  std::string notice() const;
+  // "2 finished jobs have not been processed: NAME, NAME."; "" when the board has none, or a session runs,
+  // which takes its own over.
+  std::string notice(const results::Board& board) const;
 
   LateResultsAnswer process(const results::BoardJob& job);
 

@@ -6,11 +6,6 @@
 
 namespace qvrcom::jobs {
 
-std::string SchedulerFiles::read_or_empty(std::string_view name) const {
-  const std::string file = path(name);
-  return files_.file_exists(file) ? files_.read(file) : std::string{};
-}
-
 std::vector<std::string> SchedulerFiles::job_folders() const {
   if (!files_.folder_exists(folder())) return {};
   std::vector<std::string> names = files_.list_folders(folder());

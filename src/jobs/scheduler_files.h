@@ -22,7 +22,8 @@ class SchedulerFiles {
 
   // Fault when the file is missing.
   std::string read(std::string_view name) const { return files_.read(path(name)); }
-  std::string read_or_empty(std::string_view name) const;
+  // "" when nothing lies there.
+  std::string read_or_empty(std::string_view name) const { return files_.read_or_empty(path(name)); }
 
   // The folders of jobs: those whose names a job can have.
   std::vector<std::string> job_folders() const;

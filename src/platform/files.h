@@ -23,6 +23,10 @@ class Files {
   virtual bool file_exists(const std::string& path) const = 0;
   virtual bool folder_exists(const std::string& path) const = 0;
 
+  // False when nothing at all lies there. What `read` would refuse counts (a folder, a pipe, a link to
+  // nothing), and so does what cannot be looked at.
+  virtual bool is_taken(const std::string& path) const = 0;
+
   // Whether the last name of the path is a link to something else. A path to nothing is none.
   virtual bool is_link(const std::string& path) const = 0;
 
@@ -32,6 +36,11 @@ class Files {
   static constexpr std::uint64_t kReadLimit = 256ULL << 20U;
   virtual std::string read(const std::string& path) const = 0;
   virtual std::string load(const std::string& path) const = 0;
+
+  // "" when nothing lies there; whatever else cannot be read is a Fault.
+  std::string read_or_empty(const std::string& path) const {
+    return is_taken(path) ? read(path) : std::string{};
+  }
 
   // Adds to the end; a missing file is created, readable by its owner alone.
   virtual void append(const std::string& path, std::string_view text) = 0;

@@ -8,8 +8,7 @@
 
 #include "base/fault.h"
 #include "cli/arguments.h"
-#include "control/job_upkeep.h"
-#include "control/late_results_request.h"
+#include "control/job_news.h"
 #include "programs/statistics_windows.h"
 #include "ui/attempt.h"
 #include "ui/device_page.h"
@@ -83,20 +82,6 @@ void tell_processed(const control::LateResultsAnswer& answer, programs::Suite& s
                  .detail = files});
 }
 
-// What ended while nobody waited for it is told at every start, and keeps no access code.
-void look_after_jobs(const control::LateResultsRequest& late, control::JobUpkeep& upkeep,
-                     platform::UserInterface& ui) {
-  upkeep.forget_access_codes();
-  std::string sentence;
-  const auto fault = base::fault_of([&] { sentence = late.notice(); });
-  if (fault) sentence = "The jobs cannot be looked through: " + fault->description() + ". " + fault->detail();
-  if (sentence.empty()) return;
-  ui.show({.text = sentence,
-           .title = platform::kSuiteTitle,
-           .icon = platform::Icon::kInformation,
-           .detail = fault ? "" : "\"Process\" on the page \"Jobs\" takes over what they have fetched."});
-}
-
 int run_desktop() {
   ui::MessageBoxes boxes;
   programs::Suite suite(boxes);
@@ -137,7 +122,11 @@ int run_desktop() {
     reload_lists();
   });
   window.show();
-  QTimer::singleShot(0, &window, [&] { look_after_jobs(late, upkeep, boxes); });
+  QTimer::singleShot(0, &window, [&] {
+    const std::string advice = "\"Process\" on the page \"Jobs\" takes over what they have fetched.";
+    for (const platform::Message& message : control::look_after_jobs(suite.jobs, upkeep, late, advice))
+      boxes.show(message);
+  });
   return QApplication::exec();
 }
 

@@ -41,10 +41,15 @@ class BoardMaker {
     }
   }
 
+  void miss_list(const std::string& file, const base::Fault& fault) {
+    board_.unread.push_back({file, fault});
+  }
+
   void add_folders(const std::vector<std::string>& folders) {
     std::set<std::string> left(folders.begin(), folders.end());
     for (BoardJob& job : board_.jobs)
       job.has_folder = left.contains(job.job);
+    if (!board_.unread.empty()) return;
     for (const BoardJob& job : board_.jobs)
       left.erase(job.job);
     board_.abandoned.assign(left.begin(), left.end());
@@ -104,8 +109,11 @@ std::vector<BoardJob> unprocessed_jobs(const Board& board) {
 
 Board JobBoard::read() const {
   BoardMaker maker;
-  for (const char* file : kBoardFiles)
-    maker.add_list(file, scheduler_.read_or_empty(file));
+  for (const char* file : kBoardFiles) {
+    std::string text;
+    const auto fault = base::fault_of([&] { text = scheduler_.read_or_empty(file); });
+    fault ? maker.miss_list(file, *fault) : maker.add_list(file, text);
+  }
   maker.add_folders(scheduler_.job_folders());
   Board board = maker.take();
   std::erase_if(board.abandoned, [&](const std::string& name) {
@@ -119,12 +127,20 @@ Board JobBoard::read() const {
   return board;
 }
 
+Board JobBoard::read_all() const {
+  Board board = read();
+  if (!board.unread.empty()) throw board.unread.front().fault;
+  return board;
+}
+
 BoardJob job_from_script(const jobs::SchedulerFiles& scheduler, const std::string& job_name) {
   BoardJob job;
   job.job = job_name;
   if (!jobs::is_job_name(job_name)) return job;
   const std::string name = job_name + "\\" + job_name + std::string(jobs::kScriptExtension);
-  const auto script = jobs::read_script(scheduler.read_or_empty(name)).script;
+  std::string text;
+  base::fault_of([&] { text = scheduler.read_or_empty(name); });
+  const auto script = jobs::read_script(text).script;
   if (!script) return job;
   job.description = script->header.description;
   job.site_name = script->header.site_name;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/date_serial.h"
+#include "base/fault.h"
 #include "jobs/scheduler_files.h"
 
 namespace qvrcom::results {
@@ -36,11 +37,18 @@ struct BoardProblem {
   std::string reason;
 };
 
+// A list that is there and cannot be read.
+struct UnreadList {
+  std::string file;
+  base::Fault fault;
+};
+
 struct Board {
   std::vector<BoardJob> jobs;  // in the order in which they are met: indexes, result lists, pending lists;
                                // then those that a report alone tells of, whose `line` is ""
   std::vector<BoardProblem> problems;
   std::vector<std::string> abandoned;  // job folders that no list names, by name, in alphabetical order
+  std::vector<UnreadList> unread;  // with one of them, `abandoned` is empty: the list may name the folders
 };
 
 // Those that have ended and whose files are still there: nobody has taken over what came of them.
@@ -51,8 +59,10 @@ class JobBoard {
  public:
   explicit JobBoard(const jobs::SchedulerFiles& scheduler) : scheduler_(scheduler) {}
 
-  // A missing list is empty; Fault when one cannot be read.
+  // A missing list is empty.
   Board read() const;
+  // For whoever changes something by what the lists say: Fault when one of them cannot be read.
+  Board read_all() const;
 
   const jobs::SchedulerFiles& scheduler() const { return scheduler_; }
 

@@ -19,10 +19,6 @@ const char* file_of(Outcome outcome) {
   return kListFiles[static_cast<std::size_t>(outcome)];
 }
 
-std::string read_or_empty(const platform::Files& files, const std::string& path) {
-  return files.file_exists(path) ? files.read(path) : std::string{};
-}
-
 std::string joined(const std::vector<std::string>& lines) {
   std::string text = base::with_line_ends(lines);
   text.resize(text.size() - base::kCrLf.size());
@@ -47,7 +43,7 @@ bool LineEqual::operator()(std::string_view left, std::string_view right) const 
 void ResultLists::load() {
   std::array<std::string, 3> texts;
   for (const Outcome outcome : kOutcomes)
-    texts[static_cast<std::size_t>(outcome)] = read_or_empty(files_, folder_ + file_of(outcome));
+    texts[static_cast<std::size_t>(outcome)] = files_.read_or_empty(folder_ + file_of(outcome));
   for (auto& [line, finished] : finished_) {
     if (finished.standing == Standing::kListed) finished.standing = Standing::kDropped;
   }
@@ -110,7 +106,7 @@ void ResultLists::drop_taken(std::string_view index_text) {
   for (const std::string_view line : base::lines_of(index_text))
     standing.insert(line);
   for (const char* file : kListFiles) {
-    const std::string text = read_or_empty(files_, folder_ + file);
+    const std::string text = files_.read_or_empty(folder_ + file);
     const auto lines = base::lines_of(text);
     std::vector<std::string> left;
     for (const std::string_view line : lines) {

@@ -116,7 +116,7 @@ void SchedulerEngine::results_taken() {
   answering_ = false;
   const auto fault = fault_of([this] {
     const std::string index = parts_.scheduler_folder + environment::kIndexFile;
-    if (parts_.files.file_exists(index)) lists_.drop_taken(parts_.files.read(index));
+    if (parts_.files.is_taken(index)) lists_.drop_taken(parts_.files.read(index));
   });
   if (fault) note("The result lists keep the lines that were taken: " + sentence_of(*fault));
 }
@@ -134,8 +134,7 @@ void SchedulerEngine::session_over() {
 }
 
 std::string SchedulerEngine::read_index() const {
-  const std::string path = parts_.scheduler_folder + environment::kIndexFile;
-  return parts_.files.file_exists(path) ? parts_.files.read(path) : std::string{};
+  return parts_.files.read_or_empty(parts_.scheduler_folder + environment::kIndexFile);
 }
 
 void SchedulerEngine::take_index() {

@@ -43,9 +43,13 @@ QString scheduler_text(const platform::StatusAnswer& answer) {
   return status->bytes_done == 0 ? text : text + QStringLiteral(", ") + byte_count(status->bytes_done);
 }
 
+// A line for each list that cannot be read, and one for what the others hold.
 QString board_text(const results::Board& board) {
-  QString text =
-      board.jobs.size() == 1 ? QStringLiteral("1 job") : QStringLiteral("%1 jobs").arg(board.jobs.size());
+  QString text;
+  for (const results::UnreadList& list : board.unread)
+    text += QStringLiteral("The list %1 cannot be read. %2\n")
+                .arg(qt_text(list.file), qt_text(sentence_of(list.fault)));
+  text += board.jobs.size() == 1 ? QStringLiteral("1 job") : QStringLiteral("%1 jobs").arg(board.jobs.size());
   if (board.problems.empty()) return text;
   const results::BoardProblem& first = board.problems.front();
   return text + QStringLiteral("; lines that are no job: %1, the first is line %2 of %3 (%4)")
@@ -165,6 +169,7 @@ QStringList JobsPage::watched_files() const {
 void JobsPage::read_board() {
   results::Board board = parts_.board.read();
   board_text_ = board_text(board);
+  if (!board.unread.empty()) watch_.forget();  // rights may come back without a trace in the file
   for (const std::string& name : board.abandoned) {
     if (status_.status && status_.status->running_job == name) continue;
     board.jobs.push_back(results::job_from_script(parts_.scheduler_files, name));

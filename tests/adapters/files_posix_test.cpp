@@ -169,7 +169,8 @@ TEST_F(FilesPosixTest, FoldersAndLists) {
   EXPECT_EQ(doubles::whole_fault_of([&] { files_.read(path("none")); }),
             "File not found: Reading \"" + folder_ +
                 "/none\": No such file or directory. Check that it is still there.");
-  EXPECT_EQ(fault_of([&] { files_.read(path("job")); }), "Path/File access error");
+  EXPECT_EQ(files_.read_or_empty(path("none")), "");
+  EXPECT_EQ(fault_of([&] { files_.read_or_empty(path("job")); }), "Path/File access error");
   EXPECT_EQ(fault_of([&] { files_.list(path("none")); }), "Path not found");
   files_.remove(path("job\\x.scr"));
   files_.remove_folder(path("job\\sub"));

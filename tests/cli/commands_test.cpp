@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -291,6 +292,12 @@ TEST_F(CommandsTest, JobsOfAllListsStandSideBySide) {
   EXPECT_EQ(job["start"], QJsonValue("2026-11-15T12:00:00"));
   EXPECT_EQ(job["lists"].toArray(), (QJsonArray{"index", "completed"}));
   EXPECT_EQ(json()["problems"][0]["line"], QJsonValue(2));
+
+  ASSERT_TRUE(QDir().mkpath(QString::fromStdString(scheduler + "error.sch")));
+  EXPECT_EQ(run({"jobs", "list", "--json"}), 1);
+  EXPECT_EQ(json()["jobs"].toArray().size(), 1);
+  EXPECT_EQ(json()["unread"][0]["file"], QJsonValue("error.sch"));
+  EXPECT_EQ(run.err.find("error.sch cannot be read"), run.err.rfind("error.sch cannot be read"));
 }
 
 TEST_F(CommandsTest, TheSchedulerIsAskedAndStopped) {

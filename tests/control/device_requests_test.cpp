@@ -287,7 +287,8 @@ TEST_F(LateResults, BecomeWhatTheyWouldHaveBecome) {
                     {{std::nullopt, std::nullopt, ""}});
   device["AllStatsP3.csv"] = "Line,Calls";
   const std::string job = leave(operation::kRetrieveResetStatistics);
-  EXPECT_EQ(LateResultsRequest(parts, board).notice(), "A finished job has not been processed: " + job + ".");
+  EXPECT_EQ(LateResultsRequest(parts, board).notice(board.read()),
+            "A finished job has not been processed: " + job + ".");
   run.session.site = {};
   run.session.run = {};
   run.session.run.SchedulerFolder = "S:\\";
@@ -321,7 +322,7 @@ TEST_F(LateResults, AreRemovedWithoutALossAndKeepNoAccessCode) {
   const std::string script = "S:\\" + job + "\\" + job + ".scr";
   JobUpkeep upkeep(parts, board, run.machine, run.control);
   EXPECT_THAT(run.files.content[script], HasSubstr("FTPPASSWORD=canary;"));
-  upkeep.forget_access_codes();
+  upkeep.forget_access_codes(board.read());
   EXPECT_THAT(run.files.content[script], HasSubstr("\r\nFTPPASSWORD=;\r\n"));
 
   lock.owner = "qvrcom (process 4711)";
@@ -336,7 +337,7 @@ TEST_F(LateResults, AreRemovedWithoutALossAndKeepNoAccessCode) {
   run.files.content["S:\\index.sch"] = run.session.job.JobId + "\r\n";
   EXPECT_EQ(upkeep.remove(waits), JobUpkeep::Removal::kInUse);
   const std::string waiting_script = "S:\\" + waits + "\\" + waits + ".scr";
-  upkeep.forget_access_codes();
+  upkeep.forget_access_codes(board.read());
   EXPECT_THAT(run.files.content[waiting_script], HasSubstr("FTPPASSWORD=canary;"));
 }
 

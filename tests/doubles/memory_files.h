@@ -23,6 +23,7 @@ class MemoryFiles : public platform::Files {
     const std::lock_guard lock(mutex_);
     return without_end(path).empty() || folders.contains(without_end(path));
   }
+  bool is_taken(const std::string& path) const override { return file_exists(path) || folder_exists(path); }
   bool is_link(const std::string& path) const override { return links.contains(path); }
   std::uint64_t length(const std::string& path) const override { return read(path).size(); }
   std::string native(const std::string& path) const override { return path; }

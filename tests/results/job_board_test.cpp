@@ -9,6 +9,7 @@ namespace qvrcom::results {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 TEST(JobBoard, ShowsEachJobWithItsLists) {
   const std::string done = "46341.5;15/11/2026 12:00:00^Retrieve^Main^A1^46341.5^^^17^;S:\\Nov1\\Nov1.scr;";
@@ -36,6 +37,15 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   EXPECT_EQ(board.problems[0].file, "index.sch");
   EXPECT_EQ(board.problems[0].line, 3U);
   EXPECT_EQ(board.problems[0].reason, "not three fields closed by \";\"");
+
+  // A list that cannot be read may name the folder.
+  parts.files.make_folders("S:\\error.sch");
+  const Board part = JobBoard(parts.scheduler).read();
+  EXPECT_EQ(part.jobs.size(), 2U);
+  EXPECT_THAT(part.abandoned, IsEmpty());
+  ASSERT_EQ(part.unread.size(), 1U);
+  EXPECT_EQ(part.unread[0].file, "error.sch");
+  EXPECT_THROW(JobBoard(parts.scheduler).read_all(), base::Fault);
 }
 
 }  // namespace

@@ -318,6 +318,12 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   child<QPushButton>(jobs, "cmdOpenJobLog").click();
   ASSERT_EQ(ui.messages.size(), 1U);
   EXPECT_THAT(ui.messages[0].text, testing::HasSubstr("has written no log"));
+
+  files.make_folder(scheduler_files.path("cancelled.sch"));
+  jobs.look();
+  EXPECT_THAT(column(1), ElementsAre("Waiting", "Error"));
+  EXPECT_THAT(utf8(child<QLabel>(jobs, "lblJobsState").text()),
+              testing::StartsWith("The list cancelled.sch cannot be read. Path/File access error: "));
 }
 
 // Whatever can have the focus has a name for those who cannot see it, no mnemonic is there twice among what
