@@ -46,6 +46,7 @@ Button safe_button(Buttons buttons) {
 Button ConsoleUserInterface::show(const platform::Message& message) {
   const bool given = answer_ && has_button(message.buttons, *answer_);
   const bool asks = person_ != nullptr && !given && message.buttons != Buttons::kOk;
+  if (message.is_fault) has_faulted_ = true;
   const bool first = shown_.insert(message.title + '\0' + message.text + '\0' + message.detail).second;
   if (first || asks) console_.report(message);
   if (asks) return ask(message.buttons);

@@ -24,7 +24,12 @@ class ConsoleUserInterface : public platform::UserInterface {
   platform::Button show(const platform::Message& message) override;
   void pump_events() override;
 
-  void begin_run() { shown_.clear(); }
+  void begin_run() {
+    shown_.clear();
+    has_faulted_ = false;
+  }
+  // Whether a box since then has told of a procedure that failed.
+  bool has_faulted() const { return has_faulted_; }
 
  private:
   platform::Button ask(platform::Buttons buttons);
@@ -33,6 +38,7 @@ class ConsoleUserInterface : public platform::UserInterface {
   std::optional<platform::Button> answer_;
   std::istream* person_;
   std::set<std::string> shown_;
+  bool has_faulted_ = false;
 };
 
 }  // namespace qvrcom::cli

@@ -25,11 +25,13 @@ class SessionBatch {
                const control::SessionRequestParts& parts)
       : console_(console), ui_(ui), sessions_(sessions), parts_(parts) {}
 
-  // One that fails does not stop the rest; a cancel and a scheduler that is not found do.
+  // One that fails does not stop the rest; a cancel and a scheduler that is not found do. One that brought
+  // what it was run for counts as failed, too, when a box has told of a procedure that failed.
   ExitCode run(const std::vector<SessionStep>& steps);
 
  private:
-  ExitCode run_one(const SessionStep& step);
+  control::RequestResult run_one(const SessionStep& step);
+  ExitCode code_of(control::RequestResult result) const;
   void tell_cancelled();
 
   Console& console_;

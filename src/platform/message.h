@@ -24,6 +24,7 @@ struct Message {
   std::string detail = {};
   std::string act = {};      // "Reset Log"
   std::string refrain = {};  // "" is "Cancel" or "No"
+  bool is_fault = false;     // a procedure has failed
 };
 
 }  // namespace qvrcom::platform

@@ -9,6 +9,7 @@ void Trap::report(const std::string& procedure, const std::string& description,
   Message message;
   message.icon = form_.icon;
   message.detail = detail;
+  message.is_fault = true;
   if (form_.names_handler) {
     message.title = kSuiteTitle;
     message.text = "Error_Handler: " + procedure + std::string(base::kCrLf) + description;

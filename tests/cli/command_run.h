@@ -37,6 +37,7 @@ struct FakeScheduler : platform::SchedulerControl {
 };
 
 // A session dialog that ends at once: it leaves a file and "Completed", unless the partition is to fail.
+// Tidying up behind partition 5 fails.
 struct FakeScreen : link::SessionScreen {
   void show_modal() override {
     const base::RunValues& run = suite->session.run;
@@ -45,6 +46,8 @@ struct FakeScreen : link::SessionScreen {
     suite->session.run.SessionStatus = fails ? "Error" : "Completed";
     if (fails) suite->ui.show({.text = "went wrong", .title = "ERROR"});
     if (fails) return;
+    if (run.PartitionID == "5")
+      platform::Trap(suite->ui)("Remove_Folder", [] { throw base::Fault(base::kFileNotFound); });
     suite->session.run.StatsResultFile = "\\stats\\P" + run.PartitionID + ".csv";
     suite->session.run.SameLogFile = "\\same\\" + suite->session.site.UserSiteID + ".log";
     suite->session.run.PartitionResults = {{1, "\\stats\\P1.csv"}, {8, "\\stats\\P8.csv"}};
