@@ -15,7 +15,10 @@ class Descriptor {
   explicit Descriptor(int number) : number_(number) {}
   Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
   ~Descriptor();
-  Descriptor& operator=(const Descriptor&) = delete;
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
 
   int get() const { return number_; }
   bool open() const { return number_ >= 0; }

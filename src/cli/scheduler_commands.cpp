@@ -42,6 +42,12 @@ ExitCode no_answer(CommandContext& context, platform::Reach reach) {
   return ExitCode::kMissing;
 }
 
+std::string why_silent(const platform::Programs& programs, const std::string& path) {
+  const std::string words = programs.said();
+  return words.empty() ? programs.native(path) + " did not answer."
+                       : programs.native(path) + " says: " + words;
+}
+
 ExitCode start(CommandContext& context) {
   const std::string path = context.folders.GetAppPath() + environment::kJobPilotProgram;
   std::string reason;
@@ -61,7 +67,7 @@ ExitCode start(CommandContext& context) {
     context.clock.sleep(kLook);
   }
   context.console.tell("The scheduler did not start.",
-                       reason.empty() ? context.files.native(path) + " did not answer." : reason);
+                       reason.empty() ? why_silent(context.programs, path) : reason);
   return ExitCode::kMissing;
 }
 

@@ -48,14 +48,23 @@ platform::MessageId SchedulerLink::SchedulerAnswerMessageId() {
   return identifier(kAnswer, environment::kSchedulerAnswer);
 }
 
+// The program's own words, if it has said any: it has most likely ended with them.
+std::string SchedulerLink::why_silent(const std::string& path) const {
+  const std::string program = parts_.programs.native(path);
+  const std::string words = parts_.programs.said();
+  return words.empty() ? program + " was started, but it did not come up in time."
+                       : program + " was started, but it did not come up. It says: " + words;
+}
+
 platform::WindowHandle SchedulerLink::find_or_start(const char* title, const char* program,
                                                     std::string& reason) {
   if (const auto window = parts_.channel.find_window(title)) return window;
   const std::string path = parts_.folders.GetAppPath() + program;
   reason = parts_.programs.start_hidden(path);
-  if (reason.empty()) reason = parts_.files.native(path) + " was started, but it did not come up in time.";
   parts_.clock.sleep(kStartTime);
-  return parts_.channel.find_window(title);
+  const auto window = parts_.channel.find_window(title);
+  if (window == 0 && reason.empty()) reason = why_silent(path);
+  return window;
 }
 
 void SchedulerLink::NotifyScheduler(SchedulerRequest request) {

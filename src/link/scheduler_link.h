@@ -79,6 +79,7 @@ class SchedulerLink {
  private:
   enum Slot { kScheduler, kRePilot, kAnswer, kSlots };
   platform::MessageId identifier(Slot slot, const char* name);
+  std::string why_silent(const std::string& path) const;
   platform::WindowHandle find_or_start(const char* title, const char* program, std::string& reason);
 
   SchedulerLinkParts parts_;

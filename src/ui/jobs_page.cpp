@@ -179,7 +179,11 @@ void JobsPage::read_board() {
 }
 
 void JobsPage::show_status() {
-  lblScheduler_->setText(scheduler_text(status_));
+  QString text = scheduler_text(status_);
+  const std::string said = parts_.programs.said();
+  if (status_.reach == platform::Reach::kNotRunning && !said.empty())
+    text += QStringLiteral(" When it was started, it said: ") + qt_text(said);
+  lblScheduler_->setText(text);
   model_->show_unlisted(unlisted_job());
   model_->show_status(status_.status);
   show_buttons();

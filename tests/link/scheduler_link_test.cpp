@@ -21,8 +21,13 @@ struct StartedPrograms : platform::Programs {
     started.push_back(path);
     return answer;
   }
+  std::string native(const std::string& path) const override {
+    return "/bin" + path.substr(path.rfind('\\'));
+  }
+  std::string said() const override { return words; }
   std::vector<std::string> started;
   std::string answer;
+  std::string words;
 };
 
 struct LinkTest : ::testing::Test {
@@ -75,6 +80,10 @@ TEST_F(LinkTest, TellsOfAMissingJobPilotButNotOfAMissingRePilot) {
   EXPECT_EQ(ui.messages[0].detail, "There is no such program. Start JobPilot, then try again.");
   EXPECT_TRUE(link.scheduler_missing());
   EXPECT_THAT(channel.posts, IsEmpty());
+  programs.answer.clear();
+  programs.words = "Its lock is a link.";
+  link.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
+  EXPECT_THAT(ui.messages.back().detail, testing::HasSubstr("up. It says: Its lock is a link. "));
   const auto late = window("JOBPILOT");
   link.NotifyScheduler(SchedulerRequest::kShowSession);
   EXPECT_TRUE(link.scheduler_missing());  // it has not heard of the jobs
@@ -82,7 +91,7 @@ TEST_F(LinkTest, TellsOfAMissingJobPilotButNotOfAMissingRePilot) {
   EXPECT_FALSE(link.scheduler_missing());
   channel.posts.clear();
   link.NotifyRePilot(SchedulerRequest::kJobsSubmitted);
-  EXPECT_EQ(ui.messages.size(), 1U);
+  EXPECT_EQ(ui.messages.size(), 2U);
   EXPECT_THAT(channel.posts, ElementsAre(Post{"", "CBL_QVRCOM_REPILOT", 0, 1}));
 }
 

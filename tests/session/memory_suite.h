@@ -59,6 +59,8 @@ struct MemoryPrograms : platform::Programs {
     if (on_start) on_start();
     return {};
   }
+  std::string native(const std::string& path) const override { return path; }
+  std::string said() const override { return {}; }
   std::vector<std::string> started;
   std::function<void()> on_start;
 };
