@@ -1,5 +1,7 @@
 #include "adapters/machine_files.h"
 
+#include <fcntl.h>
+
 #include <QCoreApplication>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -30,8 +32,16 @@ QString setting_key(const std::string& section, const std::string& key) {
   return QString::fromStdString(section + "/" + key);
 }
 
+base::Fault no_settings(const std::string& file) {
+  return base::Fault("Bad file format",
+                     "\"" + file +
+                         "\" is not a settings file: every line of one is a [section], a "
+                         "key=value, empty or begins with \";\". Correct it, or remove it and "
+                         "run \"qvrcomctl setup\".");
+}
+
 // The settings' own writer, at work on a copy: it would make the file with rights of its own, follow a link
-// in its place and wait for locks that a power failure left.
+// in its place and wait for locks that a power failure left. "" when the text is none of settings.
 std::string with_setting(const std::string& settings_text, const QString& key, const QString& value) {
   const QTemporaryDir folder;
   const QString copy = folder.filePath(QStringLiteral("settings.ini"));
@@ -41,6 +51,7 @@ std::string with_setting(const std::string& settings_text, const QString& key, c
   QSettings settings(copy, QSettings::IniFormat);
   settings.setValue(key, value);
   settings.sync();
+  if (settings.status() == QSettings::FormatError) return {};
   if (settings.status() != QSettings::NoError)
     throw base::Fault("Path/File access error", "The settings cannot be written to \"" + copy.toStdString() +
                                                     "\". Check the temporary folder.");
@@ -56,9 +67,14 @@ MachineFiles::MachineFiles(std::string config_folder) : config_folder_(std::move
 void MachineFiles::read_registry() {
   const FilesPosix files;
   const std::string file = suite_path(registry_file(config_folder_));
-  if (!files.file_exists(file)) return;
+  if (!files.is_taken(file)) return;
+  if (const auto fault = base::fault_of([&] { need_plain(files.native(file)); }))
+    throw base::Fault(
+        fault->description(),
+        fault->detail() + " Put the file back, or remove what is there and run \"qvrcomctl setup\".");
+  const std::string text = files.read(file);
   try {
-    registry_ = base::RegistryText::parse(files.read(file));
+    registry_ = base::RegistryText::parse(text);
   } catch (const base::Fault& fault) {
     throw base::Fault(fault.description(), "\"" + files.native(file) + "\": " + fault.detail());
   }
@@ -83,7 +99,8 @@ std::optional<platform::RegistryData> MachineFiles::registry_value(platform::Reg
 std::optional<std::string> MachineFiles::setting(const std::string& application, const std::string& section,
                                                  const std::string& key) const {
   const std::string file = settings_file(application);
-  need_plain(file);
+  // The settings' own reader would take a file that it may not read for an empty one.
+  if (FilesPosix().is_taken(suite_path(file))) open_plain("Reading", file, O_RDONLY);
   const QSettings settings(QString::fromStdString(file), QSettings::IniFormat);
   const QVariant value = settings.value(setting_key(section, key));
   if (!value.isValid()) return std::nullopt;
@@ -120,8 +137,10 @@ void MachineFiles::set_setting(const std::string& application, const std::string
   if (setting(application, section, key) == value) return;
   const std::string file = suite_path(settings_file(application));
   FilesPosix files;
-  files.replace(file, with_setting(files.file_exists(file) ? files.read(file) : std::string{},
-                                   setting_key(section, key), QString::fromStdString(value)));
+  const std::string text =
+      with_setting(files.read_or_empty(file), setting_key(section, key), QString::fromStdString(value));
+  if (text.empty()) throw no_settings(settings_file(application));
+  files.replace(file, text);
 }
 
 void MachineFiles::store(const std::string& key, const std::string& name, const std::string& text) {

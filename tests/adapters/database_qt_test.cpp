@@ -5,6 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fstream>
+
 #include "adapters/machine_files.h"
 #include "adapters/temporary_suite.h"
 #include "doubles/caught.h"
@@ -78,6 +80,13 @@ TEST_F(DatabaseTest, SetUpsAtOnceTakeTheirTurns) {
     ASSERT_EQ(lstat(entry.path().c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 022U, 0U) << entry.path() << " can be written by others";
   }
+
+  std::ofstream(config + "/QVRCOM+.ini") << "nothing of the kind\n";
+  EXPECT_THAT(doubles::whole_fault_of([&] { MachineFiles(config).set_setting("QVRCOM+", "A", "b", "c"); }),
+              testing::HasSubstr("/QVRCOM+.ini\" is not a settings file"));
+  std::filesystem::remove(config + "/machine.reg");
+  std::filesystem::create_directory(config + "/machine.reg");
+  EXPECT_EQ(fault_of([&] { MachineFiles{config}; }), "Path/File access error");
 }
 
 TEST_F(DatabaseTest, EveryCommandRunsOnTheSchema) {
