@@ -4,7 +4,6 @@
 #include <charconv>
 
 #include "base/date_serial.h"
-#include "base/fault.h"
 #include "environment/names.h"
 #include "rules/file_rescue.h"
 
@@ -84,17 +83,12 @@ void JobUpkeep::take_off_lists(const std::string& line) {
 void JobUpkeep::discard(const std::string& job) {
   platform::Files& files = parts_.rules.files;
   const std::string folder = board_.scheduler().path(job);
-  if (files.is_link(folder))
-    throw base::Fault(base::kPermissionDenied, "\"" + files.native(folder) +
-                                                   "\" is a link, which is not followed. Remove it by hand.");
+  jobs::refuse_link(files, folder);
   // What can be decoded is decoded for the job's own site.
   const std::string site = results::job_from_script(board_.scheduler(), job).device_id;
   if (!site.empty()) parts_.database.run("Update_SessionQVR", {site});
   rules::bring_to_safety(parts_.rules, job, rules::RescueWhat::kDeleted);
-  if (!files.folder_exists(folder)) return;
-  for (const std::string& name : files.list(folder))
-    files.remove(folder + "\\" + name);
-  files.remove_folder(folder);
+  if (files.folder_exists(folder)) jobs::delete_job_folder(files, folder);
 }
 
 // A log's age is that of its job, which its name tells.
@@ -121,7 +115,8 @@ void JobUpkeep::forget_access_codes(const results::Board& seen) {
     const auto hold = parts_.gate.try_enter();
     if (!hold) return;
     rules::BusinessRules rules(parts_.rules);
-    for (const std::string& folder : folders_of_ended_jobs(board_.read_all()))
+    for (const std::string& folder :
+         folders_of_ended_jobs(board_.read_all()))
       rules.clear_password(folder);
   });
 }

@@ -1,8 +1,22 @@
 #include "jobs/file_helpers.h"
 
+#include "base/fault.h"
 #include "base/number.h"
 
 namespace qvrcom::jobs {
+
+void refuse_link(const platform::Files& files, const std::string& folder) {
+  if (files.is_link(folder))
+    throw base::Fault(base::kPermissionDenied, "\"" + files.native(folder) +
+                                                   "\" is a link, which is not followed. Remove it by hand.");
+}
+
+void delete_job_folder(platform::Files& files, const std::string& folder) {
+  refuse_link(files, folder);
+  for (const std::string& name : files.list(folder))
+    files.remove(folder + "\\" + name);
+  files.remove_folder(folder);
+}
 
 void FileHelpers::Create_File(const std::string& file_name) {
   trap_("Create_File", [&] {

@@ -10,6 +10,13 @@
 
 namespace qvrcom::jobs {
 
+// Fault when a job's folder (no backslash at its end) is a link: what lies behind it is no job's.
+void refuse_link(const platform::Files& files, const std::string& folder);
+
+// Removes a job's folder with its files. Fault when it is missing or a link, and when it holds a folder; its
+// files are gone then.
+void delete_job_folder(platform::Files& files, const std::string& folder);
+
 // Files and folders that the job machinery stands on, and the fixed widths of numbers in file names.
 class FileHelpers {
  public:

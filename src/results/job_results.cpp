@@ -169,7 +169,8 @@ void JobResults::Remove_Folder() {
   trap_("Remove_Folder", [&] {
     if (job_.JobId.empty()) return;
     const std::string job = current_job();
-    if (helpers_.ExistedFolder(scheduler_.folder(), job)) delete_folder(scheduler_.path(job));
+    if (helpers_.ExistedFolder(scheduler_.folder(), job))
+      jobs::delete_job_folder(files_, scheduler_.path(job));
     index_.Remove_Index_Line(environment::kIndexFile, job_.JobId);
   });
 }
@@ -183,13 +184,6 @@ std::string JobResults::current_job() const {
   std::string name = id.substr(id.size() - length - behind, length);
   if (!jobs::is_job_name(name)) throw bad_name(name);
   return name;
-}
-
-void JobResults::delete_folder(const std::string& folder) {
-  const std::string inside = folder + "\\";
-  for (const std::string& name : files_.list(folder))
-    files_.remove(inside + name);
-  files_.remove_folder(folder);
 }
 
 void JobResults::RemoveJobFromList(const std::string& list_file, const std::string& current,

@@ -86,7 +86,6 @@ class JobResults {
   void need_header_line(std::size_t item, const std::string& key) const;
   void take_download(const std::string& local_path);
   std::string current_job() const;
-  void delete_folder(const std::string& folder);
 
   const base::JobValues& job_;
   const jobs::SchedulerFiles& scheduler_;

@@ -292,10 +292,7 @@ void SystemCommands::take_result(const Order& order) {
 void SystemCommands::discard() {
   rules_.Remove_Folder();
   const std::string& folder = parts_.session.job.Folder;
-  if (folder.empty() || !parts_.files.folder_exists(folder)) return;
-  for (const std::string& name : parts_.files.list(folder))
-    parts_.files.remove(folder + "\\" + name);
-  parts_.files.remove_folder(folder);
+  if (!folder.empty() && parts_.files.folder_exists(folder)) jobs::delete_job_folder(parts_.files, folder);
 }
 
 }  // namespace qvrcom::rules
