@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,13 +23,15 @@ enum class ReportWord {
   kTaken,     // written by the library: what came of the account's files is on the disk
 };
 
+// How a session ends, as kEnded says it.
+inline constexpr std::array<const char*, 3> kReportEndings{"completed", "error", "cancelled"};
+
 struct ReportLine {
   ReportWord word = ReportWord::kFetched;
   std::string account;  // "part3"; "" before the first account line
   std::string remote;   // name of the device file; "" when it is about none
   std::string local;    // kFetched, kStoring, kStored: name in the job's folder
-  std::string
-      text;  // kFailed: the reason, with the device's reply; kEnded: "completed", "error" or "cancelled"
+  std::string text;     // kFailed: the reason, with the device's reply; kEnded: one of kReportEndings
 
   bool operator==(const ReportLine&) const = default;
 };

@@ -1,5 +1,7 @@
 #include "jobs/scheduler_files.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "jobs/job_name.h"
 #include "jobs/job_report.h"
@@ -16,7 +18,9 @@ std::vector<std::string> SchedulerFiles::job_folders() const {
 std::string SchedulerFiles::reported_ending(const std::string& job) const {
   const auto report = report_of(files_, path(job));
   const std::string ending = report ? report->ending() : std::string{};
-  return ending == "completed" || ending == "error" || ending == "cancelled" ? ending : std::string{};
+  const bool is_known =
+      std::find(kReportEndings.begin(), kReportEndings.end(), ending) != kReportEndings.end();
+  return is_known ? ending : std::string{};
 }
 
 void SchedulerFiles::print(std::string_view name, std::string_view text) const {

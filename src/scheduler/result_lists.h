@@ -21,6 +21,7 @@ struct LineEqual {
   bool operator()(std::string_view left, std::string_view right) const;
 };
 
+// In the order of jobs::kReportEndings.
 enum class Outcome { kCompleted, kError, kCancelled };
 
 // "completed.sch", "error.sch" and "cancelled.sch": the index lines of finished jobs, as they stood in the

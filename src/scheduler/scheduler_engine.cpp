@@ -46,8 +46,6 @@ const char* ending_sentence(Outcome outcome) {
   return kEndings[static_cast<std::size_t>(outcome)];
 }
 
-constexpr std::array<const char*, 3> kReportEndings{"completed", "error", "cancelled"};
-
 // What a session of an earlier run of this program has left in the job's folder.
 struct EarlierSession {
   Outcome outcome;
@@ -66,9 +64,9 @@ std::optional<EarlierSession> earlier_session(const platform::Files& files, cons
     if (!files.is_link(path) && files.length(path) < first_line) return std::nullopt;
     return EarlierSession{Outcome::kError, kBadReportReason};
   }
-  const auto word = std::find(kReportEndings.begin(), kReportEndings.end(), report->ending());
-  if (word != kReportEndings.end())
-    return EarlierSession{static_cast<Outcome>(word - kReportEndings.begin()), {}, true};
+  const auto& endings = jobs::kReportEndings;
+  const auto word = std::find(endings.begin(), endings.end(), report->ending());
+  if (word != endings.end()) return EarlierSession{static_cast<Outcome>(word - endings.begin()), {}, true};
   if (report->has_changed()) return EarlierSession{Outcome::kError, kCutOffReason};
   return std::nullopt;
 }

@@ -18,7 +18,6 @@ using MonotonicClock = std::chrono::steady_clock;
 
 constexpr int kMostLoginsAgain = 8;      // in one session, whether they succeed or not
 constexpr std::size_t kMostNamed = 200;  // accounts in the summary
-constexpr std::array<const char*, 3> kOutcomes{"completed", "error", "cancelled"};  // by Outcome
 
 class Conversation {
  public:
@@ -187,7 +186,8 @@ class Conversation {
   void end_report(Outcome outcome) {
     if (!report_.begun()) return;
     const auto fault = fault_of([&] {
-      report_.write({ReportWord::kEnded, {}, {}, {}, kOutcomes[static_cast<std::size_t>(outcome)]});
+      report_.write(
+          {ReportWord::kEnded, {}, {}, {}, jobs::kReportEndings[static_cast<std::size_t>(outcome)]});
     });
     if (fault) telling_.done("The report has no last line. " + SessionTelling::reason(*fault));
   }
