@@ -20,7 +20,7 @@ std::vector<platform::Message> look_after_jobs(const results::JobBoard& board, J
                                                const LateResultsRequest& late, const std::string& advice) {
   std::vector<platform::Message> told;
   const auto fault = base::fault_of([&] {
-    const results::Board read = board.read();
+    const results::Board read = board.read(results::JobBoard::Extent::kFolders);
     for (const results::UnreadList& list : read.unread)
       told.push_back(message_of(list));
     if (!told.empty()) return;

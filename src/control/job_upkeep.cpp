@@ -45,7 +45,7 @@ JobUpkeep::Cleaning JobUpkeep::clean() {
     Cleaning cleaning;
     const auto hold = parts_.gate.enter();
     if (!hold) return cleaning;
-    cleaning.jobs = abandoned(board_.read_all());
+    cleaning.jobs = abandoned(board_.read_all(results::JobBoard::Extent::kFolders));
     for (const std::string& job : cleaning.jobs)
       discard(job);
     cleaning.logs = remove_old_logs();
@@ -116,7 +116,7 @@ void JobUpkeep::forget_access_codes(const results::Board& seen) {
     if (!hold) return;
     rules::BusinessRules rules(parts_.rules);
     for (const std::string& folder :
-         folders_of_ended_jobs(board_.read_all()))
+         folders_of_ended_jobs(board_.read_all(results::JobBoard::Extent::kFolders)))
       rules.clear_password(folder);
   });
 }

@@ -22,7 +22,7 @@ constexpr std::array<const char*, 3> kEndings{"Completed", "Error", "Cancelled"}
 }  // namespace
 
 std::vector<results::BoardJob> LateResultsRequest::waiting() const {
-  return results::unprocessed_jobs(board_.read_all());
+  return results::unprocessed_jobs(board_.read_all(results::JobBoard::Extent::kFolders));
 }
 
 LateResultsAnswer LateResultsRequest::process(const results::BoardJob& job) {

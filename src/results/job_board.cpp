@@ -1,14 +1,17 @@
 #include "results/job_board.h"
 
 #include <algorithm>
+#include <deque>
 #include <iterator>
 #include <set>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "base/text.h"
 #include "environment/names.h"
 #include "jobs/index_line.h"
 #include "jobs/job_name.h"
+#include "jobs/line_key.h"
 #include "jobs/script_grammar.h"
 
 namespace qvrcom::results {
@@ -31,13 +34,29 @@ constexpr EndingList kEndingLists[] = {
     {environment::kCancelledFile, "Cancelled"}, {environment::kCancelledPendingFile, "Cancelled"},
 };
 
+// The job of a line that is an index line; of others something else or nothing.
+std::string_view job_named_by(std::string_view line) {
+  if (!line.ends_with(';')) return {};
+  line.remove_suffix(1);
+  return jobs::job_of_script(line.substr(line.rfind(';') + 1));  // npos + 1 is 0
+}
+
 class BoardMaker {
  public:
-  void add_list(const std::string& file, std::string_view text) {
+  BoardMaker(const std::vector<std::string>& folders, bool folders_only)
+      : folders_(folders.begin(), folders.end()),
+        left_(folders_),
+        wanted_(folders.begin(), folders.end()),
+        folders_only_(folders_only) {}
+
+  void add_list(const std::string& file, std::string text) {
+    const auto lines = base::lines_of(texts_.emplace_back(std::move(text)));
+    if (!folders_only_) board_.jobs.reserve(board_.jobs.size() + lines.size());
     std::size_t number = 0;
-    for (const std::string_view line : base::lines_of(text)) {
+    for (const std::string_view line : lines) {
       ++number;
-      if (!line.empty()) add_line(file, number, line);
+      if (!line.empty() && (!folders_only_ || wanted_.contains(job_named_by(line))))
+        add_line(file, number, line);
     }
   }
 
@@ -45,50 +64,52 @@ class BoardMaker {
     board_.unread.push_back({file, fault});
   }
 
-  void add_folders(const std::vector<std::string>& folders) {
-    std::set<std::string> left(folders.begin(), folders.end());
-    for (BoardJob& job : board_.jobs)
-      job.has_folder = left.contains(job.job);
-    if (!board_.unread.empty()) return;
-    for (const BoardJob& job : board_.jobs)
-      left.erase(job.job);
-    board_.abandoned.assign(left.begin(), left.end());
+  Board take() {
+    if (board_.unread.empty()) board_.abandoned.assign(left_.begin(), left_.end());
+    return std::move(board_);
   }
-
-  Board take() { return std::move(board_); }
 
  private:
   void add_line(const std::string& file, std::size_t number, std::string_view line) {
-    const auto [place, is_new] = places_.try_emplace(base::to_upper(line), board_.jobs.size());
+    const auto [place, is_new] = places_.try_emplace(line, board_.jobs.size());
     if (is_new) {
-      const jobs::IndexLineReading reading = jobs::read_index_line(line);
+      jobs::IndexLineReading reading = jobs::read_index_line(line);
       if (!reading.line) {
         places_.erase(place);
         board_.problems.push_back({file, number, std::string(line), reading.reason});
         return;
       }
-      add_job(*reading.line, line);
+      add_job(std::move(*reading.line), line);
     }
     auto& lists = board_.jobs[place->second].lists;
     if (lists.empty() || lists.back() != file) lists.push_back(file);
   }
 
-  void add_job(const jobs::IndexLine& values, std::string_view line) {
-    board_.jobs.push_back({values.job,
-                           values.description,
-                           values.site_name,
-                           values.site_id,
-                           values.device_id,
+  void add_job(jobs::IndexLine values, std::string_view line) {
+    left_.erase(values.job);
+    const bool has_folder = folders_.contains(values.job);
+    board_.jobs.push_back({std::move(values.job),
+                           std::move(values.description),
+                           std::move(values.site_name),
+                           std::move(values.site_id),
+                           std::move(values.device_id),
                            base::from_date_serial(values.start),
                            base::from_date_serial(values.creation),
                            {},
                            std::string(line),
-                           false,
+                           has_folder,
                            {}});
   }
 
   Board board_;
-  std::unordered_map<std::string, std::size_t> places_;  // line in capitals to its job
+  std::set<std::string> folders_;
+  std::set<std::string> left_;  // those that no line has named yet
+  // Two lists may write a job's name differently.
+  std::unordered_set<std::string, jobs::LineHash, jobs::LineEqual> wanted_;
+  bool folders_only_;
+  std::deque<std::string> texts_;  // of the lists, for the views into them
+  std::unordered_map<std::string_view, std::size_t, jobs::LineHash, jobs::LineEqual>
+      places_;  // into the jobs
 };
 
 }  // namespace
@@ -107,14 +128,13 @@ std::vector<BoardJob> unprocessed_jobs(const Board& board) {
   return found;
 }
 
-Board JobBoard::read() const {
-  BoardMaker maker;
+Board JobBoard::read(Extent extent) const {
+  BoardMaker maker(scheduler_.job_folders(), extent == Extent::kFolders);
   for (const char* file : kBoardFiles) {
     std::string text;
     const auto fault = base::fault_of([&] { text = scheduler_.read_or_empty(file); });
-    fault ? maker.miss_list(file, *fault) : maker.add_list(file, text);
+    fault ? maker.miss_list(file, *fault) : maker.add_list(file, std::move(text));
   }
-  maker.add_folders(scheduler_.job_folders());
   Board board = maker.take();
   std::erase_if(board.abandoned, [&](const std::string& name) {
     const std::string ending = scheduler_.reported_ending(name);
@@ -127,8 +147,8 @@ Board JobBoard::read() const {
   return board;
 }
 
-Board JobBoard::read_all() const {
-  Board board = read();
+Board JobBoard::read_all(Extent extent) const {
+  Board board = read(extent);
   if (!board.unread.empty()) throw board.unread.front().fault;
   return board;
 }

@@ -59,10 +59,15 @@ class JobBoard {
  public:
   explicit JobBoard(const jobs::SchedulerFiles& scheduler) : scheduler_(scheduler) {}
 
+  enum class Extent {
+    kEverything,
+    kFolders,  // jobs whose folder is there; of other lines, damaged ones among them, nothing is told
+  };
+
   // A missing list is empty.
-  Board read() const;
+  Board read(Extent extent = Extent::kEverything) const;
   // For whoever changes something by what the lists say: Fault when one of them cannot be read.
-  Board read_all() const;
+  Board read_all(Extent extent = Extent::kEverything) const;
 
   const jobs::SchedulerFiles& scheduler() const { return scheduler_; }
 

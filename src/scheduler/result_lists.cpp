@@ -1,7 +1,6 @@
 #include "scheduler/result_lists.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <unordered_set>
 
 #include "base/text.h"
@@ -26,19 +25,6 @@ std::string joined(const std::vector<std::string>& lines) {
 }
 
 }  // namespace
-
-std::size_t LineHash::operator()(std::string_view line) const {
-  std::uint64_t hash = 14695981039346656037ULL;  // FNV-1a
-  for (const char c : line) {
-    const bool lower = c >= 'a' && c <= 'z';
-    hash = (hash ^ static_cast<unsigned char>(lower ? c - 'a' + 'A' : c)) * 1099511628211ULL;
-  }
-  return hash;
-}
-
-bool LineEqual::operator()(std::string_view left, std::string_view right) const {
-  return base::equals_ignoring_case(left, right);
-}
 
 void ResultLists::load() {
   std::array<std::string, 3> texts;

@@ -1,25 +1,18 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "jobs/line_key.h"
 #include "platform/files.h"
 
 namespace qvrcom::scheduler {
 
-// Index lines as keys: letter case tells no two apart, and a view is looked up as it is.
-struct LineHash {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view line) const;
-};
-struct LineEqual {
-  using is_transparent = void;
-  bool operator()(std::string_view left, std::string_view right) const;
-};
+using jobs::LineEqual;
+using jobs::LineHash;
 
 // In the order of jobs::kReportEndings.
 enum class Outcome { kCompleted, kError, kCancelled };

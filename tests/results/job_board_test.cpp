@@ -38,6 +38,12 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   EXPECT_EQ(board.problems[0].line, 3U);
   EXPECT_EQ(board.problems[0].reason, "not three fields closed by \";\"");
 
+  const Board present = JobBoard(parts.scheduler).read(JobBoard::Extent::kFolders);
+  ASSERT_EQ(present.jobs.size(), 1U);
+  EXPECT_EQ(present.jobs[0].job, "Nov1");
+  EXPECT_EQ(present.jobs[0].lists, board.jobs[1].lists);
+  EXPECT_EQ(present.abandoned, board.abandoned);
+
   // A list that cannot be read may name the folder.
   parts.files.make_folders("S:\\error.sch");
   const Board part = JobBoard(parts.scheduler).read();
