@@ -136,7 +136,7 @@ std::string SchedulerEngine::read_index() const {
 }
 
 void SchedulerEngine::take_index() {
-  if (index_.take(read_index())) next_ = 0;
+  if (index_.take(read_index())) next_ = next_back_ = 0;
 }
 
 // Whether the index is the one whose lines are being looked at, as far as its length tells.
@@ -146,7 +146,7 @@ bool SchedulerEngine::index_is_known() const {
 }
 
 void SchedulerEngine::look_for_work() {
-  if (!work_wanted_ || session_ || stopped_) return;
+  if (!work_wanted_ || session_ || stopped_ || looking_back_) return;
   const auto fault = fault_of([this] {
     if (!index_is_known()) take_index();
   });
@@ -228,18 +228,28 @@ bool SchedulerEngine::finish_from_report(const std::string& line, const std::str
 
 // What cannot be read is told when jobs are submitted.
 void SchedulerEngine::list_interrupted() {
-  fault_of([this] {
+  looking_back_ = !fault_of([this] {
     lists_.load();
-    const std::string index = read_index();
-    for (const std::string_view text : base::lines_of(index)) {
-      const WaitingLine line = waiting_line(text);
-      if (!line.problem.empty() || due(line, parts_.clock.now()) != Due::kNow || lists_.find(text) != nullptr)
-        continue;
-      fault_of([&] { finish_from_report(std::string(text), line.job); });
-    }
+    take_index();
   });
-  list_finished();
+  if (looking_back_) return look_back();
   fault_of([this] { end_cut_reports(); });
+}
+
+void SchedulerEngine::look_back() {
+  const std::size_t end = std::min(index_.size(), next_back_ + kLinesPerTick);
+  for (; next_back_ < end; ++next_back_) {
+    const std::string_view text = index_.text(next_back_);
+    const WaitingLine& line = index_.line(next_back_);
+    if (!line.problem.empty() || due(line, parts_.clock.now()) != Due::kNow || lists_.find(text) != nullptr)
+      continue;
+    fault_of([&] { finish_from_report(std::string(text), line.job); });
+  }
+  list_finished();
+  if (next_back_ < index_.size()) return parts_.wake();
+  looking_back_ = false;
+  fault_of([this] { end_cut_reports(); });
+  look_for_work();
 }
 
 // A job whose dialog was left has no index line: its report alone tells that it was cut off.
@@ -257,7 +267,7 @@ void SchedulerEngine::end_cut_reports() {
 
 void SchedulerEngine::tick() {
   if (session_) take_events();
-  look_for_work();
+  looking_back_ ? look_back() : look_for_work();
 }
 
 void SchedulerEngine::take_events() {

@@ -41,7 +41,7 @@ class SchedulerEngine {
   explicit SchedulerEngine(EngineParts parts);
 
   // To be called once, at the program's start: lists the jobs that an earlier run was cut off in and that
-  // must not run again. Starts none. The one member that goes through the whole index at once.
+  // must not run again. Starts none; jobs that are submitted wait until later ticks are through with this.
   void list_interrupted();
 
   // A request code of the message channel: 1 jobs submitted, 2 results taken, 5 and 9 show the session,
@@ -90,6 +90,7 @@ class SchedulerEngine {
   void take_index();
   bool index_is_known() const;
   void look_for_work();
+  void look_back();
   void end_look();
   void consider(std::size_t number);
   void start(std::string_view text);
@@ -112,9 +113,11 @@ class SchedulerEngine {
 
   // A look through the index: it goes on from tick to tick, and behind the end of each session.
   IndexLines index_;
-  std::size_t next_ = 0;      // number of the line that is looked at next
-  bool work_wanted_ = false;  // the look is not at its end
-  bool looking_ = false;      // lines have been looked at since the index was read
+  bool looking_back_ = false;  // for jobs that an earlier run was cut off in
+  std::size_t next_back_ = 0;  // number of the line whose job is looked back at next
+  std::size_t next_ = 0;       // number of the line that is looked at next
+  bool work_wanted_ = false;   // the look is not at its end
+  bool looking_ = false;       // lines have been looked at since the index was read
   bool found_finished_ = false;
   std::string obstacle_;  // why no job is started, "" when there is no reason
   CountedSentences left_alone_{"more jobs are left alone."};

@@ -296,7 +296,10 @@ TEST_F(SchedulerEngineTest, ManyLinesAreTakenInTurns) {
   files_.before = [&](std::string_view operation, const std::string& path) {
     writings += operation == "append" && path.ends_with("error.sch") ? 1 : 0;
   };
+  engine_->list_interrupted();
   engine_->request(1);
+  EXPECT_EQ(list("error"), "") << "the first lines are not yet looked back at";
+  tick_until([&] { return list("error") != ""; });
   EXPECT_TRUE(woken_) << "the rest is left to ticks";
   EXPECT_EQ(base::lines_of(list("error")).size(), 500U);
   EXPECT_EQ(engine_->status().jobs.size(), 2000U);
