@@ -18,8 +18,7 @@ std::string write_csv(const StatisticsParts& parts, const std::string& configura
   const std::string path = names.Get_Stats_FileName(session_site(database).value_or(""), parts.dbase);
   if (path.empty()) {
     throw base::Fault(base::kPathNotFound,
-                      "There is no name for the statistics file: the site has no statistics settings. Run "
-                      "\"qvrcomctl setup\".");
+                      "There is no name for the statistics file; the message before this one says why.");
   }
   parts.files.replace(path, text);
   return "OK" + path;

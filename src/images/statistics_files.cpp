@@ -57,6 +57,10 @@ std::string StatisticsFiles::Get_Stats_FileName(const std::string& user_key, env
 std::string StatisticsFiles::Next_AutoIncrement_FileName(const std::string& folder,
                                                          const std::string& file_name) {
   return trap_("Next_AutoIncrement_FileName", [&] {
+    if (folder.empty())
+      throw base::Fault(base::kPathNotFound,
+                        "No folder is named for the statistics file: the site has no statistics settings. "
+                        "Run \"qvrcomctl setup\".");
     const std::string base_name =
         file_name.substr(0, file_name.size() - std::min(file_name.size(), kExtension.size()));
     std::int32_t largest = 0;

@@ -194,8 +194,8 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
   const std::string path = rules_.Get_Stats_FileName(session_.site.SiteID, dbase_);
   if (path.empty()) {
     throw base::Fault(base::kPathNotFound,
-                      "There is no name for the statistics file: the site has no "
-                      "statistics settings. The download is kept in " +
+                      "There is no name for the statistics file; the message before this one says why. "
+                      "The download is kept in " +
                           files_.native(session_.job.Folder) + ".");
   }
   files_.replace(path, text);
