@@ -7,7 +7,6 @@
 #include "cli/arguments.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
-#include "cli/printable.h"
 #include "control/job_news.h"
 
 namespace qvrcom::cli {

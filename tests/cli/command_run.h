@@ -37,7 +37,7 @@ struct FakeScheduler : platform::SchedulerControl {
 };
 
 // A session dialog that ends at once: it leaves a file and "Completed", unless the partition is to fail.
-// Tidying up behind partition 5 fails.
+// Tidying up behind the untidy one fails.
 struct FakeScreen : link::SessionScreen {
   void show_modal() override {
     const base::RunValues& run = suite->session.run;
@@ -46,7 +46,7 @@ struct FakeScreen : link::SessionScreen {
     suite->session.run.SessionStatus = fails ? "Error" : "Completed";
     if (fails) suite->ui.show({.text = "went wrong", .title = "ERROR"});
     if (fails) return;
-    if (run.PartitionID == "5")
+    if (run.PartitionID == untidy_partition)
       platform::Trap(suite->ui)("Remove_Folder", [] { throw base::Fault(base::kFileNotFound); });
     suite->session.run.StatsResultFile = "\\stats\\P" + run.PartitionID + ".csv";
     suite->session.run.SameLogFile = "\\same\\" + suite->session.site.UserSiteID + ".log";
@@ -56,6 +56,7 @@ struct FakeScreen : link::SessionScreen {
   void show_late_outcome() override {}
   programs::Suite* suite = nullptr;
   std::string failing_partition = "none";
+  std::string untidy_partition = "none";
   std::vector<std::string> shown;
 };
 

@@ -162,6 +162,7 @@ TEST_F(CommandsTest, SessionsRunSitesOutsidePartitionsInsideAndAFailureStopsNone
   run.screen.shown.clear();
   EXPECT_EQ(run({"stats", "reset", "--site", "7", "--partition", "4"}), 0);
   EXPECT_THAT(run.screen.shown, ElementsAre("7/4 Reset Statistics for Partition "));
+  run.screen.untidy_partition = "5";
   EXPECT_EQ(run({"stats", "retrieve", "--site", "7", "--partition", "5"}), 1);
   EXPECT_EQ(run.out, "/stats/P5.csv\n");
 }
