@@ -1,11 +1,11 @@
 // Any bytes as a message index: never more records than its length tells, and each reads what its bytes say.
-#include "results/message_index.h"
+#include "jobs/message_index.h"
 
 #include <cstdint>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace qvrcom::results;
+  using namespace qvrcom::jobs;
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   const auto messages = read_message_index(bytes);
   if (messages.size() > size / 8) std::abort();

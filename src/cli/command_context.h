@@ -8,13 +8,13 @@
 #include "csv/byte_source.h"
 #include "environment/files_and_folders.h"
 #include "environment/set_up.h"
+#include "jobs/job_board.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/machine.h"
 #include "platform/programs.h"
 #include "platform/scheduler_control.h"
 #include "platform/user_interface.h"
-#include "results/job_board.h"
 #include "sitebook/site_book.h"
 
 namespace qvrcom::cli {
@@ -33,7 +33,7 @@ struct CommandContext {
   environment::SetUp& set_up;
   environment::MachineFolders proposed_folders;  // for set-up
   sitebook::SiteBook& sites;
-  const results::JobBoard& jobs;
+  const jobs::JobBoard& jobs;
   const csv::ByteSources& byte_sources;
   SessionBatch& sessions;
   const control::SessionRequestParts& requests;  // of the commands that run sessions

@@ -29,7 +29,7 @@ QJsonValue moment_json(const std::optional<base::LocalTime>& moment) {
   return moment ? json_moment(*moment) : QJsonValue();
 }
 
-QJsonObject job_json(const results::BoardJob& job) {
+QJsonObject job_json(const jobs::BoardJob& job) {
   QJsonArray lists;
   for (const std::string& file : job.lists)
     lists.append(json(list_name(file)));
@@ -43,14 +43,14 @@ QJsonObject job_json(const results::BoardJob& job) {
           {"lists", lists}};
 }
 
-QJsonObject problem_json(const results::BoardProblem& problem) {
+QJsonObject problem_json(const jobs::BoardProblem& problem) {
   return {{"file", json(problem.file)},
           {"line", static_cast<qint64>(problem.line)},
           {"text", json(problem.text)},
           {"reason", json(problem.reason)}};
 }
 
-QJsonObject unread_json(const results::UnreadList& list) {
+QJsonObject unread_json(const jobs::UnreadList& list) {
   return {{"file", json(list.file)},
           {"error", json(list.fault.description())},
           {"detail", json(list.fault.detail())}};
@@ -64,7 +64,7 @@ QJsonArray array_of(const Values& values, AsJson as_json) {
   return array;
 }
 
-std::string board_json(const results::Board& board) {
+std::string board_json(const jobs::Board& board) {
   return json_document(
       QJsonObject{{"jobs", array_of(board.jobs, job_json)},
                   {"problems", array_of(board.problems, problem_json)},
@@ -72,10 +72,10 @@ std::string board_json(const results::Board& board) {
                   {"unread", array_of(board.unread, unread_json)}});
 }
 
-void board_table(const results::Board& board, std::ostream& out) {
+void board_table(const jobs::Board& board, std::ostream& out) {
   TextTable table(out);
   table.add({"JOB", "LISTS", "START", "SITE", "DESCRIPTION"});
-  for (const results::BoardJob& job : board.jobs) {
+  for (const jobs::BoardJob& job : board.jobs) {
     std::string lists;
     for (const std::string& file : job.lists)
       lists += (lists.empty() ? "" : ", ") + list_name(file);
@@ -86,12 +86,12 @@ void board_table(const results::Board& board, std::ostream& out) {
 }
 
 // Fault for a name that is not among them.
-std::vector<results::BoardJob> chosen_jobs(std::vector<results::BoardJob> jobs,
-                                           const std::vector<std::string>& names) {
-  std::vector<results::BoardJob> chosen;
+std::vector<jobs::BoardJob> chosen_jobs(std::vector<jobs::BoardJob> jobs,
+                                        const std::vector<std::string>& names) {
+  std::vector<jobs::BoardJob> chosen;
   for (const std::string& name : names) {
     const auto found =
-        std::find_if(jobs.begin(), jobs.end(), [&](const results::BoardJob& job) { return job.job == name; });
+        std::find_if(jobs.begin(), jobs.end(), [&](const jobs::BoardJob& job) { return job.job == name; });
     if (found == jobs.end())
       throw base::Fault("No such job", "\"" + name + "\" is no finished job that waits to be processed.");
     chosen.push_back(*found);
@@ -101,10 +101,10 @@ std::vector<results::BoardJob> chosen_jobs(std::vector<results::BoardJob> jobs,
 }
 
 // The first of them, and how many more there are.
-void tell_problems(const std::vector<results::BoardProblem>& problems, Console& console) {
+void tell_problems(const std::vector<jobs::BoardProblem>& problems, Console& console) {
   const std::size_t told = std::min(problems.size(), kProblemsTold);
   for (std::size_t i = 0; i < told; ++i) {
-    const results::BoardProblem& problem = problems[i];
+    const jobs::BoardProblem& problem = problems[i];
     console.tell(problem.file + ", line " + std::to_string(problem.line) + ": " + problem.reason,
                  problem.text);
   }
@@ -114,8 +114,8 @@ void tell_problems(const std::vector<results::BoardProblem>& problems, Console& 
 }
 
 ExitCode list(CommandContext& context, bool as_json) {
-  const results::Board board = context.jobs.read();
-  for (const results::UnreadList& list : board.unread)
+  const jobs::Board board = context.jobs.read();
+  for (const jobs::UnreadList& list : board.unread)
     context.ui.show(control::message_of(list));  // which prints no message a second time
   const ExitCode code = board.unread.empty() ? ExitCode::kDone : ExitCode::kFailed;
   if (as_json) {
@@ -130,11 +130,11 @@ ExitCode list(CommandContext& context, bool as_json) {
 // Without names: every job that waits for it.
 ExitCode process(CommandContext& context, const std::vector<std::string>& names) {
   control::LateResultsRequest request(context.requests, context.jobs);
-  std::vector<results::BoardJob> jobs = request.waiting();
+  std::vector<jobs::BoardJob> jobs = request.waiting();
   if (!names.empty()) jobs = chosen_jobs(std::move(jobs), names);
   if (jobs.empty()) context.console.tell("No finished job waits to be processed.");
   std::vector<SessionStep> steps;
-  for (const results::BoardJob& job : jobs) {
+  for (const jobs::BoardJob& job : jobs) {
     steps.push_back({job.job, [&context, &request, job] {
                        const control::LateResultsAnswer answer = request.process(job);
                        context.console.erase_status();

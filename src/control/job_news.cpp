@@ -11,17 +11,17 @@ platform::Message news(const std::string& text, const std::string& detail, platf
 
 }  // namespace
 
-platform::Message message_of(const results::UnreadList& list) {
+platform::Message message_of(const jobs::UnreadList& list) {
   return news("The list " + list.file + " cannot be read: " + list.fault.description() + ".",
               list.fault.detail(), platform::Icon::kWarning);
 }
 
-std::vector<platform::Message> look_after_jobs(const results::JobBoard& board, JobUpkeep& upkeep,
+std::vector<platform::Message> look_after_jobs(const jobs::JobBoard& board, JobUpkeep& upkeep,
                                                const LateResultsRequest& late, const std::string& advice) {
   std::vector<platform::Message> told;
   const auto fault = base::fault_of([&] {
-    const results::Board read = board.read(results::JobBoard::Extent::kFolders);
-    for (const results::UnreadList& list : read.unread)
+    const jobs::Board read = board.read(jobs::JobBoard::Extent::kFolders);
+    for (const jobs::UnreadList& list : read.unread)
       told.push_back(message_of(list));
     if (!told.empty()) return;
     upkeep.forget_access_codes(read);

@@ -5,17 +5,17 @@
 
 #include "control/job_upkeep.h"
 #include "control/late_results_request.h"
+#include "jobs/job_board.h"
 #include "platform/message.h"
-#include "results/job_board.h"
 
 namespace qvrcom::control {
 
-platform::Message message_of(const results::UnreadList& list);
+platform::Message message_of(const jobs::UnreadList& list);
 
 // What every program does with the jobs at its start, on one reading of their lists: what has ended keeps no
 // access code. The answer is what there is to tell: lists that cannot be read, and jobs that ended while
 // nobody waited for them. `advice` says how this program takes those over.
-std::vector<platform::Message> look_after_jobs(const results::JobBoard& board, JobUpkeep& upkeep,
+std::vector<platform::Message> look_after_jobs(const jobs::JobBoard& board, JobUpkeep& upkeep,
                                                const LateResultsRequest& late, const std::string& advice);
 
 }  // namespace qvrcom::control

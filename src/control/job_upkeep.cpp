@@ -14,7 +14,7 @@ constexpr int kLogDays = 90;
 constexpr int kMostLogDays = 36500;
 constexpr std::string_view kLogExtension = ".log";
 
-bool waits(const results::BoardJob& job) {
+bool waits(const jobs::BoardJob& job) {
   return job.ending().empty();
 }
 
@@ -28,9 +28,9 @@ JobUpkeep::Removal JobUpkeep::remove(const std::string& job) {
   return trap_("JobUpkeep", [&] {
     const auto hold = parts_.gate.enter();
     if (!hold) return Removal::kNotDone;
-    const results::Board board = board_.read_all();
+    const jobs::Board board = board_.read_all();
     const auto found = std::find_if(board.jobs.begin(), board.jobs.end(),
-                                    [&](const results::BoardJob& each) { return each.job == job; });
+                                    [&](const jobs::BoardJob& each) { return each.job == job; });
     const bool is_listed = found != board.jobs.end();
     if (!is_listed && !contains(board.abandoned, job)) return Removal::kUnknown;
     if (is_listed ? waits(*found) : !contains(abandoned(board), job)) return Removal::kInUse;
@@ -45,7 +45,7 @@ JobUpkeep::Cleaning JobUpkeep::clean() {
     Cleaning cleaning;
     const auto hold = parts_.gate.enter();
     if (!hold) return cleaning;
-    cleaning.jobs = abandoned(board_.read_all(results::JobBoard::Extent::kFolders));
+    cleaning.jobs = abandoned(board_.read_all(jobs::JobBoard::Extent::kFolders));
     for (const std::string& job : cleaning.jobs)
       discard(job);
     cleaning.logs = remove_old_logs();
@@ -56,7 +56,7 @@ JobUpkeep::Cleaning JobUpkeep::clean() {
 
 // A session that was left goes on without its index line. Our scheduler tells which job it runs; another
 // maker's may run any of the last day.
-std::vector<std::string> JobUpkeep::abandoned(const results::Board& board) const {
+std::vector<std::string> JobUpkeep::abandoned(const jobs::Board& board) const {
   const auto status = scheduler_.status().status;
   const bool is_foreign = !status && parts_.link.scheduler_window_stands();
   const base::LocalTime yesterday = parts_.rules.clock.now() - std::chrono::days(1);
@@ -85,7 +85,7 @@ void JobUpkeep::discard(const std::string& job) {
   const std::string folder = board_.scheduler().path(job);
   jobs::refuse_link(files, folder);
   // What can be decoded is decoded for the job's own site.
-  const std::string site = results::job_from_script(board_.scheduler(), job).device_id;
+  const std::string site = jobs::job_from_script(board_.scheduler(), job).device_id;
   if (!site.empty()) parts_.database.run("Update_SessionQVR", {site});
   rules::bring_to_safety(parts_.rules, job, rules::RescueWhat::kDeleted);
   if (files.folder_exists(folder)) jobs::delete_job_folder(files, folder);
@@ -109,23 +109,22 @@ std::size_t JobUpkeep::remove_old_logs() {
 }
 
 // The lock is taken only where there is something to do: this runs at every start.
-void JobUpkeep::forget_access_codes(const results::Board& seen) {
+void JobUpkeep::forget_access_codes(const jobs::Board& seen) {
   trap_("JobUpkeep", [&] {
     if (folders_of_ended_jobs(seen).empty()) return;
     const auto hold = parts_.gate.try_enter();
     if (!hold) return;
     rules::BusinessRules rules(parts_.rules);
-    for (const std::string& folder :
-         folders_of_ended_jobs(board_.read_all(results::JobBoard::Extent::kFolders)))
+    for (const std::string& folder : folders_of_ended_jobs(board_.read_all(jobs::JobBoard::Extent::kFolders)))
       rules.clear_password(folder);
   });
 }
 
-std::vector<std::string> JobUpkeep::folders_of_ended_jobs(const results::Board& board) const {
+std::vector<std::string> JobUpkeep::folders_of_ended_jobs(const jobs::Board& board) const {
   std::vector<std::string> folders;
   for (const std::string& job : board.abandoned)
     folders.push_back(board_.scheduler().path(job));
-  for (const results::BoardJob& job : board.jobs) {
+  for (const jobs::BoardJob& job : board.jobs) {
     if (!waits(job) && job.has_folder) folders.push_back(board_.scheduler().path(job.job));
   }
   return folders;

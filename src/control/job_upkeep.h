@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "control/session_request.h"
+#include "jobs/job_board.h"
 #include "platform/machine.h"
 #include "platform/scheduler_control.h"
-#include "results/job_board.h"
 
 namespace qvrcom::control {
 
@@ -15,8 +15,8 @@ namespace qvrcom::control {
 // folder goes; a box says where they are.
 class JobUpkeep {
  public:
-  JobUpkeep(const SessionRequestParts& parts, const results::JobBoard& board,
-            const platform::Machine& machine, platform::SchedulerControl& scheduler)
+  JobUpkeep(const SessionRequestParts& parts, const jobs::JobBoard& board, const platform::Machine& machine,
+            platform::SchedulerControl& scheduler)
       : parts_(parts), board_(board), machine_(machine), scheduler_(scheduler), trap_(parts.rules.ui) {}
 
   enum class Removal {
@@ -37,20 +37,20 @@ class JobUpkeep {
 
   // Empties the access code in the script of every job that has ended or is in no list. `seen` are the lists
   // as they were just now: when nothing of it has ended, nothing is done.
-  void forget_access_codes(const results::Board& seen);
+  void forget_access_codes(const jobs::Board& seen);
 
   // How long a job's log is kept: user setting LogDays of section Jobs, 1 to 36500, 90 without one.
   int log_days() const;
 
  private:
-  std::vector<std::string> abandoned(const results::Board& board) const;
-  std::vector<std::string> folders_of_ended_jobs(const results::Board& board) const;
+  std::vector<std::string> abandoned(const jobs::Board& board) const;
+  std::vector<std::string> folders_of_ended_jobs(const jobs::Board& board) const;
   void take_off_lists(const std::string& line);
   void discard(const std::string& job);
   std::size_t remove_old_logs();
 
   SessionRequestParts parts_;
-  const results::JobBoard& board_;
+  const jobs::JobBoard& board_;
   const platform::Machine& machine_;
   platform::SchedulerControl& scheduler_;
   platform::Trap trap_;

@@ -21,19 +21,19 @@ constexpr std::array<const char*, 3> kEndings{"Completed", "Error", "Cancelled"}
 
 }  // namespace
 
-std::vector<results::BoardJob> LateResultsRequest::waiting() const {
-  return results::unprocessed_jobs(board_.read_all(results::JobBoard::Extent::kFolders));
+std::vector<jobs::BoardJob> LateResultsRequest::waiting() const {
+  return jobs::unprocessed_jobs(board_.read_all(jobs::JobBoard::Extent::kFolders));
 }
 
-LateResultsAnswer LateResultsRequest::process(const results::BoardJob& job) {
+LateResultsAnswer LateResultsRequest::process(const jobs::BoardJob& job) {
   LateResultsAnswer answer;
   answer.result = trap_("LateResultsRequest", [&] {
     return request_.run_alone(
         [] {},
         [&] {
           const auto jobs = waiting();
-          const bool is_there = std::any_of(
-              jobs.begin(), jobs.end(), [&](const results::BoardJob& each) { return each.job == job.job; });
+          const bool is_there = std::any_of(jobs.begin(), jobs.end(),
+                                            [&](const jobs::BoardJob& each) { return each.job == job.job; });
           if (!is_there) {
             request_.refuse("The job " + job.job + " does not wait to be processed any more.",
                             "Another program has processed or removed it.");
@@ -46,7 +46,7 @@ LateResultsAnswer LateResultsRequest::process(const results::BoardJob& job) {
   return answer;
 }
 
-RequestResult LateResultsRequest::run(const results::BoardJob& job, LateResultsAnswer& answer) {
+RequestResult LateResultsRequest::run(const jobs::BoardJob& job, LateResultsAnswer& answer) {
   parts_.screen.show_late_outcome();
   const base::RunValues& run = parts_.rules.session.run;
   for (const base::PartitionFile& each : run.PartitionResults)
@@ -62,7 +62,7 @@ RequestResult LateResultsRequest::run(const results::BoardJob& job, LateResultsA
 }
 
 // The outcome routines find a job by its line: one that no list holds any more gets a new one.
-std::string LateResultsRequest::list_again(const results::BoardJob& job) const {
+std::string LateResultsRequest::list_again(const jobs::BoardJob& job) const {
   const std::string folder = board_.scheduler().path(job.job);
   const base::LocalTime start = job.start.value_or(parts_.rules.clock.now());
   std::string line = jobs::index_line_text({.creation = base::serial_text(start),
@@ -82,7 +82,7 @@ std::string LateResultsRequest::list_again(const results::BoardJob& job) const {
   return line;
 }
 
-void LateResultsRequest::take_over(const results::BoardJob& job) const {
+void LateResultsRequest::take_over(const jobs::BoardJob& job) const {
   base::Session& session = parts_.rules.session;
   session.site.SiteName = job.site_name;
   session.site.UserSiteID = job.site_id;
@@ -107,8 +107,8 @@ void LateResultsRequest::take_over(const results::BoardJob& job) const {
   parts_.database.run("Update_SessionQVR", {session.site.SiteID});
 }
 
-std::string LateResultsRequest::notice(const results::Board& board) const {
-  const std::vector<results::BoardJob> jobs = results::unprocessed_jobs(board);
+std::string LateResultsRequest::notice(const jobs::Board& board) const {
+  const std::vector<jobs::BoardJob> jobs = jobs::unprocessed_jobs(board);
   if (jobs.empty() || !parts_.gate.try_enter()) return {};
   std::string names;
   constexpr std::size_t kMostNamed = 5;

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "control/session_request.h"
-#include "results/job_board.h"
+#include "jobs/job_board.h"
 
 namespace qvrcom::control {
 
@@ -17,26 +17,26 @@ struct LateResultsAnswer {
 // window, a full disk): their outcome routines run as they would have run in the session dialog.
 class LateResultsRequest {
  public:
-  LateResultsRequest(const SessionRequestParts& parts, const results::JobBoard& board)
+  LateResultsRequest(const SessionRequestParts& parts, const jobs::JobBoard& board)
       : parts_(parts), board_(board), request_(parts), trap_(parts.rules.ui) {}
 
   // The jobs; the one that a running session is about to take over among them. Fault when a list cannot be
   // read.
-  std::vector<results::BoardJob> waiting() const;
+  std::vector<jobs::BoardJob> waiting() const;
 
   // "2 finished jobs have not been processed: NAME, NAME."; "" when the board has none, or a session runs,
   // which takes its own over.
-  std::string notice(const results::Board& board) const;
+  std::string notice(const jobs::Board& board) const;
 
-  LateResultsAnswer process(const results::BoardJob& job);
+  LateResultsAnswer process(const jobs::BoardJob& job);
 
  private:
-  RequestResult run(const results::BoardJob& job, LateResultsAnswer& answer);
-  void take_over(const results::BoardJob& job) const;
-  std::string list_again(const results::BoardJob& job) const;
+  RequestResult run(const jobs::BoardJob& job, LateResultsAnswer& answer);
+  void take_over(const jobs::BoardJob& job) const;
+  std::string list_again(const jobs::BoardJob& job) const;
 
   SessionRequestParts parts_;
-  const results::JobBoard& board_;
+  const jobs::JobBoard& board_;
   SessionRequest request_;
   platform::Trap trap_;
 };

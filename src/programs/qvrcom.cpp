@@ -102,7 +102,7 @@ int run_desktop() {
       QStringLiteral("&Jobs"),
       new ui::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs, suite.files,
                         suite.folders, boxes, windows.logs(),
-                        [&](const results::BoardJob& job) { tell_processed(late.process(job), suite); },
+                        [&](const jobs::BoardJob& job) { tell_processed(late.process(job), suite); },
                         [&](const std::string& job) { upkeep.remove(job); }}));
   auto* device = new ui::DevicePage({request, suite.sites, windows.chooser()});
   window.add_page(QStringLiteral("&Device"), device);

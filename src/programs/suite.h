@@ -12,9 +12,9 @@
 #include "environment/command_set.h"
 #include "environment/database_connection.h"
 #include "environment/set_up.h"
+#include "jobs/job_board.h"
 #include "link/scheduler_link.h"
 #include "programs/host.h"
-#include "results/job_board.h"
 #include "scheduler/session_reason.h"
 #include "session/frm_response.h"
 #include "session/session_gate.h"
@@ -56,7 +56,7 @@ class Suite : public Host {
   components::ComponentRegistry components;
   sitebook::SiteBook sites;
   jobs::SchedulerFiles scheduler_files;
-  results::JobBoard jobs;
+  jobs::JobBoard jobs;
   link::SchedulerLink link;
   session::SessionGate gate;
 

@@ -20,11 +20,11 @@ BusinessRules::BusinessRules(const BusinessRulesParts& parts)
       MessageIndex(parts.session.received, parts.files, parts.ui),
       JobResults(parts.session.job, scheduler, *this, *this, parts.files, parts.ui, decoders) {
   decoders = {
-      {results::is_message_index, [this](const std::string& file) { Process_MsgIndex(file); }},
+      {jobs::is_message_index, [this](const std::string& file) { Process_MsgIndex(file); }},
       // A message is one whatever else its name holds.
-      {results::is_message,
-       [this](const std::string& file) { ReceivedPartition = results::partition_of_message(file); }},
-      {results::is_configuration_image, [this](const std::string& file) { Write_Database(file); }},
+      {jobs::is_message,
+       [this](const std::string& file) { ReceivedPartition = jobs::partition_of_message(file); }},
+      {jobs::is_configuration_image, [this](const std::string& file) { Write_Database(file); }},
   };
 }
 

@@ -14,6 +14,8 @@
 #include "images/statistics_files.h"
 #include "jobs/file_helpers.h"
 #include "jobs/job_index.h"
+#include "jobs/job_results.h"
+#include "jobs/message_index.h"
 #include "jobs/scheduler_files.h"
 #include "jobs/script_writer.h"
 #include "platform/clock.h"
@@ -21,8 +23,6 @@
 #include "platform/files.h"
 #include "platform/user_interface.h"
 #include "platform/xml_rows.h"
-#include "results/job_results.h"
-#include "results/message_index.h"
 #include "siterules/firmware_rules.h"
 #include "siterules/site_lookups.h"
 
@@ -43,7 +43,7 @@ struct BusinessRulesParts {
 // What the small classes stand on: made before them, gone after them.
 struct Ground {
   jobs::SchedulerFiles scheduler;
-  results::DownloadDecoders decoders;  // of the downloads that are decoded by their name
+  jobs::DownloadDecoders decoders;  // of the downloads that are decoded by their name
 };
 
 // The suite's procedures under one name. Each stands in a small class on the floor where it belongs.
@@ -59,8 +59,8 @@ class BusinessRules : private Ground,
                       public images::ReceivedConfiguration,
                       public images::DeviceRecords,
                       public images::NodeLists,
-                      public results::MessageIndex,
-                      public results::JobResults {
+                      public jobs::MessageIndex,
+                      public jobs::JobResults {
  public:
   explicit BusinessRules(const BusinessRulesParts& parts);
   BusinessRules(const BusinessRules&) = delete;

@@ -5,15 +5,15 @@
 #include "base/fault.h"
 #include "environment/files_and_folders.h"
 #include "images/component_answer.h"
+#include "jobs/job_findings.h"
 #include "jobs/job_log.h"
 #include "jobs/job_name.h"
-#include "results/job_findings.h"
 #include "rules/job_steps.h"
 
 namespace qvrcom::rules {
 namespace {
 
-using results::AccountFindings;
+using jobs::AccountFindings;
 
 constexpr std::string_view kAccountWord = "part";
 constexpr const char* kConfiguration = "1";  // what is received is decoded under it
@@ -146,7 +146,7 @@ bool bring_to_safety(const BusinessRulesParts& parts, const std::string& job_nam
                      const std::vector<std::string>& accounts) {
   const std::string folder = environment::scheduler_folder(parts.session.run, parts.folders) + job_name;
   if (!jobs::is_job_name(job_name) || !parts.files.folder_exists(folder)) return false;
-  const auto found = results::findings_of(parts.files, folder);
+  const auto found = jobs::findings_of(parts.files, folder);
   if (found && what != RescueWhat::kEverything && !found->has_deleted) return false;
   const jobs::ScriptHeader header = found ? found->script.header : jobs::ScriptHeader{};
   Rescuer rescuer(parts, job_name, header);

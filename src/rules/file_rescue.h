@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "results/job_findings.h"
+#include "jobs/job_findings.h"
 #include "rules/business_rules.h"
 
 namespace qvrcom::rules {

@@ -86,7 +86,7 @@ void AllPartitions::write() {
 
 Remainder AllPartitions::save_statistics() {
   statistics_.take_images();
-  const auto found = results::findings_of(files_, session_.job.Folder);
+  const auto found = jobs::findings_of(files_, session_.job.Folder);
   if (!found) throw base::Fault(base::kFileNotFound, "The job's script is not there any more.");
   Shortcomings shortcomings;
   for (int number = 1; number <= kPartitions; ++number) {
@@ -103,7 +103,7 @@ Remainder AllPartitions::save_statistics() {
 }
 
 // A partition that neither the configuration nor the device has is none.
-void AllPartitions::save_partition(int number, const results::AccountFindings& found,
+void AllPartitions::save_partition(int number, const jobs::AccountFindings& found,
                                    Shortcomings& shortcomings) {
   if (!found.taken.empty()) return session_.run.PartitionResults.push_back({number, found.taken});
   const std::string partition = std::to_string(number);

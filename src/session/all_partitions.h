@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/session_values.h"
+#include "jobs/job_findings.h"
 #include "platform/files.h"
 #include "platform/trap.h"
-#include "results/job_findings.h"
 #include "rules/business_rules.h"
 #include "session/old_statistics.h"
 #include "session/session_frame.h"
@@ -33,7 +33,7 @@ class AllPartitions {
   void write();
   class Shortcomings;
   Remainder save_statistics();
-  void save_partition(int number, const results::AccountFindings& found, Shortcomings& shortcomings);
+  void save_partition(int number, const jobs::AccountFindings& found, Shortcomings& shortcomings);
 
   base::Session& session_;
   platform::Files& files_;

@@ -3,8 +3,8 @@
 #include "base/fault.h"
 #include "base/text.h"
 #include "environment/names.h"
+#include "jobs/job_findings.h"
 #include "jobs/job_report.h"
-#include "results/job_findings.h"
 #include "rules/job_steps.h"
 #include "session/operations.h"
 
@@ -80,7 +80,7 @@ void StatisticsOperations::run_outcome(const Job& job, bool is_old_form) {
 void StatisticsOperations::process_outcome(std::string_view operation) {
   if (operation == kReset.operation) return ProcessResetStatSinPart_NewQVR();
   const Job& job = operation == kRetrieve.operation ? kRetrieve : kRetrieveReset;
-  const auto found = results::findings_of(files_, session_.job.Folder);
+  const auto found = jobs::findings_of(files_, session_.job.Folder);
   const auto* account = found ? found->of("part" + partition()) : nullptr;
   const bool is_new_form =
       account == nullptr || account->fetches.empty() || account->fetches.front().remote == "allstats.csv";

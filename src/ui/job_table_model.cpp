@@ -22,12 +22,12 @@ using environment::kErrorPendingFile;
 using environment::kIndexFile;
 using environment::kRescheduleFile;
 
-bool stands_in(const results::BoardJob& job, std::string_view list) {
+bool stands_in(const jobs::BoardJob& job, std::string_view list) {
   return std::find(job.lists.begin(), job.lists.end(), list) != job.lists.end();
 }
 
 // Of these lists, those that hold the job.
-QString lists_among(const results::BoardJob& job, std::initializer_list<const char*> lists) {
+QString lists_among(const jobs::BoardJob& job, std::initializer_list<const char*> lists) {
   QString found;
   for (const char* list : lists) {
     if (!stands_in(job, list)) continue;
@@ -37,19 +37,19 @@ QString lists_among(const results::BoardJob& job, std::initializer_list<const ch
   return found;
 }
 
-QString site_of(const results::BoardJob& job) {
+QString site_of(const jobs::BoardJob& job) {
   if (job.site_name.empty() && job.site_id.empty()) return {};
   return qt_text(job.site_name) + QStringLiteral(" - ") + qt_text(job.site_id);
 }
 
 struct Column {
   const char* heading;
-  QString (*text)(const JobTableModel& model, const results::BoardJob& job);
-  QVariant (*value)(const results::BoardJob& job) = nullptr;  // what it is sorted by; nothing: its text
+  QString (*text)(const JobTableModel& model, const jobs::BoardJob& job);
+  QVariant (*value)(const jobs::BoardJob& job) = nullptr;  // what it is sorted by; nothing: its text
 };
 
 using Model = JobTableModel;
-using Job = results::BoardJob;
+using Job = jobs::BoardJob;
 
 constexpr Column kColumns[] = {
     {"Job", [](const Model&, const Job& job) { return qt_text(job.job); },
@@ -104,13 +104,13 @@ QString live_state(platform::JobState state) {
   return QStringLiteral("Damaged");
 }
 
-const results::BoardJob& at(const std::vector<results::BoardJob>& jobs, int row) {
+const jobs::BoardJob& at(const std::vector<jobs::BoardJob>& jobs, int row) {
   return jobs[static_cast<std::size_t>(row)];
 }
 
 }  // namespace
 
-QString JobTableModel::state_of(const results::BoardJob& job) const {
+QString JobTableModel::state_of(const jobs::BoardJob& job) const {
   const auto live = states_.find(job.job);
   if (live != states_.end() && live->second == platform::JobState::kRunning) return live_state(live->second);
   for (const Ending& ending : kEndings) {
@@ -121,17 +121,17 @@ QString JobTableModel::state_of(const results::BoardJob& job) const {
   return stands_in(job, kIndexFile) ? QStringLiteral("Waiting") : QStringLiteral("To be rescheduled");
 }
 
-bool JobTableModel::has_ended(const results::BoardJob& job) const {
+bool JobTableModel::has_ended(const jobs::BoardJob& job) const {
   return !stoppable(job) && (job.lists.empty() || !job.ending().empty());
 }
 
-bool JobTableModel::stoppable(const results::BoardJob& job) const {
+bool JobTableModel::stoppable(const jobs::BoardJob& job) const {
   const auto live = states_.find(job.job);
   return live != states_.end() &&
          (live->second == platform::JobState::kRunning || live->second == platform::JobState::kWaiting);
 }
 
-void JobTableModel::show(results::Board board) {
+void JobTableModel::show(jobs::Board board) {
   beginResetModel();
   jobs_ = std::move(board.jobs);
   listed_ = jobs_.size();
@@ -143,7 +143,7 @@ bool JobTableModel::lists(const std::string& job_name) const {
   return std::any_of(jobs_.begin(), end, [&](const auto& job) { return job.job == job_name; });
 }
 
-void JobTableModel::show_unlisted(const std::optional<results::BoardJob>& job) {
+void JobTableModel::show_unlisted(const std::optional<jobs::BoardJob>& job) {
   const int row = static_cast<int>(listed_);
   if (has_unlisted() ? job && jobs_.back().job == job->job : !job) return;
   if (has_unlisted()) {
@@ -180,7 +180,7 @@ int JobTableModel::columnCount(const QModelIndex& parent) const {
 QVariant JobTableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || (role != Qt::DisplayRole && role != kSortRole)) return {};
   const Column& column = kColumns[index.column()];
-  const results::BoardJob& job = at(jobs_, index.row());
+  const jobs::BoardJob& job = at(jobs_, index.row());
   if (role == kSortRole && column.value != nullptr) return column.value(job);
   return column.text(*this, job);
 }

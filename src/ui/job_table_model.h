@@ -5,8 +5,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "jobs/job_board.h"
 #include "platform/scheduler_control.h"
-#include "results/job_board.h"
 
 namespace qvrcom::ui {
 
@@ -16,26 +16,26 @@ class JobTableModel : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
 
-  void show(results::Board board);
+  void show(jobs::Board board);
 
   // Whether any list holds this job.
   bool lists(const std::string& job_name) const;
 
   // The job that runs and that no list holds; nothing when there is none.
-  void show_unlisted(const std::optional<results::BoardJob>& job);
+  void show_unlisted(const std::optional<jobs::BoardJob>& job);
   bool has_unlisted() const { return jobs_.size() > listed_; }
 
   // What the running scheduler says about the jobs of its index; nothing when none runs.
   void show_status(const std::optional<platform::SchedulerStatus>& status);
 
-  const std::vector<results::BoardJob>& jobs() const { return jobs_; }
-  QString state_of(const results::BoardJob& job) const;
+  const std::vector<jobs::BoardJob>& jobs() const { return jobs_; }
+  QString state_of(const jobs::BoardJob& job) const;
 
   // Whether nothing more comes of the job by itself: it has ended, or no list holds it.
-  bool has_ended(const results::BoardJob& job) const;
+  bool has_ended(const jobs::BoardJob& job) const;
 
   // Whether the job can still be stopped: it runs, or it waits for its turn.
-  bool stoppable(const results::BoardJob& job) const;
+  bool stoppable(const jobs::BoardJob& job) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -43,7 +43,7 @@ class JobTableModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  std::vector<results::BoardJob> jobs_;
+  std::vector<jobs::BoardJob> jobs_;
   std::size_t listed_ = 0;                                      // jobs behind those stand in no list
   std::unordered_map<std::string, platform::JobState> states_;  // by job name
 };

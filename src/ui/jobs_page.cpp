@@ -44,14 +44,14 @@ QString scheduler_text(const platform::StatusAnswer& answer) {
 }
 
 // A line for each list that cannot be read, and one for what the others hold.
-QString board_text(const results::Board& board) {
+QString board_text(const jobs::Board& board) {
   QString text;
-  for (const results::UnreadList& list : board.unread)
+  for (const jobs::UnreadList& list : board.unread)
     text += QStringLiteral("The list %1 cannot be read. %2\n")
                 .arg(qt_text(list.file), qt_text(sentence_of(list.fault)));
   text += board.jobs.size() == 1 ? QStringLiteral("1 job") : QStringLiteral("%1 jobs").arg(board.jobs.size());
   if (board.problems.empty()) return text;
-  const results::BoardProblem& first = board.problems.front();
+  const jobs::BoardProblem& first = board.problems.front();
   return text + QStringLiteral("; lines that are no job: %1, the first is line %2 of %3 (%4)")
                     .arg(board.problems.size())
                     .arg(first.line)
@@ -167,12 +167,12 @@ QStringList JobsPage::watched_files() const {
 }
 
 void JobsPage::read_board() {
-  results::Board board = parts_.board.read();
+  jobs::Board board = parts_.board.read();
   board_text_ = board_text(board);
   if (!board.unread.empty()) watch_.forget();  // rights may come back without a trace in the file
   for (const std::string& name : board.abandoned) {
     if (status_.status && status_.status->running_job == name) continue;
-    board.jobs.push_back(results::job_from_script(parts_.scheduler_files, name));
+    board.jobs.push_back(jobs::job_from_script(parts_.scheduler_files, name));
     board.jobs.back().has_folder = true;
   }
   model_->show(std::move(board));
@@ -190,18 +190,18 @@ void JobsPage::show_status() {
 }
 
 // A session that was left goes on without its index line; what it does stands in its script.
-std::optional<results::BoardJob> JobsPage::unlisted_job() const {
+std::optional<jobs::BoardJob> JobsPage::unlisted_job() const {
   const std::string name = status_.status ? status_.status->running_job : std::string();
   if (name.empty() || model_->lists(name)) return std::nullopt;
-  for (const results::BoardJob& shown : model_->jobs())
+  for (const jobs::BoardJob& shown : model_->jobs())
     if (shown.job == name) return shown;
-  results::BoardJob job;
-  if (fault_of([&] { job = results::job_from_script(parts_.scheduler_files, name); })) job.job = name;
+  jobs::BoardJob job;
+  if (fault_of([&] { job = jobs::job_from_script(parts_.scheduler_files, name); })) job.job = name;
   return job;
 }
 
 void JobsPage::show_buttons() {
-  const results::BoardJob* job = selected();
+  const jobs::BoardJob* job = selected();
   cmdStopJob_->setEnabled(job != nullptr && model_->stoppable(*job));
   cmdProcess_->setEnabled(job != nullptr && job->has_folder && !job->ending().empty());
   cmdRemove_->setEnabled(job != nullptr && job->has_folder && model_->has_ended(*job));
@@ -210,7 +210,7 @@ void JobsPage::show_buttons() {
   cmdStop_->setEnabled(status_.reach != platform::Reach::kNotRunning);
 }
 
-const results::BoardJob* JobsPage::selected() const {
+const jobs::BoardJob* JobsPage::selected() const {
   const QModelIndexList rows = table_->selectionModel()->selectedRows();
   if (rows.isEmpty()) return nullptr;
   return &model_->jobs()[static_cast<std::size_t>(sorted_->mapToSource(rows.constFirst()).row())];
@@ -235,7 +235,7 @@ void JobsPage::stop_job() {
 
 void JobsPage::process_job() {
   if (selected() == nullptr) return;
-  parts_.process(results::BoardJob(*selected()));
+  parts_.process(jobs::BoardJob(*selected()));
   refresh();
 }
 

@@ -5,12 +5,12 @@
 #include <optional>
 
 #include "environment/files_and_folders.h"
+#include "jobs/job_board.h"
 #include "jobs/scheduler_files.h"
 #include "platform/files.h"
 #include "platform/programs.h"
 #include "platform/scheduler_control.h"
 #include "platform/user_interface.h"
-#include "results/job_board.h"
 #include "ui/job_table_model.h"
 #include "ui/list_watch.h"
 #include "ui/session_logs.h"
@@ -25,7 +25,7 @@ namespace qvrcom::ui {
 class ValueSort;
 
 struct JobsPageParts {
-  const results::JobBoard& board;
+  const jobs::JobBoard& board;
   const jobs::SchedulerFiles& scheduler_files;
   platform::SchedulerControl& scheduler;
   platform::Programs& programs;
@@ -35,7 +35,7 @@ struct JobsPageParts {
   const SessionLogs& logs;
   // Takes over what a finished job has fetched, and removes what a job has left; each says itself what came
   // of it.
-  std::function<void(const results::BoardJob& job)> process;
+  std::function<void(const jobs::BoardJob& job)> process;
   std::function<void(const std::string& job)> remove;
 };
 
@@ -60,10 +60,10 @@ class JobsPage : public QWidget {
   void read_board();
   void fit_columns(bool first);
   void show_status();
-  std::optional<results::BoardJob> unlisted_job() const;
+  std::optional<jobs::BoardJob> unlisted_job() const;
   void show_buttons();
   QStringList watched_files() const;
-  const results::BoardJob* selected() const;
+  const jobs::BoardJob* selected() const;
   void select(const std::string& job_name);
   void stop_job();
   void process_job();

@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "results/job_board.h"
+#include "jobs/job_board.h"
 #include "ui/attempt.h"
 #include "ui/elements.h"
 #include "ui/reading_text.h"
@@ -44,7 +44,7 @@ TransferSource transfer_source(platform::SchedulerControl& scheduler, const base
     if (!progress || progress->waits_for.empty() || !progress->description.empty()) return progress;
     if (asked != progress->waits_for) {
       asked = progress->waits_for;
-      told = results::job_from_script(files, asked).description;
+      told = jobs::job_from_script(files, asked).description;
     }
     progress->description = told;
     return progress;

@@ -274,10 +274,10 @@ struct LateResults : DeviceRequests {
     return run.session.job.Name;
   }
   LateResultsAnswer process() { return LateResultsRequest(parts, board).process(waiting().at(0)); }
-  std::vector<results::BoardJob> waiting() { return LateResultsRequest(parts, board).waiting(); }
+  std::vector<jobs::BoardJob> waiting() { return LateResultsRequest(parts, board).waiting(); }
 
   jobs::SchedulerFiles scheduler_files{run.session.run, run.folders, run.files};
-  results::JobBoard board{scheduler_files};
+  jobs::JobBoard board{scheduler_files};
 };
 
 TEST_F(LateResults, BecomeWhatTheyWouldHaveBecome) {

@@ -68,7 +68,7 @@ struct PagesTest : ::testing::Test {
 
   base::RunValues run;
   jobs::SchedulerFiles scheduler_files{run, folders, files};
-  results::JobBoard board{scheduler_files};
+  jobs::JobBoard board{scheduler_files};
   ManualScheduler scheduler;
   session::MemoryPrograms programs;
   SessionLogs logs{ui, files, folders};
@@ -81,7 +81,7 @@ struct PagesTest : ::testing::Test {
             folders,
             ui,
             logs,
-            [this](const results::BoardJob& job) { scheduler.log.push_back("process " + job.job); },
+            [this](const jobs::BoardJob& job) { scheduler.log.push_back("process " + job.job); },
             [this](const std::string& job) { scheduler.log.push_back("remove " + job); }};
   }
 };

@@ -1,11 +1,11 @@
-#include "results/message_index.h"
+#include "jobs/message_index.h"
 
 #include <gmock/gmock.h>
 
 #include "doubles/memory_files.h"
 #include "doubles/recording_user_interface.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 namespace {
 
 using testing::ElementsAre;
@@ -70,4 +70,4 @@ TEST(MessageIndex, ReportsFilesThatAreNone) {
 }
 
 }  // namespace
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

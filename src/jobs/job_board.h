@@ -9,7 +9,7 @@
 #include "base/fault.h"
 #include "jobs/scheduler_files.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 
 // A job and the lists it stands in.
 struct BoardJob {
@@ -57,7 +57,7 @@ std::vector<BoardJob> unprocessed_jobs(const Board& board);
 // Job indexes, result lists, pending lists and job folders side by side, for people.
 class JobBoard {
  public:
-  explicit JobBoard(const jobs::SchedulerFiles& scheduler) : scheduler_(scheduler) {}
+  explicit JobBoard(const SchedulerFiles& scheduler) : scheduler_(scheduler) {}
 
   enum class Extent {
     kEverything,
@@ -69,13 +69,13 @@ class JobBoard {
   // For whoever changes something by what the lists say: Fault when one of them cannot be read.
   Board read_all(Extent extent = Extent::kEverything) const;
 
-  const jobs::SchedulerFiles& scheduler() const { return scheduler_; }
+  const SchedulerFiles& scheduler() const { return scheduler_; }
 
  private:
-  const jobs::SchedulerFiles& scheduler_;
+  const SchedulerFiles& scheduler_;
 };
 
 // A job that no list holds, as its script tells it; its name alone when there is no script that can be read.
-BoardJob job_from_script(const jobs::SchedulerFiles& scheduler, const std::string& job_name);
+BoardJob job_from_script(const SchedulerFiles& scheduler, const std::string& job_name);
 
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

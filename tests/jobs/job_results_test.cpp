@@ -1,4 +1,4 @@
-#include "results/job_results.h"
+#include "jobs/job_results.h"
 
 #include <gmock/gmock.h>
 
@@ -7,10 +7,9 @@
 #include "jobs/job_parts.h"
 #include "jobs/naive_index.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 namespace {
 
-using jobs::failing;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -18,7 +17,7 @@ const std::string kJob = "Nov1526121005000";
 const std::string kLine =
     "46341.5;15/11/2026 12:10:05^Retrieve^Main^A1^46341.5^^^17^;S:\\" + kJob + "\\" + kJob + ".scr;";
 
-struct ResultParts : jobs::JobParts {
+struct ResultParts : JobParts {
   ResultParts() {
     session.job.JobId = kLine;
     file("index.sch") = kLine + "\r\n";
@@ -50,10 +49,10 @@ TEST(JobResults, MovesFinishedJobsToThePendingLists) {
 TEST(JobResults, MovesInOnePassWhatTheSlowWayMoves) {
   std::mt19937 random(11);
   for (int round = 0; round < 2000; ++round) {
-    jobs::NaiveIndex naive;
+    NaiveIndex naive;
     ResultParts parts;
     for (const char* name : {"index.sch", "source", "target"})
-      parts.file(name) = naive.files[name] = jobs::random_index(random);
+      parts.file(name) = naive.files[name] = random_index(random);
     naive.move("source", "target");
     parts.results.Move_Sch_Lines("source", "target");
     for (const char* name : {"index.sch", "source", "target"})
@@ -83,7 +82,7 @@ TEST(JobResults, HandsDownloadsOfTheCurrentJobToTheirDecoders) {
                       {is_configuration_image, note("image")}};
     parts.file("CompletedToProcess.sch") = "x" + kLine + "\r\n" + kLine + " \r\n" + kLine + "\r\n";
     parts.writer.Create_Dir();
-    jobs::ScriptHeader header;
+    ScriptHeader header;
     header.dial_up_flag = dial_up ? 1 : 0;
     header.dial_up_connection = "FTPGET";  // a header is never taken for a command
     parts.writer.Write_Script_Header(header);
@@ -188,4 +187,4 @@ TEST(JobResults, CollectsAListWithoutAJob) {
 }
 
 }  // namespace
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

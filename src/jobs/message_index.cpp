@@ -1,11 +1,11 @@
-#include "results/message_index.h"
+#include "jobs/message_index.h"
 
 #include <cmath>
 #include <utility>
 
 #include "base/fault.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 namespace {
 
 constexpr std::size_t kHeaderSize = 8;
@@ -56,4 +56,4 @@ void MessageIndex::Process_MsgIndex(const std::string& index_file) {
   });
 }
 
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

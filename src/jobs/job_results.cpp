@@ -1,4 +1,4 @@
-#include "results/job_results.h"
+#include "jobs/job_results.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +12,7 @@
 #include "jobs/script_grammar.h"
 #include "jobs/sorted_lines.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 namespace {
 
 constexpr std::array<std::pair<const char*, const char*>, 3> kLists{
@@ -70,7 +70,7 @@ void JobResults::Move_Sch_Lines(const std::string& source, const std::string& ta
   std::unordered_set<std::string_view> known;
   for (const std::string_view line : base::lines_of(target_text))
     known.insert(base::trim(line));
-  jobs::SortedLines merged(target_text);
+  SortedLines merged(target_text);
   bool added = false;
   for (const std::string_view line : lines) {
     if (base::trim(line).empty() || !known.insert(base::trim(line)).second) continue;
@@ -89,7 +89,7 @@ void JobResults::Process_CompletedSch_File() {
     index_.Read_Lines(environment::kCompletedPendingFile, lines, found);
     for (const std::string& line : lines) {
       if (line != job_.JobId) continue;
-      Process_Script(jobs::JobIndex::Get_Folder(line).append(jobs::kScriptExtension));
+      Process_Script(JobIndex::Get_Folder(line).append(kScriptExtension));
     }
   });
 }
@@ -97,11 +97,11 @@ void JobResults::Process_CompletedSch_File() {
 void JobResults::Process_Script(const std::string& script_name) {
   trap_("Process_Script", [&] {
     ScriptLines.clear();
-    const std::string job = script_name.substr(
-        0, script_name.size() - std::min(script_name.size(), jobs::kScriptExtension.size()));
-    if (!jobs::is_job_name(job)) throw bad_name(job);
+    const std::string job =
+        script_name.substr(0, script_name.size() - std::min(script_name.size(), kScriptExtension.size()));
+    if (!is_job_name(job)) throw bad_name(job);
     const std::string path = scheduler_.path(job) + "\\" + script_name;
-    if (files_.length(path) > jobs::kScriptLimit) {
+    if (files_.length(path) > kScriptLimit) {
       throw base::Fault("File too large", files_.native(path) + " is larger than a script can be.");
     }
     const std::string text = files_.read(path);
@@ -169,8 +169,7 @@ void JobResults::Remove_Folder() {
   trap_("Remove_Folder", [&] {
     if (job_.JobId.empty()) return;
     const std::string job = current_job();
-    if (helpers_.ExistedFolder(scheduler_.folder(), job))
-      jobs::delete_job_folder(files_, scheduler_.path(job));
+    if (helpers_.ExistedFolder(scheduler_.folder(), job)) delete_job_folder(files_, scheduler_.path(job));
     index_.Remove_Index_Line(environment::kIndexFile, job_.JobId);
   });
 }
@@ -178,11 +177,11 @@ void JobResults::Remove_Folder() {
 // The job's name as the identifier ends with it: "...\NAME.scr;".
 std::string JobResults::current_job() const {
   const std::string& id = job_.JobId;
-  const std::size_t length = jobs::job_name(job_).size();
-  const std::size_t behind = jobs::kScriptExtension.size() + 1;
+  const std::size_t length = job_name(job_).size();
+  const std::size_t behind = kScriptExtension.size() + 1;
   if (id.size() < length + behind) throw bad_name(id);
   std::string name = id.substr(id.size() - length - behind, length);
-  if (!jobs::is_job_name(name)) throw bad_name(name);
+  if (!is_job_name(name)) throw bad_name(name);
   return name;
 }
 
@@ -195,4 +194,4 @@ void JobResults::RemoveJobFromList(const std::string& list_file, const std::stri
   }
 }
 
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

@@ -1,4 +1,4 @@
-#include "results/job_board.h"
+#include "jobs/job_board.h"
 
 #include <algorithm>
 #include <deque>
@@ -14,7 +14,7 @@
 #include "jobs/line_key.h"
 #include "jobs/script_grammar.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 namespace {
 
 constexpr const char* kBoardFiles[] = {
@@ -38,7 +38,7 @@ constexpr EndingList kEndingLists[] = {
 std::string_view job_named_by(std::string_view line) {
   if (!line.ends_with(';')) return {};
   line.remove_suffix(1);
-  return jobs::job_of_script(line.substr(line.rfind(';') + 1));  // npos + 1 is 0
+  return job_of_script(line.substr(line.rfind(';') + 1));  // npos + 1 is 0
 }
 
 class BoardMaker {
@@ -73,7 +73,7 @@ class BoardMaker {
   void add_line(const std::string& file, std::size_t number, std::string_view line) {
     const auto [place, is_new] = places_.try_emplace(line, board_.jobs.size());
     if (is_new) {
-      jobs::IndexLineReading reading = jobs::read_index_line(line);
+      IndexLineReading reading = read_index_line(line);
       if (!reading.line) {
         places_.erase(place);
         board_.problems.push_back({file, number, std::string(line), reading.reason});
@@ -85,7 +85,7 @@ class BoardMaker {
     if (lists.empty() || lists.back() != file) lists.push_back(file);
   }
 
-  void add_job(jobs::IndexLine values, std::string_view line) {
+  void add_job(IndexLine values, std::string_view line) {
     left_.erase(values.job);
     const bool has_folder = folders_.contains(values.job);
     board_.jobs.push_back({std::move(values.job),
@@ -105,11 +105,10 @@ class BoardMaker {
   std::set<std::string> folders_;
   std::set<std::string> left_;  // those that no line has named yet
   // Two lists may write a job's name differently.
-  std::unordered_set<std::string, jobs::LineHash, jobs::LineEqual> wanted_;
+  std::unordered_set<std::string, LineHash, LineEqual> wanted_;
   bool folders_only_;
   std::deque<std::string> texts_;  // of the lists, for the views into them
-  std::unordered_map<std::string_view, std::size_t, jobs::LineHash, jobs::LineEqual>
-      places_;  // into the jobs
+  std::unordered_map<std::string_view, std::size_t, LineHash, LineEqual> places_;  // into the jobs
 };
 
 }  // namespace
@@ -153,14 +152,14 @@ Board JobBoard::read_all(Extent extent) const {
   return board;
 }
 
-BoardJob job_from_script(const jobs::SchedulerFiles& scheduler, const std::string& job_name) {
+BoardJob job_from_script(const SchedulerFiles& scheduler, const std::string& job_name) {
   BoardJob job;
   job.job = job_name;
-  if (!jobs::is_job_name(job_name)) return job;
-  const std::string name = job_name + "\\" + job_name + std::string(jobs::kScriptExtension);
+  if (!is_job_name(job_name)) return job;
+  const std::string name = job_name + "\\" + job_name + std::string(kScriptExtension);
   std::string text;
   base::fault_of([&] { text = scheduler.read_or_empty(name); });
-  const auto script = jobs::read_script(text).script;
+  const auto script = read_script(text).script;
   if (!script) return job;
   job.description = script->header.description;
   job.site_name = script->header.site_name;
@@ -171,4 +170,4 @@ BoardJob job_from_script(const jobs::SchedulerFiles& scheduler, const std::strin
   return job;
 }
 
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

@@ -1,4 +1,4 @@
-#include "results/job_findings.h"
+#include "jobs/job_findings.h"
 
 #include <algorithm>
 #include <map>
@@ -7,16 +7,13 @@
 
 #include "jobs/job_name.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 namespace {
 
-using jobs::CommandKind;
-using jobs::ReportWord;
-
-std::optional<jobs::Script> script_in(const platform::Files& files, const std::string& folder) {
-  const std::string path = jobs::job_file(folder, jobs::kScriptExtension);
-  if (!files.file_exists(path) || files.length(path) > jobs::kScriptLimit) return std::nullopt;
-  return jobs::read_script(files.read(path)).script;
+std::optional<Script> script_in(const platform::Files& files, const std::string& folder) {
+  const std::string path = job_file(folder, kScriptExtension);
+  if (!files.file_exists(path) || files.length(path) > kScriptLimit) return std::nullopt;
+  return read_script(files.read(path)).script;
 }
 
 // What the report says of each account.
@@ -27,9 +24,9 @@ struct Told {
   std::map<std::string, std::string> taken;               // account to what has come of it
 };
 
-Told told_by(const jobs::JobReport& report) {
+Told told_by(const JobReport& report) {
   Told told;
-  for (const jobs::ReportLine& line : report.lines) {
+  for (const ReportLine& line : report.lines) {
     if (line.word == ReportWord::kDeleting) told.asked_to_delete.insert(line.account);
     if (line.word == ReportWord::kDeleted) told.deleted.emplace(line.account, line.remote);
     if (line.word == ReportWord::kTaken) told.taken[line.account] = line.text;
@@ -41,14 +38,14 @@ Told told_by(const jobs::JobReport& report) {
 // Goes through a script beside what the report says.
 class Finder {
  public:
-  Finder(const platform::Files& files, const std::string& folder, jobs::Script script)
+  Finder(const platform::Files& files, const std::string& folder, Script script)
       : files_(files), folder_(folder) {
     found_.script = std::move(script);
-    if (const auto report = jobs::report_of(files, folder)) told_ = told_by(*report);
+    if (const auto report = report_of(files, folder)) told_ = told_by(*report);
   }
 
   JobFindings find() {
-    for (const jobs::ScriptCommand& command : found_.script.commands) {
+    for (const ScriptCommand& command : found_.script.commands) {
       if (command.kind == CommandKind::kAccount || found_.accounts.empty()) begin(command.account);
       if (command.kind == CommandKind::kGet) add_fetch(command);
       if (command.kind == CommandKind::kDelete) add_delete(command);
@@ -72,12 +69,12 @@ class Finder {
   }
 
   // The place of a local file is the job's folder, whatever the script says before its name.
-  void add_fetch(const jobs::ScriptCommand& command) {
+  void add_fetch(const ScriptCommand& command) {
     const std::string path = folder_ + "\\" + command.local.substr(command.local.rfind('\\') + 1);
     here().fetches.push_back({command.remote, path, files_.file_exists(path) && !files_.is_link(path)});
   }
 
-  void add_delete(const jobs::ScriptCommand& command) {
+  void add_delete(const ScriptCommand& command) {
     here().has_deleted = !told_ || told_->asked_to_delete.contains(here().account);
     if (told_ && !told_->deleted.contains({here().account, command.remote}))
       here().kept.push_back(command.remote);
@@ -123,4 +120,4 @@ std::optional<JobFindings> findings_of(const platform::Files& files, const std::
   return Finder(files, folder, std::move(*script)).find();
 }
 
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

@@ -10,7 +10,7 @@
 #include "platform/files.h"
 #include "platform/trap.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 
 // One message that a device holds.
 struct IndexedMessage {
@@ -41,4 +41,4 @@ class MessageIndex {
   platform::Trap trap_;
 };
 
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

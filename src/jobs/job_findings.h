@@ -8,7 +8,7 @@
 #include "jobs/script_grammar.h"
 #include "platform/files.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 
 // What came of the script lines of one account, from its account line to the next.
 struct AccountFindings {
@@ -31,7 +31,7 @@ struct AccountFindings {
 
 // What a job has done, by its script, its folder, and its report where there is one.
 struct JobFindings {
-  jobs::Script script;
+  Script script;
   bool has_deleted = false;  // the device was told to delete something, or may have been
   std::vector<AccountFindings> accounts;
 
@@ -43,4 +43,4 @@ struct JobFindings {
 // Without a report a job that was to delete something has done so when anything arrived.
 std::optional<JobFindings> findings_of(const platform::Files& files, const std::string& folder);
 
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

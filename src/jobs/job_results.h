@@ -13,7 +13,7 @@
 #include "platform/trap.h"
 #include "platform/user_interface.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 
 // What to do with a kind of downloaded file. The first row of a table that recognises a file gets it.
 struct DownloadDecoder {
@@ -34,8 +34,8 @@ std::string partition_of_message(std::string_view local_path);
 // their decoders, its folder away. docs/formats/result-lists.md
 class JobResults {
  public:
-  JobResults(const base::JobValues& job, const jobs::SchedulerFiles& scheduler, jobs::JobIndex& index,
-             jobs::FileHelpers& helpers, platform::Files& files, platform::UserInterface& ui,
+  JobResults(const base::JobValues& job, const SchedulerFiles& scheduler, JobIndex& index,
+             FileHelpers& helpers, platform::Files& files, platform::UserInterface& ui,
              const DownloadDecoders& decoders)
       : job_(job),
         scheduler_(scheduler),
@@ -88,13 +88,13 @@ class JobResults {
   std::string current_job() const;
 
   const base::JobValues& job_;
-  const jobs::SchedulerFiles& scheduler_;
-  jobs::JobIndex& index_;
-  jobs::FileHelpers& helpers_;
+  const SchedulerFiles& scheduler_;
+  JobIndex& index_;
+  FileHelpers& helpers_;
   platform::Files& files_;
   platform::UserInterface& ui_;
   const DownloadDecoders& decoders_;
   platform::Trap trap_;
 };
 
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs

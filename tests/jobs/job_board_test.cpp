@@ -1,11 +1,11 @@
-#include "results/job_board.h"
+#include "jobs/job_board.h"
 
 #include <gmock/gmock.h>
 
 #include "base/text.h"
 #include "jobs/job_parts.h"
 
-namespace qvrcom::results {
+namespace qvrcom::jobs {
 namespace {
 
 using testing::ElementsAre;
@@ -14,7 +14,7 @@ using testing::IsEmpty;
 TEST(JobBoard, ShowsEachJobWithItsLists) {
   const std::string done = "46341.5;15/11/2026 12:00:00^Retrieve^Main^A1^46341.5^^^17^;S:\\Nov1\\Nov1.scr;";
   const std::string waiting = "46342;16/11/2026 00:00:00^Reset^Hall^B2^1e9^2^Days^18^;S:\\Nov2\\Nov2.scr;";
-  jobs::JobParts parts;
+  JobParts parts;
   parts.file("index.sch") = waiting + "\r\n\r\nbroken;line\r\n" + waiting + "\r\n";
   parts.file("completed.sch") = done + "\r\n";
   parts.file("CompletedToProcess.sch") = base::to_lower(done) + "\r\n";
@@ -55,4 +55,4 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
 }
 
 }  // namespace
-}  // namespace qvrcom::results
+}  // namespace qvrcom::jobs
