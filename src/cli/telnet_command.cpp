@@ -9,9 +9,9 @@ namespace qvrcom::cli {
 namespace {
 
 // The session dialog with the user's terminal beside it.
-class TelnetScreen : public link::SessionScreen {
+class TelnetScreen : public session::SessionScreen {
  public:
-  TelnetScreen(link::SessionScreen& dialog, TelnetTerminal& terminal, const base::JobValues& job)
+  TelnetScreen(session::SessionScreen& dialog, TelnetTerminal& terminal, const base::JobValues& job)
       : dialog_(dialog), terminal_(terminal), job_(job) {}
 
   void show_modal() override {
@@ -22,7 +22,7 @@ class TelnetScreen : public link::SessionScreen {
   void show_late_outcome() override { dialog_.show_late_outcome(); }
 
  private:
-  link::SessionScreen& dialog_;
+  session::SessionScreen& dialog_;
   TelnetTerminal& terminal_;
   const base::JobValues& job_;
 };

@@ -24,7 +24,8 @@ AllPartitionsAnswer AllPartitionsRequest::run(const sitebook::SiteRecord& site, 
 
 bool AllPartitionsRequest::refuses_firmware() const {
   const base::SiteValues& site = parts_.rules.session.site;
-  const std::string verdict = rules::BusinessRules(parts_.rules).Check_Firmware_Version(site.FirmwareVersion);
+  const std::string verdict =
+      session::BusinessRules(parts_.rules).Check_Firmware_Version(site.FirmwareVersion);
   if (verdict == environment::kOldStats) return false;
   if (const auto refusal = session::refusal_of(verdict, site)) {
     parts_.rules.ui.show(*refusal);

@@ -5,7 +5,7 @@
 
 #include "base/date_serial.h"
 #include "environment/names.h"
-#include "rules/file_rescue.h"
+#include "session/file_rescue.h"
 
 namespace qvrcom::control {
 namespace {
@@ -69,7 +69,7 @@ std::vector<std::string> JobUpkeep::abandoned(const jobs::Board& board) const {
 }
 
 void JobUpkeep::take_off_lists(const std::string& line) {
-  rules::BusinessRules rules(parts_.rules);
+  session::BusinessRules rules(parts_.rules);
   rules.Copy_Items_From_Scheduler_to_BeProcessed();
   for (const char* list : environment::kPendingFiles) {
     std::string rest;
@@ -77,7 +77,7 @@ void JobUpkeep::take_off_lists(const std::string& line) {
     rules.ReWrite_File(list, rest);
   }
   if (parts_.link.scheduler_window_stands())
-    parts_.link.NotifyScheduler(link::SchedulerRequest::kResultsTaken);
+    parts_.link.NotifyScheduler(session::SchedulerRequest::kResultsTaken);
 }
 
 void JobUpkeep::discard(const std::string& job) {
@@ -87,7 +87,7 @@ void JobUpkeep::discard(const std::string& job) {
   // What can be decoded is decoded for the job's own site.
   const std::string site = jobs::job_from_script(board_.scheduler(), job).device_id;
   if (!site.empty()) parts_.database.run("Update_SessionQVR", {site});
-  rules::bring_to_safety(parts_.rules, job, rules::RescueWhat::kDeleted);
+  session::bring_to_safety(parts_.rules, job, session::RescueWhat::kDeleted);
   if (files.folder_exists(folder)) jobs::delete_job_folder(files, folder);
 }
 
@@ -114,7 +114,7 @@ void JobUpkeep::forget_access_codes(const jobs::Board& seen) {
     if (folders_of_ended_jobs(seen).empty()) return;
     const auto hold = parts_.gate.try_enter();
     if (!hold) return;
-    rules::BusinessRules rules(parts_.rules);
+    session::BusinessRules rules(parts_.rules);
     for (const std::string& folder : folders_of_ended_jobs(board_.read_all(jobs::JobBoard::Extent::kFolders)))
       rules.clear_password(folder);
   });

@@ -114,7 +114,7 @@ void SessionRequest::take_over(const SessionWish& wish) const {
 
 // What the session leaves behind starts empty.
 void SessionRequest::prepare_files() const {
-  rules::BusinessRules rules(parts_.rules);
+  session::BusinessRules rules(parts_.rules);
   rules.Create_Folders();
   for (const char* list : environment::kPendingFiles)
     rules.Create_File(list);

@@ -5,11 +5,11 @@
 #include <string>
 
 #include "environment/command_set.h"
-#include "link/scheduler_link.h"
-#include "link/session_screen.h"
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
 #include "session/operations.h"
+#include "session/scheduler_link.h"
 #include "session/session_gate.h"
+#include "session/session_screen.h"
 #include "sitebook/site_book.h"
 
 namespace qvrcom::control {
@@ -21,11 +21,11 @@ enum class RequestResult {
 };
 
 struct SessionRequestParts {
-  rules::BusinessRulesParts rules;
+  session::BusinessRulesParts rules;
   environment::DataBase& database;
   session::SessionGate& gate;
-  link::SessionScreen& screen;
-  link::SchedulerLink& link;
+  session::SessionScreen& screen;
+  session::SchedulerLink& link;
   sitebook::SiteBook& sites;
 };
 

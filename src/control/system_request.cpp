@@ -8,7 +8,7 @@
 #include "base/number.h"
 #include "devicefiles/device_time.h"
 #include "platform/message.h"
-#include "rules/file_rescue.h"
+#include "session/file_rescue.h"
 #include "siterules/device_address.h"
 
 namespace qvrcom::control {
@@ -21,7 +21,7 @@ bool sends_file(const std::string& name) {
   return name == operation::kSendFirmware || name == operation::kSendCannedMessages;
 }
 
-rules::CommandSite command_site(const base::SiteValues& site) {
+session::CommandSite command_site(const base::SiteValues& site) {
   return {
       .site_name = site.SiteName,
       .site_id = site.UserSiteID,
@@ -46,8 +46,8 @@ std::string clock_difference(base::LocalTime device, base::LocalTime pc) {
 
 // One call of a command: what it gets, and the raw form of what it gives.
 struct SystemRequest::Call {
-  rules::SystemCommands& commands;
-  const rules::CommandSite site;
+  session::SystemCommands& commands;
+  const session::CommandSite site;
   const SystemOrder& order;
   std::string& status;
   std::string log_path = {};
@@ -128,7 +128,7 @@ RequestResult SystemRequest::carry_out(const SystemOrder& order, SystemAnswer& a
   if (row == std::end(kRows)) {
     throw base::Fault("Unknown operation", "\"" + order.operation + "\" is no system command.");
   }
-  rules::SystemCommands commands(parts_.rules, parts_.link, parts_.screen);
+  session::SystemCommands commands(parts_.rules, parts_.link, parts_.screen);
   Call call{commands, command_site(parts_.rules.session.site), order, answer.status};
   row->run(call);
   answer.shortfall = parts_.rules.session.received.Shortfall;
@@ -155,9 +155,9 @@ bool SystemRequest::take_log(const Call& call, SystemAnswer& answer) {
 
 void SystemRequest::end_log(bool is_taken) const {
   trap_("SystemRequest", [&] {
-    const bool is_safe = is_taken || rules::bring_to_safety(parts_.rules, parts_.rules.session.job.Name,
-                                                            rules::RescueWhat::kDeleted);
-    if (is_safe) rules::BusinessRules(parts_.rules).Remove_Folder();
+    const bool is_safe = is_taken || session::bring_to_safety(parts_.rules, parts_.rules.session.job.Name,
+                                                              session::RescueWhat::kDeleted);
+    if (is_safe) session::BusinessRules(parts_.rules).Remove_Folder();
   });
 }
 

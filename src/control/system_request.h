@@ -8,7 +8,7 @@
 #include "control/session_request.h"
 #include "devicefiles/system_information.h"
 #include "platform/trap.h"
-#include "rules/system_commands.h"
+#include "session/system_commands.h"
 
 namespace qvrcom::control {
 

@@ -13,10 +13,10 @@
 #include "environment/database_connection.h"
 #include "environment/set_up.h"
 #include "jobs/job_board.h"
-#include "link/scheduler_link.h"
 #include "programs/host.h"
 #include "scheduler/session_reason.h"
 #include "session/frm_response.h"
+#include "session/scheduler_link.h"
 #include "session/session_gate.h"
 #include "sitebook/site_book.h"
 
@@ -40,7 +40,7 @@ class Suite : public Host {
   environment::MachineFolders proposed_folders() const;
 
   session::SessionParts session_parts() { return {rules_parts(), link, channel, scheduler}; }
-  control::StatisticsRequestParts request_parts(link::SessionScreen& screen) {
+  control::StatisticsRequestParts request_parts(session::SessionScreen& screen) {
     return {rules_parts(), database, gate, screen, link, sites};
   }
 
@@ -57,12 +57,12 @@ class Suite : public Host {
   sitebook::SiteBook sites;
   jobs::SchedulerFiles scheduler_files;
   jobs::JobBoard jobs;
-  link::SchedulerLink link;
+  session::SchedulerLink link;
   session::SessionGate gate;
 
  private:
   void add_plugins();
-  rules::BusinessRulesParts rules_parts() {
+  session::BusinessRulesParts rules_parts() {
     return {session, ui, clock, files, folders, dbase, components, xml_rows};
   }
 

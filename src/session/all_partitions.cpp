@@ -5,7 +5,7 @@
 
 #include "base/fault.h"
 #include "jobs/job_report.h"
-#include "rules/job_steps.h"
+#include "session/job_steps.h"
 #include "session/operations.h"
 
 namespace qvrcom::session {
@@ -75,12 +75,12 @@ void AllPartitions::process_outcome() {
 
 void AllPartitions::write() {
   frame_.show_step("Creating Script");
-  rules_.Write_Script_Header(rules::script_header(session_, kName));
+  rules_.Write_Script_Header(script_header(session_, kName));
   statistics_.write_system();
   for (int partition = 1; partition <= kPartitions; ++partition)
     statistics_.write_partition(std::to_string(partition), true);
   rules_.Write_Script_End();
-  rules::write_index(rules_, session_, kName);
+  write_index(rules_, session_, kName);
   if (session_.run.ImmediateRun) session_.run.SessionConfigID = "1000";
 }
 

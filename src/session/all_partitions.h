@@ -4,7 +4,7 @@
 #include "jobs/job_findings.h"
 #include "platform/files.h"
 #include "platform/trap.h"
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
 #include "session/old_statistics.h"
 #include "session/session_frame.h"
 
@@ -15,7 +15,7 @@ namespace qvrcom::session {
 // `StatsResultFile`. `MissingResult` names every partition that was not fetched, not reset or not decoded.
 class AllPartitions {
  public:
-  AllPartitions(const rules::BusinessRulesParts& parts, SessionFrame& frame)
+  AllPartitions(const BusinessRulesParts& parts, SessionFrame& frame)
       : session_(parts.session),
         files_(parts.files),
         frame_(frame),
@@ -38,7 +38,7 @@ class AllPartitions {
   base::Session& session_;
   platform::Files& files_;
   SessionFrame& frame_;
-  rules::BusinessRules& rules_;
+  BusinessRules& rules_;
   OldStatistics statistics_;
   platform::Trap trap_;
 };

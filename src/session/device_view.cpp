@@ -1,7 +1,7 @@
 #include "session/device_view.h"
 
 #include "base/text.h"
-#include "rules/job_steps.h"
+#include "session/job_steps.h"
 #include "session/operations.h"
 
 namespace qvrcom::session {
@@ -16,12 +16,12 @@ void DeviceView::retrieve_index() {
 void DeviceView::write() {
   frame_.show_step("Creating Script");
   const std::string partition(base::trim(session_.run.PartitionID));
-  rules_.Write_Script_Header(rules::script_header(session_, operation::kRetrieveAllMessageIndexes));
+  rules_.Write_Script_Header(script_header(session_, operation::kRetrieveAllMessageIndexes));
   rules_.Write_Script("FTPACCT;part" + partition + ";" + std::string(base::kCrLf) +
                       "FTPGET;REMOTEFILE=msgindex;LOCALFILE=" + session_.job.Folder + "\\msgindexP" +
                       partition + ".dat;SIZE=20000;");
   rules_.Write_Script_End();
-  rules::write_index(rules_, session_, operation::kRetrieveAllMessageIndexes);
+  write_index(rules_, session_, operation::kRetrieveAllMessageIndexes);
 }
 
 void DeviceView::Process_ViewQVR() {

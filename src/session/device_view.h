@@ -2,7 +2,7 @@
 
 #include "base/session_values.h"
 #include "platform/trap.h"
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
 #include "session/session_frame.h"
 
 namespace qvrcom::session {
@@ -11,7 +11,7 @@ namespace qvrcom::session {
 // The scheduler is told of the job alone: no session is shown.
 class DeviceView {
  public:
-  DeviceView(const rules::BusinessRulesParts& parts, SessionFrame& frame)
+  DeviceView(const BusinessRulesParts& parts, SessionFrame& frame)
       : session_(parts.session), frame_(frame), rules_(frame.rules()), trap_(parts.ui) {}
 
   // Writes and runs the job of one site, whose folder stands; always at once.
@@ -26,7 +26,7 @@ class DeviceView {
 
   base::Session& session_;
   SessionFrame& frame_;
-  rules::BusinessRules& rules_;
+  BusinessRules& rules_;
   platform::Trap trap_;
 };
 

@@ -7,8 +7,8 @@
 
 #include "base/fault.h"
 #include "base/text.h"
-#include "rules/file_rescue.h"
-#include "rules/job_steps.h"
+#include "session/file_rescue.h"
+#include "session/job_steps.h"
 #include "session/refusals.h"
 
 namespace qvrcom::session {
@@ -17,16 +17,16 @@ namespace {
 // How an entry of this kind judges the site: with a verdict of the firmware rules.
 struct Check {
   EntryKind entry;
-  std::string (*verdict)(rules::BusinessRules&, const base::SiteValues&);
+  std::string (*verdict)(BusinessRules&, const base::SiteValues&);
 };
 
 const Check kChecks[] = {
     {EntryKind::kVersionCheck,
-     [](rules::BusinessRules& rules, const base::SiteValues& site) {
+     [](BusinessRules& rules, const base::SiteValues& site) {
        return rules.Check_Firmware_Version(site.FirmwareVersion);
      }},
     {EntryKind::kFullCheck,
-     [](rules::BusinessRules& rules, const base::SiteValues& site) {
+     [](BusinessRules& rules, const base::SiteValues& site) {
        if (site.MachineType.empty()) {
          rules.Get_Current_Config();
          rules.QVRSettings_MachineTypeID();
@@ -131,7 +131,7 @@ void frmResponse::run_late_outcome() {
 void frmResponse::keep_late_files() {
   Outcome outcome = name_first("ProcessSystemCommand", session_.run.CurrentOperation);
   outcome.process = [&] {
-    rules::bring_to_safety(parts_.rules, session_.job.Name, rules::RescueWhat::kEverything);
+    bring_to_safety(parts_.rules, session_.job.Name, RescueWhat::kEverything);
     return Remainder{};
   };
   run_outcome(outcome);
@@ -150,7 +150,7 @@ void frmResponse::ProcessSystemCommand(const std::string& operation_name) {
   run_outcome(outcome);
   end_on_screen();
   const bool nobody_tells = !session_.run.SystemCommandActive && !session_.run.CancelRequested;
-  if (nobody_tells) parts_.link.NotifyScheduler(link::SchedulerRequest::kSessionOver);
+  if (nobody_tells) parts_.link.NotifyScheduler(SchedulerRequest::kSessionOver);
 }
 
 void frmResponse::View_QVR(const Operation& operation) {
@@ -168,9 +168,9 @@ void frmResponse::view_site(const Operation& operation, const std::string& site)
   show_step(std::string(operation.name));
   if (session_.run.CancelRequested) return;
   rules().Get_Site(site);
-  const std::string suffix = rules::kPlainSuffix;
-  rules::take_base_time(parts_.rules, {&suffix, 1});
-  rules::take_immediate_times(session_.job);
+  const std::string suffix = kPlainSuffix;
+  take_base_time(parts_.rules, {&suffix, 1});
+  take_immediate_times(session_.job);
   run_in_folder(suffix, [&] { run_routine(operation); });
 }
 
@@ -181,7 +181,7 @@ void frmResponse::ReceiveResetStat_NewQVR() {
   trap_("ReceiveResetStat_NewQVR", [&] {
     const std::vector<std::string>& sites = session_.site.SelectedSites;
     if (sites.size() < 2) throw base::Fault(base::kSubscriptOutOfRange, "No site is selected.");
-    take_base_time(sites.size());
+    number_jobs(sites.size());
     rules().Get_Site(sites[0]);
     session_.run.LastSite = true;
     rules().Update_SiteID_in_SessionQVR();
@@ -195,7 +195,7 @@ void frmResponse::ReceiveResetStat_NewQVR() {
 void frmResponse::run_sites(const Operation& operation, const std::string& operation_name) {
   const std::vector<std::string> sites = session_.site.SelectedSites;
   session_.run.LastSite = false;
-  take_base_time(sites.size());
+  number_jobs(sites.size());
   for (std::size_t i = 0; i + 1 < sites.size() && !session_.run.CancelRequested; ++i) {
     if (i > 0) prepare();
     refused_ = false;
@@ -207,12 +207,12 @@ void frmResponse::run_sites(const Operation& operation, const std::string& opera
 }
 
 // One base time for the whole run; the sequence tells its sites' jobs apart.
-void frmResponse::take_base_time(std::size_t sites) {
+void frmResponse::number_jobs(std::size_t sites) {
   std::vector<std::string> suffixes;
   for (std::size_t i = 1; i < sites; ++i)
     suffixes.push_back(sequence_text(sequence_ + static_cast<int>(i)));
-  rules::take_base_time(parts_.rules, suffixes);
-  if (session_.run.ImmediateRun) rules::take_immediate_times(session_.job);
+  take_base_time(parts_.rules, suffixes);
+  if (session_.run.ImmediateRun) take_immediate_times(session_.job);
 }
 
 void frmResponse::run_site(const Operation& operation, const std::string& operation_name) {
@@ -298,8 +298,8 @@ void frmResponse::cmdCancel_Click() {
     cancelling_ = true;
     trap_("cmdCancel_Click", [&] {
       parts_.link.NotifyScheduler(session_.run.CurrentOperation == operation::kTelnetSession
-                                      ? link::SchedulerRequest::kShowTelnetSession
-                                      : link::SchedulerRequest::kShowSession);
+                                      ? SchedulerRequest::kShowTelnetSession
+                                      : SchedulerRequest::kShowSession);
     });
     session_.run.CancelRequested = true;
   }

@@ -7,15 +7,15 @@
 #include <string>
 #include <utility>
 
-#include "link/scheduler_link.h"
 #include "platform/message_channel.h"
 #include "platform/trap.h"
-#include "rules/business_rules.h"
 #include "session/all_partitions.h"
+#include "session/business_rules.h"
 #include "session/device_view.h"
 #include "session/extent_list.h"
 #include "session/operations.h"
 #include "session/same_log_operations.h"
+#include "session/scheduler_link.h"
 #include "session/session_frame.h"
 #include "session/session_view.h"
 #include "session/statistics_operations.h"
@@ -23,8 +23,8 @@
 namespace qvrcom::session {
 
 struct SessionParts {
-  rules::BusinessRulesParts rules;
-  link::SchedulerLink& link;
+  BusinessRulesParts rules;
+  SchedulerLink& link;
   platform::MessageChannel& channel;
   platform::SchedulerControl& control;  // asked during a wait what becomes of the job
 };
@@ -83,7 +83,7 @@ class frmResponse : public SessionFrame {
   void view_site(const Operation& operation, const std::string& site);
   void run_sites(const Operation& operation, const std::string& operation_name);
   void run_site(const Operation& operation, const std::string& operation_name);
-  void take_base_time(std::size_t sites);
+  void number_jobs(std::size_t sites);
   void run_in_folder(const std::string& suffix, const std::function<void()>& routine);
   void run_routine(const Operation& operation);
   bool passes(EntryKind entry);

@@ -4,7 +4,7 @@
 
 #include "base/date_serial.h"
 #include "base/text.h"
-#include "rules/job_steps.h"
+#include "session/job_steps.h"
 
 namespace qvrcom::session {
 namespace {
@@ -69,7 +69,7 @@ std::string OldStatistics::write_csv(const std::string& partition, const std::st
 
 void OldStatistics::miss(const std::string& reason) {
   session_.run.MissingResult = reason;
-  rules::log_to_job(parts_, session_.run.MissingResult);
+  log_to_job(parts_, session_.run.MissingResult);
 }
 
 }  // namespace qvrcom::session

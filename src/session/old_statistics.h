@@ -3,7 +3,7 @@
 #include <string>
 
 #include "base/session_values.h"
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
 #include "session/session_frame.h"
 
 namespace qvrcom::session {
@@ -15,7 +15,7 @@ inline constexpr const char* kClearStatistics = "FTPDELETE;linestat;\r\nFTPDELET
 // configuration images that explain them, and decoded here. All files lie in the job's folder.
 class OldStatistics {
  public:
-  OldStatistics(const rules::BusinessRulesParts& parts, SessionFrame& frame)
+  OldStatistics(const BusinessRulesParts& parts, SessionFrame& frame)
       : parts_(parts), session_(parts.session), frame_(frame), rules_(frame.rules()) {}
 
   std::string line_file(const std::string& partition) const;
@@ -44,10 +44,10 @@ class OldStatistics {
  private:
   std::string in_folder(const char* begin, const std::string& partition) const;
 
-  rules::BusinessRulesParts parts_;
+  BusinessRulesParts parts_;
   base::Session& session_;
   SessionFrame& frame_;
-  rules::BusinessRules& rules_;
+  BusinessRules& rules_;
 };
 
 }  // namespace qvrcom::session

@@ -3,7 +3,7 @@
 #include <chrono>
 
 #include "base/text.h"
-#include "rules/job_steps.h"
+#include "session/job_steps.h"
 #include "session/operations.h"
 
 namespace qvrcom::session {
@@ -44,10 +44,10 @@ std::string SameLogOperations::local_file() const {
 
 void SameLogOperations::write(const std::string& local_file) {
   frame_.show_step("Creating Script");
-  rules_.Write_Script_Header(rules::script_header(session_, operation::kRetrieveSameLog));
+  rules_.Write_Script_Header(script_header(session_, operation::kRetrieveSameLog));
   rules_.Write_Script("FTPGET;REMOTEFILE=same.log;LOCALFILE=" + local_file + ";SIZE=20000;");
   rules_.Write_Script_End();
-  rules::write_index(rules_, session_, operation::kRetrieveSameLog);
+  write_index(rules_, session_, operation::kRetrieveSameLog);
 }
 
 void SameLogOperations::ProcessRetrieveSameLog_NewQVR(const std::string& local_file,
@@ -66,7 +66,7 @@ void SameLogOperations::file_log(const std::string& local_file, const std::strin
   frame_.face().enable_button(false);
   frame_.face().show_hint(false);
   frame_.show_step("Processing Data ...");
-  const std::string text = rules::site_lines(site_name, user_site_id) + parts_.files.read(local_file);
+  const std::string text = site_lines(site_name, user_site_id) + parts_.files.read(local_file);
   const std::string path = parts_.folders.GetSAMELogsFolder() + name_for(local_file);
   parts_.files.replace(path, text);
   session_.run.SameLogFile = path;

@@ -4,7 +4,7 @@
 
 #include "base/session_values.h"
 #include "platform/trap.h"
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
 #include "session/session_frame.h"
 
 namespace qvrcom::session {
@@ -13,7 +13,7 @@ namespace qvrcom::session {
 // name the site. The log is bytes to us: nothing in it is changed.
 class SameLogOperations {
  public:
-  SameLogOperations(const rules::BusinessRulesParts& parts, SessionFrame& frame)
+  SameLogOperations(const BusinessRulesParts& parts, SessionFrame& frame)
       : parts_(parts), session_(parts.session), frame_(frame), rules_(frame.rules()), trap_(parts.ui) {}
 
   void RetrieveSAME_Log();
@@ -31,10 +31,10 @@ class SameLogOperations {
   std::string local_file() const;
   std::string name_for(const std::string& local_file) const;
 
-  rules::BusinessRulesParts parts_;
+  BusinessRulesParts parts_;
   base::Session& session_;
   SessionFrame& frame_;
-  rules::BusinessRules& rules_;
+  BusinessRules& rules_;
   platform::Trap trap_;
 };
 

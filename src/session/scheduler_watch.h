@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "link/scheduler_link.h"
 #include "platform/scheduler_control.h"
+#include "session/scheduler_link.h"
 #include "session/session_view.h"
 
 namespace qvrcom::session {
@@ -20,7 +20,7 @@ class SchedulerWatch {
   static constexpr int kQuestionsUntilHopeless = 3;   // an answer may be on its way
 
   // `control` is asked about the job; another maker's scheduler never answers.
-  SchedulerWatch(const link::SchedulerLink& link, platform::SchedulerControl& control, SessionView& view,
+  SchedulerWatch(const SchedulerLink& link, platform::SchedulerControl& control, SessionView& view,
                  std::string job_name)
       : link_(link), control_(control), view_(view), job_name_(std::move(job_name)) {}
 
@@ -32,7 +32,7 @@ class SchedulerWatch {
   void ask();
   void end(const std::string& sentence);
 
-  const link::SchedulerLink& link_;
+  const SchedulerLink& link_;
   platform::SchedulerControl& control_;
   SessionView& view_;
   std::string job_name_;

@@ -4,8 +4,8 @@
 #include <iterator>
 
 #include "environment/names.h"
-#include "rules/file_rescue.h"
-#include "rules/job_steps.h"
+#include "session/file_rescue.h"
+#include "session/job_steps.h"
 #include "session/scheduler_watch.h"
 
 namespace qvrcom::session {
@@ -30,7 +30,7 @@ const SessionFrame::Ending SessionFrame::kEndings[3] = {
      platform::Icon::kInformation, &Outcome::cancelled},
 };
 
-SessionFrame::SessionFrame(const rules::BusinessRulesParts& parts, link::SchedulerLink& link,
+SessionFrame::SessionFrame(const BusinessRulesParts& parts, SchedulerLink& link,
                            platform::SchedulerControl& control, SessionView& view)
     : parts_(parts),
       session_(parts.session),
@@ -60,7 +60,7 @@ void SessionFrame::submit(const JobRun& job) {
 }
 
 void SessionFrame::run_later() {
-  link_.NotifyRePilot(link::SchedulerRequest::kJobsSubmitted);
+  link_.NotifyRePilot(SchedulerRequest::kJobsSubmitted);
   if (session_.run.LastSite) face_.set_info("Required Action(s) Scheduled Successfully");
 }
 
@@ -71,19 +71,19 @@ void SessionFrame::run_now(const JobRun& job) {
   show_step(job.step);
   rules_.Validate_Index_File();
   if (!session_.run.CancelRequested) {
-    rules::require_listed(rules_, link_);
+    require_listed(rules_, link_);
     post_and_wait(job.quiet);
   }
   job.outcome_routine();
 }
 
 void SessionFrame::post_and_wait(bool quiet) {
-  link_.NotifyScheduler(link::SchedulerRequest::kJobsSubmitted);
+  link_.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
   posted_ = !link_.scheduler_missing();
-  if (!quiet) link_.NotifyScheduler(link::SchedulerRequest::kShowSession);
+  if (!quiet) link_.NotifyScheduler(SchedulerRequest::kShowSession);
   WaitForScheduler();
   const bool tells_end = !quiet && !session_.run.CancelRequested;
-  if (tells_end) link_.NotifyScheduler(link::SchedulerRequest::kSessionOver);
+  if (tells_end) link_.NotifyScheduler(SchedulerRequest::kSessionOver);
 }
 
 void SessionFrame::WaitForScheduler() {
@@ -94,8 +94,7 @@ void SessionFrame::WaitForScheduler() {
 void SessionFrame::run_outcome(const Outcome& outcome) {
   trap_(outcome.procedure, [&] {
     rules_.Copy_Items_From_Scheduler_to_BeProcessed();
-    if (!is_late_ || link_.scheduler_window_stands())
-      link_.NotifyScheduler(link::SchedulerRequest::kResultsTaken);
+    if (!is_late_ || link_.scheduler_window_stands()) link_.NotifyScheduler(SchedulerRequest::kResultsTaken);
     const auto ending = std::find_if(std::begin(kEndings), std::end(kEndings), [&](const Ending& candidate) {
       return candidate.status == session_.run.SessionStatus;
     });
@@ -110,13 +109,13 @@ void SessionFrame::run_outcome(const Outcome& outcome) {
 }
 
 void SessionFrame::finish(const Ending& ending, const Outcome& outcome) {
-  Remainder remainder{.undecoded = true, .what = rules::RescueWhat::kDeleted};
+  Remainder remainder{.undecoded = true, .what = RescueWhat::kDeleted};
   if (ending.message == nullptr) {
     remainder = outcome.process();
   } else {
     ui_.show({.text = ending.message, .title = ending.title, .icon = ending.icon});
   }
-  const bool is_safe = !remainder.undecoded || bring_to_safety(remainder);
+  const bool is_safe = !remainder.undecoded || rescue(remainder);
   const bool is_over = is_safe && (!remainder.keeps_job || is_late_);
   if (is_over) forget(ending);
   const std::string& status_line = outcome.*ending.status_line;
@@ -125,12 +124,12 @@ void SessionFrame::finish(const Ending& ending, const Outcome& outcome) {
 }
 
 // False when it failed, which has been reported.
-bool SessionFrame::bring_to_safety(const Remainder& remainder) {
+bool SessionFrame::rescue(const Remainder& remainder) {
   // A job that nobody waits for is over once its files are where people find them.
   const bool all = is_late_ && remainder.keeps_job;
   return trap_("Rescue", [&] {
-    rules::bring_to_safety(parts_, session_.job.Name, all ? rules::RescueWhat::kEverything : remainder.what,
-                           remainder.accounts);
+    bring_to_safety(parts_, session_.job.Name, all ? RescueWhat::kEverything : remainder.what,
+                    remainder.accounts);
     return true;
   });
 }

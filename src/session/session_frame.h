@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "link/scheduler_link.h"
 #include "platform/scheduler_control.h"
 #include "platform/trap.h"
-#include "rules/business_rules.h"
-#include "rules/file_rescue.h"
+#include "session/business_rules.h"
 #include "session/dialog_face.h"
+#include "session/file_rescue.h"
+#include "session/scheduler_link.h"
 #include "session/session_view.h"
 
 namespace qvrcom::session {
@@ -20,7 +20,7 @@ struct Remainder {
   bool keeps_job = false;                  // its folder and its pending line: nothing has come of its files
   bool undecoded = false;                  // something arrived that could not be made use of
   std::vector<std::string> accounts = {};  // whose; all when it is empty
-  rules::RescueWhat what = rules::RescueWhat::kAsTheyCame;
+  RescueWhat what = RescueWhat::kAsTheyCame;
 };
 
 // How one operation ends: what differs in the frame that all outcome routines share.
@@ -46,8 +46,8 @@ class SessionFrame {
  public:
   static constexpr const char* kHint = "To cancel, press the cancel button and stop the session in JobPilot";
 
-  SessionFrame(const rules::BusinessRulesParts& parts, link::SchedulerLink& link,
-               platform::SchedulerControl& control, SessionView& view);
+  SessionFrame(const BusinessRulesParts& parts, SchedulerLink& link, platform::SchedulerControl& control,
+               SessionView& view);
 
   // Sets the status line and gives events a chance.
   void show_step(const std::string& text);
@@ -76,7 +76,7 @@ class SessionFrame {
   void ProcessQVRComm(const std::string& operation_name);
 
   DialogFace& face() { return face_; }
-  rules::BusinessRules& rules() { return rules_; }
+  BusinessRules& rules() { return rules_; }
 
  protected:
   bool posted_ = false;   // the job at hand has been told to the scheduler
@@ -89,14 +89,14 @@ class SessionFrame {
   void run_later();
   void post_and_wait(bool quiet);
   void finish(const Ending& ending, const Outcome& outcome);
-  bool bring_to_safety(const Remainder& remainder);
+  bool rescue(const Remainder& remainder);
   void forget(const Ending& ending);
 
-  rules::BusinessRulesParts parts_;
+  BusinessRulesParts parts_;
   base::Session& session_;
   platform::UserInterface& ui_;
-  rules::BusinessRules rules_;
-  link::SchedulerLink& link_;
+  BusinessRules rules_;
+  SchedulerLink& link_;
   platform::SchedulerControl& control_;
   DialogFace face_;
   platform::Trap trap_;

@@ -2,13 +2,13 @@
 
 #include <functional>
 
-#include "link/session_screen.h"
 #include "session/frm_response.h"
+#include "session/session_screen.h"
 
 namespace qvrcom::session {
 
 // The session dialog from its making to its unloading, on whatever windows the program has.
-class SessionRun : public link::SessionScreen {
+class SessionRun : public SessionScreen {
  public:
   SessionRun(const SessionParts& parts, SessionWindows& windows) : parts_(parts), windows_(windows) {}
 

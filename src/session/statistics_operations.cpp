@@ -5,7 +5,7 @@
 #include "environment/names.h"
 #include "jobs/job_findings.h"
 #include "jobs/job_report.h"
-#include "rules/job_steps.h"
+#include "session/job_steps.h"
 #include "session/operations.h"
 
 namespace qvrcom::session {
@@ -37,7 +37,7 @@ const StatisticsOperations::Job StatisticsOperations::kRetrieveReset{
     &StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_NewStats,
     &StatisticsOperations::ProcessReceiveResetStatSinPart_NewQVR_OldStats};
 
-StatisticsOperations::StatisticsOperations(const rules::BusinessRulesParts& parts, SessionFrame& frame)
+StatisticsOperations::StatisticsOperations(const BusinessRulesParts& parts, SessionFrame& frame)
     : session_(parts.session),
       files_(parts.files),
       dbase_(parts.dbase),
@@ -90,14 +90,14 @@ void StatisticsOperations::process_outcome(std::string_view operation) {
 void StatisticsOperations::write(const Job& job, const std::string& statistics) {
   frame_.show_step("Creating Script");
   const std::string description = job.operation + session_.run.PartitionID;
-  rules_.Write_Script_Header(rules::script_header(session_, description));
+  rules_.Write_Script_Header(script_header(session_, description));
   if (job.fetches && statistics == environment::kOldStats) {
     write_old_form(job);
   } else {
     write_new_form(job);
   }
   rules_.Write_Script_End();
-  rules::write_index(rules_, session_, description);
+  write_index(rules_, session_, description);
   if (session_.run.ImmediateRun) session_.run.SessionConfigID = "1000";
 }
 
@@ -190,7 +190,7 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
   frame_.face().enable_button(false);
   frame_.face().show_hint(true);
   frame_.show_step("Processing Data ...");
-  const std::string text = rules::site_lines(site_name, user_site_id) + files_.read(downloaded_file());
+  const std::string text = site_lines(site_name, user_site_id) + files_.read(downloaded_file());
   const std::string path = rules_.Get_Stats_FileName(session_.site.SiteID, dbase_);
   if (path.empty()) {
     throw base::Fault(base::kPathNotFound,

@@ -6,7 +6,7 @@
 #include "base/session_values.h"
 #include "platform/files.h"
 #include "platform/trap.h"
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
 #include "session/old_statistics.h"
 #include "session/session_frame.h"
 
@@ -17,7 +17,7 @@ namespace qvrcom::session {
 // that the device made, or two files of the older form, which are decoded here.
 class StatisticsOperations {
  public:
-  StatisticsOperations(const rules::BusinessRulesParts& parts, SessionFrame& frame);
+  StatisticsOperations(const BusinessRulesParts& parts, SessionFrame& frame);
 
   void ReceiveStatSinPart_NewQVR();
   void ResetStatSinPart_NewQVR();
@@ -68,7 +68,7 @@ class StatisticsOperations {
   platform::Files& files_;
   environment::DBase& dbase_;
   SessionFrame& frame_;
-  rules::BusinessRules& rules_;
+  BusinessRules& rules_;
   OldStatistics old_;
   platform::Trap trap_;
 };

@@ -3,9 +3,9 @@
 #include <string>
 
 #include "base/session_values.h"
-#include "link/session_screen.h"
 #include "platform/scheduler_control.h"
 #include "platform/user_interface.h"
+#include "session/session_screen.h"
 
 namespace qvrcom::ui {
 
@@ -16,9 +16,9 @@ void stop_job(platform::UserInterface& ui, platform::SchedulerControl& scheduler
 
 // The session dialog. When it was left while its session runs on in the scheduler, the user is asked whether
 // that is to be stopped, too; a scheduler that tells nothing of its sessions is left alone.
-class SessionStopper : public link::SessionScreen {
+class SessionStopper : public session::SessionScreen {
  public:
-  SessionStopper(link::SessionScreen& screen, platform::UserInterface& ui,
+  SessionStopper(session::SessionScreen& screen, platform::UserInterface& ui,
                  platform::SchedulerControl& scheduler, const base::Session& session)
       : screen_(screen), ui_(ui), scheduler_(scheduler), session_(session) {}
 
@@ -26,7 +26,7 @@ class SessionStopper : public link::SessionScreen {
   void show_late_outcome() override { screen_.show_late_outcome(); }
 
  private:
-  link::SessionScreen& screen_;
+  session::SessionScreen& screen_;
   platform::UserInterface& ui_;
   platform::SchedulerControl& scheduler_;
   const base::Session& session_;

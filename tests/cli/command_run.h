@@ -38,7 +38,7 @@ struct FakeScheduler : platform::SchedulerControl {
 
 // A session dialog that ends at once: it leaves a file and "Completed", unless the partition is to fail.
 // Tidying up behind the untidy one fails.
-struct FakeScreen : link::SessionScreen {
+struct FakeScreen : session::SessionScreen {
   void show_modal() override {
     const base::RunValues& run = suite->session.run;
     shown.push_back(suite->session.site.UserSiteID + "/" + run.PartitionID + " " + run.CurrentOperation);

@@ -14,8 +14,8 @@
 #include "doubles/memory_files.h"
 #include "doubles/memory_machine.h"
 #include "doubles/recording_user_interface.h"
-#include "link/scheduler_link.h"
 #include "session/frm_response.h"
+#include "session/scheduler_link.h"
 #include "session/session_run.h"
 
 namespace qvrcom::session {
@@ -261,7 +261,7 @@ struct MemorySuite {
   environment::DatabaseConnection connection{engine, folders};
   environment::DBase dbase{connection};
   MemoryControl control;
-  link::SchedulerLink link{{session, ui, clock, files, programs, channel, folders}};
+  SchedulerLink link{{session, ui, clock, files, programs, channel, folders}};
   MemoryScheduler scheduler{channel, files};
   std::function<void()> on_event;
 };

@@ -40,7 +40,7 @@ TEST(SchedulerWatch, TellsOnceOfADroppedRequest) {
   Shown shown;
   RecordingView view(shown);
   suite.scheduler.window.reset();
-  suite.link.NotifyScheduler(link::SchedulerRequest::kJobsSubmitted);
+  suite.link.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
   SchedulerWatch watch(suite.link, suite.control, view, "Nov1526121005001");
   for (int i = 0; i < 200; ++i)
     watch.round();

@@ -14,7 +14,7 @@
 #include "platform/programs.h"
 #include "platform/user_interface.h"
 
-namespace qvrcom::link {
+namespace qvrcom::session {
 
 // What this suite asks of a scheduler program.
 enum class SchedulerRequest : std::int16_t {
@@ -88,4 +88,4 @@ class SchedulerLink {
   bool missing_ = false;
 };
 
-}  // namespace qvrcom::link
+}  // namespace qvrcom::session

@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "jobs/job_findings.h"
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
 
-namespace qvrcom::rules {
+namespace qvrcom::session {
 
 // Which of a job's files are meant.
 enum class RescueWhat {
@@ -23,4 +23,4 @@ enum class RescueWhat {
 bool bring_to_safety(const BusinessRulesParts& parts, const std::string& job_name, RescueWhat what,
                      const std::vector<std::string>& accounts = {});
 
-}  // namespace qvrcom::rules
+}  // namespace qvrcom::session

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace qvrcom::link {
+namespace qvrcom::session {
 
 // The session dialog as its callers know it: shown for the current operation, back when it has gone.
 class SessionScreen {
@@ -15,4 +15,4 @@ class SessionScreen {
   virtual void show_late_outcome() = 0;
 };
 
-}  // namespace qvrcom::link
+}  // namespace qvrcom::session

@@ -1,6 +1,6 @@
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
 
-namespace qvrcom::rules {
+namespace qvrcom::session {
 
 BusinessRules::BusinessRules(const BusinessRulesParts& parts)
     : Ground{{parts.session.run, parts.folders, parts.files}, {}},
@@ -28,4 +28,4 @@ BusinessRules::BusinessRules(const BusinessRulesParts& parts)
   };
 }
 
-}  // namespace qvrcom::rules
+}  // namespace qvrcom::session

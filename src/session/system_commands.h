@@ -5,12 +5,12 @@
 #include <string>
 
 #include "images/device_records.h"
-#include "link/scheduler_link.h"
-#include "link/session_screen.h"
 #include "platform/trap.h"
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
+#include "session/scheduler_link.h"
+#include "session/session_screen.h"
 
-namespace qvrcom::rules {
+namespace qvrcom::session {
 
 // The device that a system command goes to: the arguments that all ten have in common, in their order.
 struct CommandSite {
@@ -31,7 +31,7 @@ struct CommandSite {
 // scheduler was never told of leaves nothing behind; one that failed or was cancelled leaves its folder.
 class SystemCommands {
  public:
-  SystemCommands(const BusinessRulesParts& parts, link::SchedulerLink& link, link::SessionScreen& screen);
+  SystemCommands(const BusinessRulesParts& parts, SchedulerLink& link, SessionScreen& screen);
 
   // The log stays in the job's folder; who has read it there calls Remove_Folder.
   void GetLogFile(const CommandSite& site, std::string& log_path, std::string& status);
@@ -67,10 +67,10 @@ class SystemCommands {
 
   BusinessRulesParts parts_;
   BusinessRules rules_;
-  link::SchedulerLink& link_;
-  link::SessionScreen& screen_;
+  SchedulerLink& link_;
+  SessionScreen& screen_;
   platform::Trap trap_;
   bool posted_ = false;  // the scheduler was told of the job at hand
 };
 
-}  // namespace qvrcom::rules
+}  // namespace qvrcom::session

@@ -1,4 +1,4 @@
-#include "link/scheduler_link.h"
+#include "session/scheduler_link.h"
 
 #include <algorithm>
 #include <utility>
@@ -7,7 +7,7 @@
 #include "environment/names.h"
 #include "platform/trap.h"
 
-namespace qvrcom::link {
+namespace qvrcom::session {
 namespace {
 
 constexpr const char* kJobPilotTitle = "JOBPILOT";
@@ -139,4 +139,4 @@ void SchedulerLink::WaitForScheduler(const std::function<void()>& each_round) {
   }
 }
 
-}  // namespace qvrcom::link
+}  // namespace qvrcom::session

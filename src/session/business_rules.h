@@ -26,7 +26,7 @@
 #include "siterules/firmware_rules.h"
 #include "siterules/site_lookups.h"
 
-namespace qvrcom::rules {
+namespace qvrcom::session {
 
 // What the business rules work with. A program's wiring makes one; every operation makes its own rules of it.
 struct BusinessRulesParts {
@@ -73,4 +73,4 @@ class BusinessRules : private Ground,
   std::string TempPartID;
 };
 
-}  // namespace qvrcom::rules
+}  // namespace qvrcom::session

@@ -1,4 +1,4 @@
-#include "rules/file_rescue.h"
+#include "session/file_rescue.h"
 
 #include <algorithm>
 
@@ -8,9 +8,9 @@
 #include "jobs/job_findings.h"
 #include "jobs/job_log.h"
 #include "jobs/job_name.h"
-#include "rules/job_steps.h"
+#include "session/job_steps.h"
 
-namespace qvrcom::rules {
+namespace qvrcom::session {
 namespace {
 
 using jobs::AccountFindings;
@@ -162,4 +162,4 @@ bool bring_to_safety(const BusinessRulesParts& parts, const std::string& job_nam
   return true;
 }
 
-}  // namespace qvrcom::rules
+}  // namespace qvrcom::session

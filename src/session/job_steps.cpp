@@ -1,4 +1,4 @@
-#include "rules/job_steps.h"
+#include "session/job_steps.h"
 
 #include <algorithm>
 #include <chrono>
@@ -11,7 +11,7 @@
 #include "jobs/job_log.h"
 #include "siterules/device_address.h"
 
-namespace qvrcom::rules {
+namespace qvrcom::session {
 
 void take_base_time(const BusinessRulesParts& parts, std::span<const std::string> suffixes) {
   base::JobValues& job = parts.session.job;
@@ -59,7 +59,7 @@ void write_index(BusinessRules& rules, const base::Session& session, const std::
                     session.job.Interval, session.job.Period);
 }
 
-void require_listed(BusinessRules& rules, const link::SchedulerLink& link) {
+void require_listed(BusinessRules& rules, const SchedulerLink& link) {
   if (link.JobListedIn(environment::kIndexFile)) return;
   rules.Remove_Folder();
   throw base::Fault(
@@ -78,4 +78,4 @@ void log_to_job(const BusinessRulesParts& parts, const std::string& sentence) {
                       sentence);
 }
 
-}  // namespace qvrcom::rules
+}  // namespace qvrcom::session

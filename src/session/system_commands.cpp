@@ -1,11 +1,11 @@
-#include "rules/system_commands.h"
+#include "session/system_commands.h"
 
 #include "base/fault.h"
 #include "base/text.h"
 #include "environment/operation_names.h"
-#include "rules/job_steps.h"
+#include "session/job_steps.h"
 
-namespace qvrcom::rules {
+namespace qvrcom::session {
 namespace {
 
 namespace operation = environment::operation;
@@ -107,8 +107,7 @@ const SystemCommands::Command SystemCommands::kCommands[10] = {
      .extension = ".dat"},
 };
 
-SystemCommands::SystemCommands(const BusinessRulesParts& parts, link::SchedulerLink& link,
-                               link::SessionScreen& screen)
+SystemCommands::SystemCommands(const BusinessRulesParts& parts, SchedulerLink& link, SessionScreen& screen)
     : parts_(parts), rules_(parts), link_(link), screen_(screen), trap_(parts.ui) {}
 
 void SystemCommands::GetLogFile(const CommandSite& site, std::string& log_path, std::string& status) {
@@ -197,7 +196,7 @@ void SystemCommands::run(const Order& order, std::string& status) {
     });
     if (taken) status = values.SessionStatus;
     if (values.CancelRequested) status = "Cancelled";
-    if (!values.CancelRequested) link_.NotifyScheduler(link::SchedulerRequest::kSessionOver);
+    if (!values.CancelRequested) link_.NotifyScheduler(SchedulerRequest::kSessionOver);
   });
   if (!posted_) trap_(order.command.reported_as, [&] { discard(); });
   values.SystemCommandActive = false;
@@ -270,9 +269,9 @@ void SystemCommands::submit(const Order& order) {
   parts_.ui.pump_events();
   rules_.Validate_Index_File();
   require_listed(rules_, link_);
-  link_.NotifyScheduler(link::SchedulerRequest::kJobsSubmitted);
+  link_.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
   posted_ = !link_.scheduler_missing();
-  link_.NotifyScheduler(link::SchedulerRequest::kShowSession);
+  link_.NotifyScheduler(SchedulerRequest::kShowSession);
 }
 
 void SystemCommands::take_result(const Order& order) {
@@ -295,4 +294,4 @@ void SystemCommands::discard() {
   if (!folder.empty() && parts_.files.folder_exists(folder)) jobs::delete_job_folder(parts_.files, folder);
 }
 
-}  // namespace qvrcom::rules
+}  // namespace qvrcom::session

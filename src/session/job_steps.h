@@ -5,11 +5,11 @@
 
 #include "base/session_values.h"
 #include "jobs/script_grammar.h"
-#include "link/scheduler_link.h"
-#include "rules/business_rules.h"
+#include "session/business_rules.h"
+#include "session/scheduler_link.h"
 
 // Steps that every immediate job goes through, whoever writes it.
-namespace qvrcom::rules {
+namespace qvrcom::session {
 
 // The suffix of a job that nobody numbers.
 inline constexpr const char* kPlainSuffix = "000";
@@ -29,7 +29,7 @@ jobs::ScriptHeader script_header(const base::Session& session, const std::string
 void write_index(BusinessRules& rules, const base::Session& session, const std::string& description);
 
 // Fault when the index has lost the job, which would be waited for without end. Its folder is removed.
-void require_listed(BusinessRules& rules, const link::SchedulerLink& link);
+void require_listed(BusinessRules& rules, const SchedulerLink& link);
 
 // The two lines that name the site in front of a file that its device made.
 std::string site_lines(const std::string& site_name, const std::string& user_site_id);
@@ -37,4 +37,4 @@ std::string site_lines(const std::string& site_name, const std::string& user_sit
 // Adds a sentence to the log of the session's job.
 void log_to_job(const BusinessRulesParts& parts, const std::string& sentence);
 
-}  // namespace qvrcom::rules
+}  // namespace qvrcom::session
