@@ -1,11 +1,11 @@
 // Any bytes as a posted message: dropped, or read into values that are written back and read as the same.
-#include "platform/message_line.h"
+#include "protocol/message_line.h"
 
 #include <cstdint>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace qvrcom::platform;
+  using namespace qvrcom::protocol;
   const auto line = read_message_line({reinterpret_cast<const char*>(data), size});
   if (!line) return 0;
   std::string text = message_line_text(*line);

@@ -1,6 +1,6 @@
 // Any bytes as a command script: refused with a reason, or read into commands that stay within the limits and
 // carry nothing that could become a second command on the device's control connection.
-#include "jobs/script_grammar.h"
+#include "protocol/script_grammar.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -18,17 +18,18 @@ void require(bool holds) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace qvrcom;
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  const jobs::ScriptReading reading = jobs::read_script(text);
+  const protocol::ScriptReading reading = protocol::read_script(text);
   require(reading.script.has_value() == reading.problem.reason.empty());
   if (!reading.script) return 0;
-  const jobs::Script& script = *reading.script;
-  require(script.commands.size() <= jobs::kScriptCommandLimit);
-  for (const jobs::ScriptCommand& command : script.commands) {
+  const protocol::Script& script = *reading.script;
+  require(script.commands.size() <= protocol::kScriptCommandLimit);
+  for (const protocol::ScriptCommand& command : script.commands) {
     require(!base::has_control_character(command.account + command.remote + command.local));
     require(!command.account.empty() || !command.remote.empty());
   }
   // A header that was read is written as one that reads the same, but for blanks and the default user.
-  const auto again = jobs::read_script(jobs::header_text(script.header, jobs::ScriptKind::kTelnet));
+  const auto again =
+      protocol::read_script(protocol::header_text(script.header, protocol::ScriptKind::kTelnet));
   require(again.script && again.script->header.site_name == script.header.site_name &&
           again.script->header.period == script.header.period);
   return 0;

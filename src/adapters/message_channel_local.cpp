@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "adapters/local_socket.h"
-#include "platform/message_line.h"
+#include "protocol/message_line.h"
 
 namespace qvrcom::adapters {
 
@@ -17,7 +17,7 @@ using platform::WindowProcedure;
 
 namespace {
 
-constexpr qsizetype kLongestLine = platform::kMessageLineLimit;
+constexpr qsizetype kLongestLine = protocol::kMessageLineLimit;
 constexpr int kConnectLimit = 200;        // milliseconds
 constexpr int kTalkLimit = 2000;          // milliseconds that a peer may keep a connection
 constexpr std::size_t kMostNames = 1024;  // a stranger cannot make the table grow without end
@@ -103,7 +103,7 @@ class MessageChannelLocal::LocalWindow : public platform::Window {
 
   static void deliver(std::string_view line, State& state) {
     line.remove_suffix(1);
-    const auto parsed = platform::read_message_line(line);
+    const auto parsed = protocol::read_message_line(line);
     const std::size_t message = parsed ? state.names->messages.number_of(parsed->name) : 0;
     if (message == 0) {
       ++state.names->dropped;
@@ -141,7 +141,7 @@ void MessageChannelLocal::post(WindowHandle window, MessageId message, std::uint
   QLocalSocket peer;
   peer.connectToServer(local_socket_path(run_folder_, runtime_folder_, *title), QIODevice::WriteOnly);
   if (!peer.waitForConnected(kConnectLimit)) return;
-  const std::string line = platform::message_line_text(
+  const std::string line = protocol::message_line_text(
       {*name, static_cast<std::uint32_t>(word), static_cast<std::int32_t>(value)});
   peer.write(line.data(), static_cast<qint64>(line.size()));
   peer.waitForBytesWritten(kConnectLimit);

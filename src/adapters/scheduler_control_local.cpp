@@ -15,12 +15,12 @@
 
 namespace qvrcom::adapters {
 
-using platform::JobState;
 using platform::Reach;
-using platform::ScheduledJob;
 using platform::SchedulerControl;
-using platform::SchedulerStatus;
 using platform::StopOutcome;
+using protocol::JobState;
+using protocol::ScheduledJob;
+using protocol::SchedulerStatus;
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include "adapters/local_socket.h"
 #include "adapters/terminal_relay_local.h"
-#include "platform/terminal_frame.h"
+#include "protocol/terminal_frame.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -19,7 +19,7 @@ constexpr int kRetryTime = 100;      // milliseconds between two looks for the s
 constexpr qint64 kMostRead = 65536;  // bytes that wait to be shown
 
 QByteArray frame_bytes(char kind, std::string_view payload) {
-  const std::string text = platform::terminal_frame_text(kind, payload);
+  const std::string text = protocol::terminal_frame_text(kind, payload);
   return {text.data(), static_cast<qsizetype>(text.size())};
 }
 
@@ -51,7 +51,7 @@ class TerminalLocal::Wire : public QObject {
   void send(std::string_view bytes) {
     if (!attached_) return;
     sent_ += bytes.size();
-    const std::string text = platform::terminal_data_text(bytes);
+    const std::string text = protocol::terminal_data_text(bytes);
     socket_.write(text.data(), static_cast<qint64>(text.size()));
   }
 
@@ -60,7 +60,7 @@ class TerminalLocal::Wire : public QObject {
   void resize(std::uint16_t columns, std::uint16_t rows) {
     const auto byte = [](unsigned value) { return static_cast<char>(value & 0xFFU); };
     window_ = {byte(columns >> 8U), byte(columns), byte(rows >> 8U), byte(rows)};
-    if (attached_) socket_.write(frame_bytes(platform::kTerminalWindow, window_));
+    if (attached_) socket_.write(frame_bytes(protocol::kTerminalWindow, window_));
   }
 
   void leave() {
@@ -68,7 +68,7 @@ class TerminalLocal::Wire : public QObject {
     wanted_ = false;
     events_ = {};
     retry_.stop();
-    if (attached) socket_.write(frame_bytes(platform::kTerminalEnd, {}));
+    if (attached) socket_.write(frame_bytes(protocol::kTerminalEnd, {}));
     socket_.flush();
     socket_.disconnectFromServer();
   }
@@ -80,7 +80,7 @@ class TerminalLocal::Wire : public QObject {
 
   void greet() {
     frames_ = {};
-    socket_.write(frame_bytes(platform::kTerminalAttach, job_name_));
+    socket_.write(frame_bytes(protocol::kTerminalAttach, job_name_));
   }
 
   void read() {
@@ -95,21 +95,21 @@ class TerminalLocal::Wire : public QObject {
     if (alive && wanted_ && frames_.damaged()) finish("The scheduler sent what no terminal understands.");
   }
 
-  void hear(const platform::TerminalFrame& frame) {
+  void hear(const protocol::TerminalFrame& frame) {
     const platform::TerminalEvents& events = events_;
     switch (frame.kind) {
-      case platform::kTerminalAttach:
+      case protocol::kTerminalAttach:
         attached_ = true;
-        if (!window_.empty()) socket_.write(frame_bytes(platform::kTerminalWindow, window_));
+        if (!window_.empty()) socket_.write(frame_bytes(protocol::kTerminalWindow, window_));
         return tell(events.attached);
-      case platform::kTerminalData:
+      case protocol::kTerminalData:
         return tell(events.output, std::string_view(frame.payload));
-      case platform::kTerminalEcho:
+      case protocol::kTerminalEcho:
         return tell(events.echo, frame.payload == "1");
-      case platform::kTerminalCount:
+      case protocol::kTerminalCount:
         return count(frame.payload);
-      case platform::kTerminalTaken:
-      case platform::kTerminalEnd:
+      case protocol::kTerminalTaken:
+      case protocol::kTerminalEnd:
         return finish(frame.payload);
       default:
         return;  // another job's session: the socket closes, and is looked for again
@@ -145,7 +145,7 @@ class TerminalLocal::Wire : public QObject {
   QLocalSocket socket_;
   QTimer retry_;
   platform::TerminalEvents events_;
-  platform::TerminalFrameReader frames_;
+  protocol::TerminalFrameReader frames_;
   std::string job_name_;
   std::string window_;    // the payload that tells its size; "" while nobody did
   std::size_t sent_ = 0;  // bytes typed

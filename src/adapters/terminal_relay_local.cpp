@@ -17,7 +17,7 @@
 
 #include "adapters/local_socket.h"
 #include "adapters/telnet_protocol.h"
-#include "platform/terminal_frame.h"
+#include "protocol/terminal_frame.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -181,7 +181,7 @@ class RelayedSession : public QObject {
     on_the_way_.empty() ? count_.stop() : count_.start();
     if (arrived_ != before && terminal_ != nullptr)
       terminal_->write(
-          bytes_of(platform::terminal_frame_text(platform::kTerminalCount, std::to_string(arrived_))));
+          bytes_of(protocol::terminal_frame_text(protocol::kTerminalCount, std::to_string(arrived_))));
   }
 
   std::string traffic_text() const {
@@ -193,11 +193,11 @@ class RelayedSession : public QObject {
   void to_terminal(std::string_view bytes) {
     from_device_ += bytes.size();
     progress_(from_device_);
-    say(bytes_of(platform::terminal_data_text(bytes)));
+    say(bytes_of(protocol::terminal_data_text(bytes)));
   }
 
   void echo(bool on) {
-    say(bytes_of(platform::terminal_frame_text(platform::kTerminalEcho, std::string_view(on ? "1" : "0"))));
+    say(bytes_of(protocol::terminal_frame_text(protocol::kTerminalEcho, std::string_view(on ? "1" : "0"))));
   }
 
   void say(const QByteArray& frames) {
@@ -231,16 +231,16 @@ class RelayedSession : public QObject {
   // A peer says first which job it is for.
   void greet(QLocalSocket* peer) {
     if (peer == terminal_) return read_terminal();
-    platform::TerminalFrameReader frames;
+    protocol::TerminalFrameReader frames;
     const QByteArray bytes = peer->peek(kPiece);
     frames.add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
     const auto hello = frames.next();
     if (frames.damaged()) return peer->abort();
     if (!hello) return;
-    if (hello->kind != platform::kTerminalAttach || hello->payload != order_.job_name)
-      return refuse(peer, platform::kTerminalNotHere, "Another job has its Telnet session.");
+    if (hello->kind != protocol::kTerminalAttach || hello->payload != order_.job_name)
+      return refuse(peer, protocol::kTerminalNotHere, "Another job has its Telnet session.");
     if (terminal_ != nullptr)
-      return refuse(peer, platform::kTerminalTaken, "Another terminal has attached already.");
+      return refuse(peer, protocol::kTerminalTaken, "Another terminal has attached already.");
     terminal_ = peer;
     connect(peer, &QLocalSocket::bytesWritten, this, [this] { read_on(); });
     connect(peer, &QLocalSocket::disconnected, this, [this] {
@@ -251,7 +251,7 @@ class RelayedSession : public QObject {
   }
 
   static void refuse(QLocalSocket* peer, char kind, const char* why) {
-    peer->write(bytes_of(platform::terminal_frame_text(kind, why)));
+    peer->write(bytes_of(protocol::terminal_frame_text(kind, why)));
     peer->disconnectFromServer();
   }
 
@@ -262,7 +262,7 @@ class RelayedSession : public QObject {
     attached_ = true;
     moved();
     reached_(TerminalStage::kAttached);
-    terminal_->write(bytes_of(platform::terminal_frame_text(platform::kTerminalAttach, order_.job_name)));
+    terminal_->write(bytes_of(protocol::terminal_frame_text(protocol::kTerminalAttach, order_.job_name)));
     terminal_->write(std::exchange(unseen_, {}));
     read_on();
   }
@@ -278,20 +278,20 @@ class RelayedSession : public QObject {
     }
   }
 
-  void obey(const platform::TerminalFrame& frame) {
+  void obey(const protocol::TerminalFrame& frame) {
     const auto number = [&](std::size_t at) {
       const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(frame.payload[i]); };
       return static_cast<std::uint16_t>((byte(at) << 8U) | byte(at + 1));
     };
     moved();
-    if (frame.kind == platform::kTerminalData) {
+    if (frame.kind == protocol::kTerminalData) {
       to_device_ += frame.payload.size();
       telnet_.typed(frame.payload);
       on_the_way_.push_back({written_, to_device_});
       count();
-    } else if (frame.kind == platform::kTerminalWindow && frame.payload.size() == 4) {
+    } else if (frame.kind == protocol::kTerminalWindow && frame.payload.size() == 4) {
       telnet_.resized(number(0), number(2));
-    } else if (frame.kind == platform::kTerminalEnd) {
+    } else if (frame.kind == protocol::kTerminalEnd) {
       end({TerminalEnd::kLeft, {}});
     }
   }
@@ -306,7 +306,7 @@ class RelayedSession : public QObject {
       disconnect(terminal_, nullptr, this, nullptr);
       const std::string why =
           ending_->fault ? ending_->fault->description() + "." : std::string("The Telnet session has ended.");
-      terminal_->write(bytes_of(platform::terminal_frame_text(platform::kTerminalEnd, why)));
+      terminal_->write(bytes_of(protocol::terminal_frame_text(protocol::kTerminalEnd, why)));
       terminal_->disconnectFromServer();
       if (terminal_->state() != QLocalSocket::UnconnectedState) terminal_->waitForDisconnected(limit);
     }
@@ -326,7 +326,7 @@ class RelayedSession : public QObject {
   QTimer session_;
   QTimer idle_;
   TelnetProtocol telnet_;
-  platform::TerminalFrameReader frames_;
+  protocol::TerminalFrameReader frames_;
   QByteArray unseen_;  // frames that wait for the terminal
   bool connected_ = false;
   bool attached_ = false;

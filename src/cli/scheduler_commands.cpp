@@ -15,18 +15,18 @@ constexpr int kLooks = 100;      // 10 s for the scheduler to come up
 constexpr int kSilentLook = 10;  // a look without an answer may take seconds: as many looks is it worth
 
 struct StateName {
-  platform::JobState state;
+  protocol::JobState state;
   const char* name;
 };
 
-constexpr StateName kStateNames[] = {{platform::JobState::kWaiting, "waiting"},
-                                     {platform::JobState::kRunning, "running"},
-                                     {platform::JobState::kLeftAlone, "left alone"},
-                                     {platform::JobState::kFinished, "finished"},
-                                     {platform::JobState::kUnlisted, "finished, not listed yet"},
-                                     {platform::JobState::kDamaged, "damaged"}};
+constexpr StateName kStateNames[] = {{protocol::JobState::kWaiting, "waiting"},
+                                     {protocol::JobState::kRunning, "running"},
+                                     {protocol::JobState::kLeftAlone, "left alone"},
+                                     {protocol::JobState::kFinished, "finished"},
+                                     {protocol::JobState::kUnlisted, "finished, not listed yet"},
+                                     {protocol::JobState::kDamaged, "damaged"}};
 
-const char* name_of(platform::JobState state) {
+const char* name_of(protocol::JobState state) {
   return std::find_if(std::begin(kStateNames), std::end(kStateNames),
                       [&](const StateName& each) { return each.state == state; })
       ->name;
@@ -71,9 +71,9 @@ ExitCode start(CommandContext& context) {
   return ExitCode::kMissing;
 }
 
-std::string status_json(const platform::SchedulerStatus& status) {
+std::string status_json(const protocol::SchedulerStatus& status) {
   QJsonArray jobs;
-  for (const platform::ScheduledJob& job : status.jobs)
+  for (const protocol::ScheduledJob& job : status.jobs)
     jobs.append(QJsonObject{{"job", json(job.name)},
                             {"description", json(job.description)},
                             {"state", name_of(job.state)},
@@ -89,13 +89,13 @@ std::string status_json(const platform::SchedulerStatus& status) {
                   {"jobs-left-out", static_cast<qint64>(status.jobs_left_out)}});
 }
 
-void status_text(const platform::SchedulerStatus& status, Console& console) {
+void status_text(const protocol::SchedulerStatus& status, Console& console) {
   console.print("JobPilot " + status.version + ", process " + std::to_string(status.process));
   if (!status.running_job.empty())
     console.print(status.running_job + ": " + status.step + ", " + std::to_string(status.bytes_done) +
                   " bytes");
   TextTable table(console.out());
-  for (const platform::ScheduledJob& job : status.jobs)
+  for (const protocol::ScheduledJob& job : status.jobs)
     table.add({job.name, name_of(job.state), job.reason.empty() ? job.description : job.reason});
   if (status.jobs_left_out > 0) table.add({"... and " + std::to_string(status.jobs_left_out) + " more"});
 }

@@ -5,6 +5,8 @@
 
 #include "base/date_serial.h"
 #include "environment/names.h"
+#include "protocol/job_lists.h"
+#include "protocol/messages.h"
 #include "session/file_rescue.h"
 
 namespace qvrcom::control {
@@ -71,13 +73,13 @@ std::vector<std::string> JobUpkeep::abandoned(const jobs::Board& board) const {
 void JobUpkeep::take_off_lists(const std::string& line) {
   session::BusinessRules rules(parts_.rules);
   rules.Copy_Items_From_Scheduler_to_BeProcessed();
-  for (const char* list : environment::kPendingFiles) {
+  for (const char* list : protocol::kPendingFiles) {
     std::string rest;
     rules.RemoveJobFromList(list, line, rest);
     rules.ReWrite_File(list, rest);
   }
   if (parts_.link.scheduler_window_stands())
-    parts_.link.NotifyScheduler(session::SchedulerRequest::kResultsTaken);
+    parts_.link.NotifyScheduler(protocol::SchedulerRequest::kResultsTaken);
 }
 
 void JobUpkeep::discard(const std::string& job) {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "environment/names.h"
-#include "jobs/index_line.h"
-#include "jobs/job_name.h"
+#include "protocol/index_line.h"
+#include "protocol/job_lists.h"
+#include "protocol/job_name.h"
 
 namespace qvrcom::control {
 namespace {
@@ -65,19 +65,20 @@ RequestResult LateResultsRequest::run(const jobs::BoardJob& job, LateResultsAnsw
 std::string LateResultsRequest::list_again(const jobs::BoardJob& job) const {
   const std::string folder = board_.scheduler().path(job.job);
   const base::LocalTime start = job.start.value_or(parts_.rules.clock.now());
-  std::string line = jobs::index_line_text({.creation = base::serial_text(start),
-                                            .created = base::index_stamp(start),
-                                            .description = job.description,
-                                            .site_name = job.site_name,
-                                            .site_id = job.site_id,
-                                            .start = base::serial_text(start),
-                                            .interval = {},
-                                            .period = {},
-                                            .device_id = job.device_id,
-                                            .script_path = jobs::job_file(folder, jobs::kScriptExtension)});
+  std::string line =
+      protocol::index_line_text({.creation = base::serial_text(start),
+                                 .created = base::index_stamp(start),
+                                 .description = job.description,
+                                 .site_name = job.site_name,
+                                 .site_id = job.site_id,
+                                 .start = base::serial_text(start),
+                                 .interval = {},
+                                 .period = {},
+                                 .device_id = job.device_id,
+                                 .script_path = protocol::job_file(folder, protocol::kScriptExtension)});
   for (std::size_t i = 0; i < kEndings.size(); ++i) {
     if (job.ending() == kEndings[i])
-      parts_.rules.files.append_line(board_.scheduler().path(environment::kPendingFiles[i]), line);
+      parts_.rules.files.append_line(board_.scheduler().path(protocol::kPendingFiles[i]), line);
   }
   return line;
 }

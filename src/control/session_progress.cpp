@@ -5,26 +5,26 @@
 namespace qvrcom::control {
 namespace {
 
-const platform::ScheduledJob* find_job(const platform::SchedulerStatus& status, const std::string& name) {
+const protocol::ScheduledJob* find_job(const protocol::SchedulerStatus& status, const std::string& name) {
   const auto found = std::find_if(status.jobs.begin(), status.jobs.end(),
-                                  [&](const platform::ScheduledJob& job) { return job.name == name; });
+                                  [&](const protocol::ScheduledJob& job) { return job.name == name; });
   return found == status.jobs.end() ? nullptr : &*found;
 }
 
 }  // namespace
 
-std::optional<SessionProgress> progress_of(const std::optional<platform::SchedulerStatus>& status,
+std::optional<SessionProgress> progress_of(const std::optional<protocol::SchedulerStatus>& status,
                                            const std::string& job_name) {
   if (!status || job_name.empty() || status->running_job.empty()) return std::nullopt;
-  const platform::ScheduledJob* running = find_job(*status, status->running_job);
+  const protocol::ScheduledJob* running = find_job(*status, status->running_job);
   SessionProgress progress{{},
                            running == nullptr ? std::string() : running->description,
                            status->step,
                            status->bytes_done,
                            status->bytes_hinted};
   if (status->running_job == job_name) return progress;
-  const platform::ScheduledJob* own = find_job(*status, job_name);
-  if (own == nullptr || own->state != platform::JobState::kWaiting) return std::nullopt;
+  const protocol::ScheduledJob* own = find_job(*status, job_name);
+  if (own == nullptr || own->state != protocol::JobState::kWaiting) return std::nullopt;
   progress.waits_for = status->running_job;
   return progress;
 }
@@ -38,7 +38,7 @@ std::string progress_line(const std::optional<SessionProgress>& progress) {
   return text + " bytes";
 }
 
-std::string running_line(const std::optional<platform::SchedulerStatus>& status) {
+std::string running_line(const std::optional<protocol::SchedulerStatus>& status) {
   return status ? progress_line(progress_of(status, status->running_job)) : std::string();
 }
 

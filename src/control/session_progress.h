@@ -19,13 +19,13 @@ struct SessionProgress {
 };
 
 // Nothing when the scheduler says nothing of this job, or has done with it.
-std::optional<SessionProgress> progress_of(const std::optional<platform::SchedulerStatus>& status,
+std::optional<SessionProgress> progress_of(const std::optional<protocol::SchedulerStatus>& status,
                                            const std::string& job_name);
 
 // On one line: "waits for Nov1526120000001, Storing firmware, 51200 of about 204800 bytes"; "" for nothing.
 std::string progress_line(const std::optional<SessionProgress>& progress);
 
 // The same of the session that runs, whoever ordered it.
-std::string running_line(const std::optional<platform::SchedulerStatus>& status);
+std::string running_line(const std::optional<protocol::SchedulerStatus>& status);
 
 }  // namespace qvrcom::control

@@ -4,8 +4,8 @@
 
 #include "base/number.h"
 #include "base/text.h"
-#include "environment/names.h"
 #include "platform/message.h"
+#include "protocol/job_lists.h"
 #include "sitebook/site_record.h"
 #include "siterules/device_address.h"
 #include "siterules/site_lookups.h"
@@ -116,7 +116,7 @@ void SessionRequest::take_over(const SessionWish& wish) const {
 void SessionRequest::prepare_files() const {
   session::BusinessRules rules(parts_.rules);
   rules.Create_Folders();
-  for (const char* list : environment::kPendingFiles)
+  for (const char* list : protocol::kPendingFiles)
     rules.Create_File(list);
   base::Session& session = parts_.rules.session;
   session.run.StatsResultFile.clear();

@@ -1,6 +1,5 @@
 #include "control/statistics_request.h"
 
-#include "environment/names.h"
 #include "platform/trap.h"
 
 namespace qvrcom::control {

@@ -37,24 +37,6 @@ inline constexpr const char* kSiteBookFile = "SiteBook.mdb";
 inline constexpr const char* kDatabaseFile = "NewDB.mdb";
 inline constexpr const char* kDatabaseBackupFile = "NewDBBak.mdb";
 
-// Lists in the scheduler folder: what the scheduler finished, the job indexes, and the copies of the
-// finished lists that this library still has to work on.
-inline constexpr const char* kCompletedFile = "completed.sch";
-inline constexpr const char* kErrorFile = "error.sch";
-inline constexpr const char* kCancelledFile = "cancelled.sch";
-inline constexpr const char* kIndexFile = "index.sch";
-inline constexpr const char* kRescheduleFile = "reschedule.sch";
-inline constexpr const char* kCompletedPendingFile = "CompletedToProcess.sch";
-inline constexpr const char* kErrorPendingFile = "ErrorToProcess.sch";
-inline constexpr const char* kCancelledPendingFile = "CancelledToProcess.sch";
-inline constexpr const char* kPendingFiles[] = {kCompletedPendingFile, kErrorPendingFile,
-                                                kCancelledPendingFile};
-
-// Registered messages between the programs.
-inline constexpr const char* kSchedulerMessage = "CBL_QVRCOM_SCHEDULER";  // to JobPilot
-inline constexpr const char* kRePilotMessage = "CBL_QVRCOM_REPILOT";      // to RePilot
-inline constexpr const char* kSchedulerAnswer = "CBL_SCHEDULER_QVRCOM";   // back to the session dialog
-
 // Generations of the statistics that a device keeps.
 inline constexpr const char* kNewStats = "NewStats";
 inline constexpr const char* kOldStats = "OldStats";

@@ -8,19 +8,19 @@
 #include <unordered_set>
 
 #include "base/text.h"
-#include "environment/names.h"
-#include "jobs/index_line.h"
-#include "jobs/job_name.h"
 #include "jobs/line_key.h"
-#include "jobs/script_grammar.h"
+#include "protocol/index_line.h"
+#include "protocol/job_lists.h"
+#include "protocol/job_name.h"
+#include "protocol/script_grammar.h"
 
 namespace qvrcom::jobs {
 namespace {
 
 constexpr const char* kBoardFiles[] = {
-    environment::kIndexFile,        environment::kRescheduleFile,       environment::kCompletedFile,
-    environment::kErrorFile,        environment::kCancelledFile,        environment::kCompletedPendingFile,
-    environment::kErrorPendingFile, environment::kCancelledPendingFile,
+    protocol::kIndexFile,        protocol::kRescheduleFile,       protocol::kCompletedFile,
+    protocol::kErrorFile,        protocol::kCancelledFile,        protocol::kCompletedPendingFile,
+    protocol::kErrorPendingFile, protocol::kCancelledPendingFile,
 };
 
 // What each list but the indexes says of its jobs.
@@ -29,16 +29,16 @@ struct EndingList {
   const char* ending;
 };
 constexpr EndingList kEndingLists[] = {
-    {environment::kCompletedFile, "Completed"}, {environment::kCompletedPendingFile, "Completed"},
-    {environment::kErrorFile, "Error"},         {environment::kErrorPendingFile, "Error"},
-    {environment::kCancelledFile, "Cancelled"}, {environment::kCancelledPendingFile, "Cancelled"},
+    {protocol::kCompletedFile, "Completed"}, {protocol::kCompletedPendingFile, "Completed"},
+    {protocol::kErrorFile, "Error"},         {protocol::kErrorPendingFile, "Error"},
+    {protocol::kCancelledFile, "Cancelled"}, {protocol::kCancelledPendingFile, "Cancelled"},
 };
 
 // The job of a line that is an index line; of others something else or nothing.
 std::string_view job_named_by(std::string_view line) {
   if (!line.ends_with(';')) return {};
   line.remove_suffix(1);
-  return job_of_script(line.substr(line.rfind(';') + 1));  // npos + 1 is 0
+  return protocol::job_of_script(line.substr(line.rfind(';') + 1));  // npos + 1 is 0
 }
 
 class BoardMaker {
@@ -73,7 +73,7 @@ class BoardMaker {
   void add_line(const std::string& file, std::size_t number, std::string_view line) {
     const auto [place, is_new] = places_.try_emplace(line, board_.jobs.size());
     if (is_new) {
-      IndexLineReading reading = read_index_line(line);
+      protocol::IndexLineReading reading = protocol::read_index_line(line);
       if (!reading.line) {
         places_.erase(place);
         board_.problems.push_back({file, number, std::string(line), reading.reason});
@@ -85,7 +85,7 @@ class BoardMaker {
     if (lists.empty() || lists.back() != file) lists.push_back(file);
   }
 
-  void add_job(IndexLine values, std::string_view line) {
+  void add_job(protocol::IndexLine values, std::string_view line) {
     left_.erase(values.job);
     const bool has_folder = folders_.contains(values.job);
     board_.jobs.push_back({std::move(values.job),
@@ -155,11 +155,11 @@ Board JobBoard::read_all(Extent extent) const {
 BoardJob job_from_script(const SchedulerFiles& scheduler, const std::string& job_name) {
   BoardJob job;
   job.job = job_name;
-  if (!is_job_name(job_name)) return job;
-  const std::string name = job_name + "\\" + job_name + std::string(kScriptExtension);
+  if (!protocol::is_job_name(job_name)) return job;
+  const std::string name = job_name + "\\" + job_name + std::string(protocol::kScriptExtension);
   std::string text;
   base::fault_of([&] { text = scheduler.read_or_empty(name); });
-  const auto script = read_script(text).script;
+  const auto script = protocol::read_script(text).script;
   if (!script) return job;
   job.description = script->header.description;
   job.site_name = script->header.site_name;

@@ -1,19 +1,20 @@
 #include "jobs/job_findings.h"
+#include "jobs/report_file.h"
 
 #include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
 
-#include "jobs/job_name.h"
+#include "protocol/job_name.h"
 
 namespace qvrcom::jobs {
 namespace {
 
-std::optional<Script> script_in(const platform::Files& files, const std::string& folder) {
-  const std::string path = job_file(folder, kScriptExtension);
-  if (!files.file_exists(path) || files.length(path) > kScriptLimit) return std::nullopt;
-  return read_script(files.read(path)).script;
+std::optional<protocol::Script> script_in(const platform::Files& files, const std::string& folder) {
+  const std::string path = protocol::job_file(folder, protocol::kScriptExtension);
+  if (!files.file_exists(path) || files.length(path) > protocol::kScriptLimit) return std::nullopt;
+  return protocol::read_script(files.read(path)).script;
 }
 
 // What the report says of each account.
@@ -24,13 +25,13 @@ struct Told {
   std::map<std::string, std::string> taken;               // account to what has come of it
 };
 
-Told told_by(const JobReport& report) {
+Told told_by(const protocol::JobReport& report) {
   Told told;
-  for (const ReportLine& line : report.lines) {
-    if (line.word == ReportWord::kDeleting) told.asked_to_delete.insert(line.account);
-    if (line.word == ReportWord::kDeleted) told.deleted.emplace(line.account, line.remote);
-    if (line.word == ReportWord::kTaken) told.taken[line.account] = line.text;
-    if (line.word == ReportWord::kFailed) told.reasons[line.account] = line.text;
+  for (const protocol::ReportLine& line : report.lines) {
+    if (line.word == protocol::ReportWord::kDeleting) told.asked_to_delete.insert(line.account);
+    if (line.word == protocol::ReportWord::kDeleted) told.deleted.emplace(line.account, line.remote);
+    if (line.word == protocol::ReportWord::kTaken) told.taken[line.account] = line.text;
+    if (line.word == protocol::ReportWord::kFailed) told.reasons[line.account] = line.text;
   }
   return told;
 }
@@ -38,17 +39,17 @@ Told told_by(const JobReport& report) {
 // Goes through a script beside what the report says.
 class Finder {
  public:
-  Finder(const platform::Files& files, const std::string& folder, Script script)
+  Finder(const platform::Files& files, const std::string& folder, protocol::Script script)
       : files_(files), folder_(folder) {
     found_.script = std::move(script);
     if (const auto report = report_of(files, folder)) told_ = told_by(*report);
   }
 
   JobFindings find() {
-    for (const ScriptCommand& command : found_.script.commands) {
-      if (command.kind == CommandKind::kAccount || found_.accounts.empty()) begin(command.account);
-      if (command.kind == CommandKind::kGet) add_fetch(command);
-      if (command.kind == CommandKind::kDelete) add_delete(command);
+    for (const protocol::ScriptCommand& command : found_.script.commands) {
+      if (command.kind == protocol::CommandKind::kAccount || found_.accounts.empty()) begin(command.account);
+      if (command.kind == protocol::CommandKind::kGet) add_fetch(command);
+      if (command.kind == protocol::CommandKind::kDelete) add_delete(command);
     }
     for (AccountFindings& account : found_.accounts) {
       const bool arrived = account.missing().size() < account.fetches.size();
@@ -69,12 +70,12 @@ class Finder {
   }
 
   // The place of a local file is the job's folder, whatever the script says before its name.
-  void add_fetch(const ScriptCommand& command) {
+  void add_fetch(const protocol::ScriptCommand& command) {
     const std::string path = folder_ + "\\" + command.local.substr(command.local.rfind('\\') + 1);
     here().fetches.push_back({command.remote, path, files_.file_exists(path) && !files_.is_link(path)});
   }
 
-  void add_delete(const ScriptCommand& command) {
+  void add_delete(const protocol::ScriptCommand& command) {
     here().has_deleted = !told_ || told_->asked_to_delete.contains(here().account);
     if (told_ && !told_->deleted.contains({here().account, command.remote}))
       here().kept.push_back(command.remote);

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "jobs/job_report.h"
-#include "jobs/script_grammar.h"
 #include "platform/files.h"
+#include "protocol/job_report.h"
+#include "protocol/script_grammar.h"
 
 namespace qvrcom::jobs {
 
@@ -31,7 +31,7 @@ struct AccountFindings {
 
 // What a job has done, by its script, its folder, and its report where there is one.
 struct JobFindings {
-  Script script;
+  protocol::Script script;
   bool has_deleted = false;  // the device was told to delete something, or may have been
   std::vector<AccountFindings> accounts;
 

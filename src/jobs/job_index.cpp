@@ -2,10 +2,10 @@
 
 #include "base/date_serial.h"
 #include "base/text.h"
-#include "environment/names.h"
-#include "jobs/index_line.h"
-#include "jobs/job_name.h"
 #include "jobs/sorted_lines.h"
+#include "protocol/index_line.h"
+#include "protocol/job_lists.h"
+#include "protocol/job_name.h"
 
 namespace qvrcom::jobs {
 namespace {
@@ -22,9 +22,9 @@ void JobIndex::Write_Index(const std::string& site_name, const std::string& site
                            const std::string& description, const std::string& start_date,
                            const std::string& interval, const std::string& period) {
   trap_("Write_Index", [&] {
-    const char* file = job_.NewJob ? environment::kIndexFile : environment::kRescheduleFile;
+    const char* file = job_.NewJob ? protocol::kIndexFile : protocol::kRescheduleFile;
     const base::LocalTime now = clock_.now();
-    job_.JobId = index_line_text(
+    job_.JobId = protocol::index_line_text(
         {.creation = job_.NewJob ? base::serial_text(now) : base::serial_text(job_.RescheduleValue),
          .created = base::index_stamp(job_.NewJob ? now : job_.SessionStart),
          .description = description,
@@ -34,7 +34,7 @@ void JobIndex::Write_Index(const std::string& site_name, const std::string& site
          .interval = interval,
          .period = period,
          .device_id = site_.SiteID,
-         .script_path = script_path(job_)});
+         .script_path = protocol::script_path(job_.Folder)});
     Append_Line(file, job_.JobId);
     Sort_File(file);
   });
@@ -55,27 +55,27 @@ void JobIndex::Remove_Index_Line(const std::string& file_name, const std::string
   const std::string text = scheduler_.read(file_name);
   std::vector<std::string_view> kept = non_empty_lines_of(text);
   std::erase_if(kept, [&](std::string_view each) { return base::equals_ignoring_case(each, line); });
-  if (file_name == environment::kIndexFile) return ReWrite_File(file_name, sorted_text(std::move(kept)));
+  if (file_name == protocol::kIndexFile) return ReWrite_File(file_name, sorted_text(std::move(kept)));
   std::string rest;
   for (const std::string_view each : kept)
     rest.append(each).append(base::kCrLf);
   ReWrite_File(file_name, rest);
-  Sort_File(environment::kIndexFile);
+  Sort_File(protocol::kIndexFile);
 }
 
 void JobIndex::remove_index_lines(const std::vector<std::string>& lines) {
   if (lines.empty()) return;
-  SortedLines index(scheduler_.read(environment::kIndexFile));
+  SortedLines index(scheduler_.read(protocol::kIndexFile));
   for (const std::string& line : lines) {
     if (&line != &lines.front()) index.settle();
     index.remove(line);
   }
-  ReWrite_File(environment::kIndexFile, index.text());
+  ReWrite_File(protocol::kIndexFile, index.text());
 }
 
 void JobIndex::Validate_Index_File() {
   trap_("Validate_Index_File", [&] {
-    const std::string text = scheduler_.read(environment::kIndexFile);
+    const std::string text = scheduler_.read(protocol::kIndexFile);
     std::vector<std::string> orphans;
     for (const std::string_view line : base::lines_of(text)) {
       if (!helpers_.ExistedFolder(scheduler_.folder(), Get_Folder(line))) orphans.emplace_back(line);

@@ -7,18 +7,18 @@
 
 #include "base/fault.h"
 #include "base/text.h"
-#include "environment/names.h"
-#include "jobs/job_name.h"
-#include "jobs/script_grammar.h"
 #include "jobs/sorted_lines.h"
+#include "protocol/job_lists.h"
+#include "protocol/job_name.h"
+#include "protocol/script_grammar.h"
 
 namespace qvrcom::jobs {
 namespace {
 
 constexpr std::array<std::pair<const char*, const char*>, 3> kLists{
-    {{environment::kCompletedFile, environment::kCompletedPendingFile},
-     {environment::kErrorFile, environment::kErrorPendingFile},
-     {environment::kCancelledFile, environment::kCancelledPendingFile}}};
+    {{protocol::kCompletedFile, protocol::kCompletedPendingFile},
+     {protocol::kErrorFile, protocol::kErrorPendingFile},
+     {protocol::kCancelledFile, protocol::kCancelledPendingFile}}};
 
 // A script's header, by the place of its lines: before the dial-up connection, and behind it. The description
 // may be anything.
@@ -86,10 +86,10 @@ void JobResults::Process_CompletedSch_File() {
   trap_("Process_CompletedSch_File", [&] {
     std::vector<std::string> lines;
     bool found = false;
-    index_.Read_Lines(environment::kCompletedPendingFile, lines, found);
+    index_.Read_Lines(protocol::kCompletedPendingFile, lines, found);
     for (const std::string& line : lines) {
       if (line != job_.JobId) continue;
-      Process_Script(JobIndex::Get_Folder(line).append(kScriptExtension));
+      Process_Script(JobIndex::Get_Folder(line).append(protocol::kScriptExtension));
     }
   });
 }
@@ -97,11 +97,11 @@ void JobResults::Process_CompletedSch_File() {
 void JobResults::Process_Script(const std::string& script_name) {
   trap_("Process_Script", [&] {
     ScriptLines.clear();
-    const std::string job =
-        script_name.substr(0, script_name.size() - std::min(script_name.size(), kScriptExtension.size()));
-    if (!is_job_name(job)) throw bad_name(job);
+    const std::string job = script_name.substr(
+        0, script_name.size() - std::min(script_name.size(), protocol::kScriptExtension.size()));
+    if (!protocol::is_job_name(job)) throw bad_name(job);
     const std::string path = scheduler_.path(job) + "\\" + script_name;
-    if (files_.length(path) > kScriptLimit) {
+    if (files_.length(path) > protocol::kScriptLimit) {
       throw base::Fault("File too large", files_.native(path) + " is larger than a script can be.");
     }
     const std::string text = files_.read(path);
@@ -170,18 +170,18 @@ void JobResults::Remove_Folder() {
     if (job_.JobId.empty()) return;
     const std::string job = current_job();
     if (helpers_.ExistedFolder(scheduler_.folder(), job)) delete_job_folder(files_, scheduler_.path(job));
-    index_.Remove_Index_Line(environment::kIndexFile, job_.JobId);
+    index_.Remove_Index_Line(protocol::kIndexFile, job_.JobId);
   });
 }
 
 // The job's name as the identifier ends with it: "...\NAME.scr;".
 std::string JobResults::current_job() const {
   const std::string& id = job_.JobId;
-  const std::size_t length = job_name(job_).size();
-  const std::size_t behind = kScriptExtension.size() + 1;
+  const std::size_t length = protocol::job_name(job_.SessionStart, job_.Suffix).size();
+  const std::size_t behind = protocol::kScriptExtension.size() + 1;
   if (id.size() < length + behind) throw bad_name(id);
   std::string name = id.substr(id.size() - length - behind, length);
-  if (!is_job_name(name)) throw bad_name(name);
+  if (!protocol::is_job_name(name)) throw bad_name(name);
   return name;
 }
 

@@ -3,15 +3,16 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "jobs/job_name.h"
-#include "jobs/job_report.h"
+#include "jobs/report_file.h"
+#include "protocol/job_name.h"
+#include "protocol/job_report.h"
 
 namespace qvrcom::jobs {
 
 std::vector<std::string> SchedulerFiles::job_folders() const {
   if (!files_.folder_exists(folder())) return {};
   std::vector<std::string> names = files_.list_folders(folder());
-  std::erase_if(names, [](const std::string& name) { return !is_job_name(name); });
+  std::erase_if(names, [](const std::string& name) { return !protocol::is_job_name(name); });
   return names;
 }
 
@@ -19,7 +20,7 @@ std::string SchedulerFiles::reported_ending(const std::string& job) const {
   const auto report = report_of(files_, path(job));
   const std::string ending = report ? report->ending() : std::string{};
   const bool is_known =
-      std::find(kReportEndings.begin(), kReportEndings.end(), ending) != kReportEndings.end();
+      std::find(protocol::kReportEndings.begin(), protocol::kReportEndings.end(), ending) != protocol::kReportEndings.end();
   return is_known ? ending : std::string{};
 }
 

@@ -5,9 +5,9 @@
 #include "base/session_values.h"
 #include "jobs/file_helpers.h"
 #include "jobs/scheduler_files.h"
-#include "jobs/script_grammar.h"
 #include "platform/files.h"
 #include "platform/trap.h"
+#include "protocol/script_grammar.h"
 
 namespace qvrcom::jobs {
 
@@ -26,10 +26,10 @@ class ScriptWriter {
   // Names the job after its base time and suffix and makes its folder, unless it is there.
   void Create_Dir();
 
-  void Write_Script_Header(const ScriptHeader& header);
+  void Write_Script_Header(const protocol::ScriptHeader& header);
 
   // A complete telnet script; nothing is written behind it.
-  void Write_Script_Header(const ScriptHeader& header, TelnetSession);
+  void Write_Script_Header(const protocol::ScriptHeader& header, TelnetSession);
 
   // One command line, or several joined by CR LF.
   void Write_Script(const std::string& text);

@@ -25,8 +25,8 @@
 #include "adapters/terminal_relay_local.h"
 #include "base/fault.h"
 #include "cli/arguments.h"
-#include "environment/names.h"
 #include "programs/host.h"
+#include "protocol/messages.h"
 #include "scheduler/scheduler_engine.h"
 
 namespace {
@@ -124,7 +124,7 @@ class JobPilot : public platform::SchedulerControl {
   }
 
   platform::StatusAnswer status() override {
-    platform::SchedulerStatus status = engine_.status();
+    protocol::SchedulerStatus status = engine_.status();
     status.version = QVRCOM_VERSION;
     status.process = QCoreApplication::applicationPid();
     return {platform::Reach::kAnswered, std::move(status)};
@@ -224,7 +224,7 @@ int run() {
     return kNoSetUp;
   }
   JobPilot pilot(host, channel);
-  const platform::MessageId message = channel.register_message(environment::kSchedulerMessage);
+  const platform::MessageId message = channel.register_message(protocol::kSchedulerMessage);
   window->replace_procedure(
       [&](platform::WindowHandle, platform::MessageId id, std::uint64_t, std::int64_t code) {
         if (id == message) pilot.request(code);

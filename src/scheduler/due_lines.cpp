@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "jobs/index_line.h"
-#include "jobs/job_name.h"
+#include "protocol/index_line.h"
+#include "protocol/job_name.h"
 #include "scheduler/session_log.h"
 
 namespace qvrcom::scheduler {
@@ -16,7 +16,7 @@ constexpr std::size_t kMostNamed = 16;
 }  // namespace
 
 WaitingLine waiting_line(std::string_view text) {
-  jobs::IndexLineReading reading = jobs::read_index_line(text);
+  protocol::IndexLineReading reading = protocol::read_index_line(text);
   WaitingLine line;
   if (!reading.line) {
     line.problem = "A line of the job index is damaged: " + reading.reason + ".";
@@ -45,12 +45,12 @@ std::string left_alone_sentence(const WaitingLine& line, Due due) {
 
 std::vector<std::string> jobs_named_in(std::string_view damaged_line) {
   std::vector<std::string> names;
-  auto at = damaged_line.find(jobs::kScriptExtension);
+  auto at = damaged_line.find(protocol::kScriptExtension);
   for (; at != std::string_view::npos && names.size() < kMostNamed;
-       at = damaged_line.find(jobs::kScriptExtension, at + 1)) {
-    const std::size_t end = at + jobs::kScriptExtension.size();
+       at = damaged_line.find(protocol::kScriptExtension, at + 1)) {
+    const std::size_t end = at + protocol::kScriptExtension.size();
     const std::size_t begin = end - std::min(end, kLongestScript);
-    const std::string_view name = jobs::job_of_script(damaged_line.substr(begin, end - begin));
+    const std::string_view name = protocol::job_of_script(damaged_line.substr(begin, end - begin));
     if (!name.empty() && std::find(names.begin(), names.end(), name) == names.end()) names.emplace_back(name);
   }
   return names;

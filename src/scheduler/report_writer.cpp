@@ -1,11 +1,12 @@
 #include "scheduler/report_writer.h"
+#include "jobs/report_file.h"
 
 #include "base/fault.h"
 #include "scheduler/fault_of.h"
 
 namespace qvrcom::scheduler {
 
-using jobs::ReportWord;
+using protocol::ReportWord;
 
 void ReportWriter::begin() {
   const auto old = jobs::report_of(files_, path_.substr(0, path_.rfind('\\')));
@@ -15,19 +16,19 @@ void ReportWriter::begin() {
   // A file of its own name on the disk, not the old one's, and not what a link leads to.
   if (files_.file_exists(path_) || files_.is_link(path_)) files_.remove(path_);
   begun_ = true;
-  append(jobs::report_head());
+  append(protocol::report_head());
 }
 
-void ReportWriter::write(const jobs::ReportLine& line) {
+void ReportWriter::write(const protocol::ReportLine& line) {
   changed_ |= line.word == ReportWord::kDeleting || line.word == ReportWord::kStoring;
-  append(jobs::report_line_text(line));
+  append(protocol::report_line_text(line));
 }
 
 void ReportWriter::append(std::string_view text) {
   constexpr std::size_t kLineEnd = 2;
   length_ += text.size() + kLineEnd;
   const auto trouble = fault_of([&] {
-    if (length_ > jobs::kReportLimit) throw base::Fault("It would grow too large", path_);
+    if (length_ > protocol::kReportLimit) throw base::Fault("It would grow too large", path_);
     files_.append_line(path_, text);
   });
   if (!trouble) return;

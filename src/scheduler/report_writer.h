@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "jobs/job_report.h"
 #include "platform/files.h"
+#include "protocol/job_report.h"
 
 namespace qvrcom::scheduler {
 
@@ -15,13 +15,13 @@ class ReportWriter {
  public:
   // `job_folder` without a backslash at its end.
   ReportWriter(platform::Files& files, const std::string& job_folder)
-      : files_(files), path_(jobs::report_path(job_folder)) {}
+      : files_(files), path_(protocol::report_path(job_folder)) {}
 
   // A new report in place of an old one. Fault when the old one tells that the device may have been changed:
   // it and the files that it names are all there is of what was there.
   void begin();
 
-  void write(const jobs::ReportLine& line);
+  void write(const protocol::ReportLine& line);
 
   // Whether the device was, or may have been, asked to delete or to store something in this session.
   bool changed() const { return changed_; }

@@ -4,14 +4,14 @@
 #include <unordered_set>
 
 #include "base/text.h"
-#include "environment/names.h"
+#include "protocol/job_lists.h"
 #include "scheduler/fault_of.h"
 
 namespace qvrcom::scheduler {
 namespace {
 
-constexpr std::array<const char*, 3> kListFiles{environment::kCompletedFile, environment::kErrorFile,
-                                                environment::kCancelledFile};
+constexpr std::array<const char*, 3> kListFiles{protocol::kCompletedFile, protocol::kErrorFile,
+                                                protocol::kCancelledFile};
 constexpr std::array<Outcome, 3> kOutcomes{Outcome::kCompleted, Outcome::kError, Outcome::kCancelled};
 
 const char* file_of(Outcome outcome) {

@@ -14,7 +14,7 @@ namespace qvrcom::scheduler {
 using jobs::LineEqual;
 using jobs::LineHash;
 
-// In the order of jobs::kReportEndings.
+// In the order of protocol::kReportEndings.
 enum class Outcome { kCompleted, kError, kCancelled };
 
 // "completed.sch", "error.sch" and "cancelled.sch": the index lines of finished jobs, as they stood in the

@@ -5,16 +5,18 @@
 #include <utility>
 
 #include "base/text.h"
-#include "environment/names.h"
-#include "jobs/index_line.h"
-#include "jobs/job_name.h"
-#include "jobs/job_report.h"
+#include "jobs/report_file.h"
+#include "protocol/index_line.h"
+#include "protocol/job_lists.h"
+#include "protocol/job_name.h"
+#include "protocol/job_report.h"
+#include "protocol/messages.h"
 #include "scheduler/fault_of.h"
 
 namespace qvrcom::scheduler {
 
-using platform::JobState;
 using platform::StopOutcome;
+using protocol::JobState;
 
 namespace {
 
@@ -55,16 +57,16 @@ struct EarlierSession {
 
 // Nothing when there was none, or it has changed nothing: then the job may be run from its first line.
 std::optional<EarlierSession> earlier_session(const platform::Files& files, const std::string& folder) {
-  const std::string path = jobs::report_path(folder);
+  const std::string path = protocol::report_path(folder);
   if (files.is_link(folder) || !files.file_exists(path)) return std::nullopt;
   const auto report = jobs::report_of(files, folder);
   if (!report) {
     // Cut off within its first line: nothing had been done yet.
-    const std::size_t first_line = jobs::report_head().size() + base::kCrLf.size();
+    const std::size_t first_line = protocol::report_head().size() + base::kCrLf.size();
     if (!files.is_link(path) && files.length(path) < first_line) return std::nullopt;
     return EarlierSession{Outcome::kError, kBadReportReason};
   }
-  const auto& endings = jobs::kReportEndings;
+  const auto& endings = protocol::kReportEndings;
   const auto word = std::find(endings.begin(), endings.end(), report->ending());
   if (word != endings.end()) return EarlierSession{static_cast<Outcome>(word - endings.begin()), {}, true};
   if (report->has_changed()) return EarlierSession{Outcome::kError, kCutOffReason};
@@ -113,7 +115,7 @@ void SchedulerEngine::jobs_submitted() {
 void SchedulerEngine::results_taken() {
   answering_ = false;
   const auto fault = fault_of([this] {
-    const std::string index = parts_.scheduler_folder + environment::kIndexFile;
+    const std::string index = parts_.scheduler_folder + protocol::kIndexFile;
     if (parts_.files.is_taken(index)) lists_.drop_taken(parts_.files.read(index));
   });
   if (fault) note("The result lists keep the lines that were taken: " + sentence_of(*fault));
@@ -132,7 +134,7 @@ void SchedulerEngine::session_over() {
 }
 
 std::string SchedulerEngine::read_index() const {
-  return parts_.files.read_or_empty(parts_.scheduler_folder + environment::kIndexFile);
+  return parts_.files.read_or_empty(parts_.scheduler_folder + protocol::kIndexFile);
 }
 
 void SchedulerEngine::take_index() {
@@ -141,7 +143,7 @@ void SchedulerEngine::take_index() {
 
 // Whether the index is the one whose lines are being looked at, as far as its length tells.
 bool SchedulerEngine::index_is_known() const {
-  const std::string path = parts_.scheduler_folder + environment::kIndexFile;
+  const std::string path = parts_.scheduler_folder + protocol::kIndexFile;
   return looking_ && parts_.files.file_exists(path) && parts_.files.length(path) == index_.bytes();
 }
 
@@ -199,7 +201,7 @@ void SchedulerEngine::set_aside(std::string_view line, CountedSentences& sentenc
 }
 
 void SchedulerEngine::start(std::string_view text) {
-  const jobs::IndexLine line = *jobs::read_index_line(text).line;
+  const protocol::IndexLine line = *protocol::read_index_line(text).line;
   if (!parts_.files.folder_exists(parts_.scheduler_folder + line.job))
     return set_aside(text, without_folder_,
                      "The job " + line.job + " has no folder and is listed as an error.");
@@ -259,8 +261,9 @@ void SchedulerEngine::end_cut_reports() {
     fault_of([&] {
       const auto report = jobs::report_of(parts_.files, folder);
       if (!report || !report->has_changed() || !report->ending().empty()) return;
-      parts_.files.append_line(jobs::report_path(folder),
-                               jobs::report_line_text({jobs::ReportWord::kEnded, {}, {}, {}, "error"}));
+      parts_.files.append_line(
+          protocol::report_path(folder),
+          protocol::report_line_text({protocol::ReportWord::kEnded, {}, {}, {}, "error"}));
     });
   }
 }
@@ -312,7 +315,7 @@ void SchedulerEngine::repeat() {
 void SchedulerEngine::answer() {
   const auto dialog = parts_.channel.find_window(kDialogTitle);
   if (dialog == 0) return;
-  parts_.channel.post(dialog, parts_.channel.register_message(environment::kSchedulerAnswer), 0, 0);
+  parts_.channel.post(dialog, parts_.channel.register_message(protocol::kSchedulerAnswer), 0, 0);
 }
 
 void SchedulerEngine::stop() {
@@ -328,7 +331,7 @@ bool SchedulerEngine::leave_session_behind() {
 }
 
 StopOutcome SchedulerEngine::stop_job(const std::string& job_name) {
-  if (!jobs::is_job_name(job_name)) return StopOutcome::kUnknownJob;
+  if (!protocol::is_job_name(job_name)) return StopOutcome::kUnknownJob;
   if (session_ && running_.job == job_name) {
     if (std::exchange(running_.told_to_end, true)) return StopOutcome::kStopped;
     session_->cancel();
@@ -352,8 +355,8 @@ StopOutcome SchedulerEngine::stop_job(const std::string& job_name) {
   return StopOutcome::kUnknownJob;
 }
 
-platform::SchedulerStatus SchedulerEngine::status() {
-  platform::SchedulerStatus status;
+protocol::SchedulerStatus SchedulerEngine::status() {
+  protocol::SchedulerStatus status;
   if (session_) {
     status.running_job = running_.job;
     status.step = running_.step;
@@ -365,7 +368,7 @@ platform::SchedulerStatus SchedulerEngine::status() {
   std::unordered_set<std::string_view, LineHash, LineEqual> told;
   const auto tell = [&](std::string_view text, const WaitingLine& line) {
     told.insert(text);
-    for (platform::ScheduledJob& job : jobs_of(text, line))
+    for (protocol::ScheduledJob& job : jobs_of(text, line))
       status.jobs.push_back(std::move(job));
   };
   const std::size_t shown = std::min(index_.size(), kMostJobs);
@@ -381,16 +384,16 @@ platform::SchedulerStatus SchedulerEngine::status() {
   return status;
 }
 
-std::vector<platform::ScheduledJob> SchedulerEngine::jobs_of(std::string_view text,
+std::vector<protocol::ScheduledJob> SchedulerEngine::jobs_of(std::string_view text,
                                                              const WaitingLine& line) const {
   if (!line.problem.empty()) {
-    std::vector<platform::ScheduledJob> jobs;
+    std::vector<protocol::ScheduledJob> jobs;
     for (const std::string& name : jobs_named_in(text))
       jobs.push_back({name, {}, JobState::kDamaged, line.problem});
     if (jobs.empty()) jobs.push_back({{}, {}, JobState::kDamaged, line.problem});
     return jobs;
   }
-  platform::ScheduledJob job{line.job, line.description, JobState::kWaiting, obstacle_};
+  protocol::ScheduledJob job{line.job, line.description, JobState::kWaiting, obstacle_};
   const ResultLists::Finished* finished = lists_.find(text);
   if (session_ && LineEqual{}(text, running_.line)) {
     job.state = JobState::kRunning;

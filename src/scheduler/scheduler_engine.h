@@ -70,7 +70,7 @@ class SchedulerEngine {
   platform::StopOutcome stop_job(const std::string& job_name);
 
   // Without version and process, which the program knows.
-  platform::SchedulerStatus status();
+  protocol::SchedulerStatus status();
 
  private:
   struct Running {
@@ -101,7 +101,7 @@ class SchedulerEngine {
   void finish(const SessionReport& report);
   void finish_with(Outcome outcome, std::string_view line, const std::string& log, const std::string& reason);
   void list_finished();
-  std::vector<platform::ScheduledJob> jobs_of(std::string_view text, const WaitingLine& line) const;
+  std::vector<protocol::ScheduledJob> jobs_of(std::string_view text, const WaitingLine& line) const;
   void answer();
   void note(const std::string& sentence) { log_.write(SessionLog::kProgram, sentence); }
 

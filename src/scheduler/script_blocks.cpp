@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
-#include "environment/operation_names.h"
+#include "protocol/operation_names.h"
 
 namespace qvrcom::scheduler {
 
-namespace operation = environment::operation;
+namespace operation = protocol::operation;
 
 std::vector<ScriptBlock> blocks_of(const std::vector<SessionPlan::Step>& steps) {
   std::vector<ScriptBlock> blocks;
   for (std::size_t i = 0; i < steps.size(); ++i) {
-    const bool account = steps[i].kind == jobs::CommandKind::kAccount;
+    const bool account = steps[i].kind == protocol::CommandKind::kAccount;
     if (account || blocks.empty()) blocks.push_back({account ? steps[i].remote : std::string{}, i, i});
     blocks.back().end = i + 1;
   }

@@ -12,8 +12,8 @@
 namespace qvrcom::scheduler {
 namespace {
 
-using jobs::CommandKind;
-using jobs::ReportWord;
+using protocol::CommandKind;
+using protocol::ReportWord;
 using MonotonicClock = std::chrono::steady_clock;
 
 constexpr int kMostLoginsAgain = 8;      // in one session, whether they succeed or not
@@ -187,7 +187,7 @@ class Conversation {
     if (!report_.begun()) return;
     const auto fault = fault_of([&] {
       report_.write(
-          {ReportWord::kEnded, {}, {}, {}, jobs::kReportEndings[static_cast<std::size_t>(outcome)]});
+          {ReportWord::kEnded, {}, {}, {}, protocol::kReportEndings[static_cast<std::size_t>(outcome)]});
     });
     if (fault) telling_.done("The report has no last line. " + SessionTelling::reason(*fault));
   }

@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "base/text.h"
-#include "jobs/job_name.h"
+#include "protocol/job_name.h"
 #include "scheduler/fault_of.h"
 
 namespace qvrcom::scheduler {
@@ -72,7 +72,7 @@ std::string last_reason(const platform::Files& files, const std::string& logs_fo
                         const std::string& job_name) {
   std::string reason;
   const std::string path = log_path(logs_folder, job_name);
-  if (!jobs::is_job_name(job_name) || !files.file_exists(path)) return reason;
+  if (!protocol::is_job_name(job_name) || !files.file_exists(path)) return reason;
   const std::string text = files.read(path);
   for (std::string_view line : base::lines_of(text)) {
     line.remove_prefix(std::min(line.size(), kStampWidth));

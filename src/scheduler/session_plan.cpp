@@ -5,15 +5,15 @@
 
 #include "base/fault.h"
 #include "base/text.h"
-#include "environment/device_address.h"
-#include "jobs/job_name.h"
-#include "jobs/job_report.h"
+#include "protocol/device_address.h"
+#include "protocol/job_name.h"
+#include "protocol/job_report.h"
 
 namespace qvrcom::scheduler {
 namespace {
 
 using base::Fault;
-using jobs::CommandKind;
+using protocol::CommandKind;
 
 constexpr std::string_view kPartExtension = ".part";  // of a file that is being fetched
 
@@ -28,21 +28,21 @@ class Planner {
   Planner(const platform::Files& files, const std::string& scheduler_folder, const std::string& job_name)
       : files_(files),
         folder_(scheduler_folder + job_name),
-        script_(folder_ + "\\" + job_name + std::string(jobs::kScriptExtension)) {}
+        script_(folder_ + "\\" + job_name + std::string(protocol::kScriptExtension)) {}
 
-  jobs::Script read(const std::string& script_path) const {
+  protocol::Script read(const std::string& script_path) const {
     if (!base::equals_ignoring_case(script_path, script_))
       throw Fault("The script lies outside the scheduler folder: " + files_.native(script_path) + ".");
     need_no_link(folder_, "The job's folder");
     need_no_link(script_, "The script");
     if (!files_.file_exists(script_)) throw Fault("The script " + files_.native(script_) + " is missing.");
-    if (files_.length(script_) > jobs::kScriptLimit) throw Fault("The script is too long.");
-    jobs::ScriptReading reading = jobs::read_script(files_.read(script_));
+    if (files_.length(script_) > protocol::kScriptLimit) throw Fault("The script is too long.");
+    protocol::ScriptReading reading = protocol::read_script(files_.read(script_));
     if (!reading.script) throw Fault(problem_sentence(reading.problem));
     return std::move(*reading.script);
   }
 
-  SessionPlan::Step step(const jobs::ScriptCommand& command) const {
+  SessionPlan::Step step(const protocol::ScriptCommand& command) const {
     SessionPlan::Step step{command.kind, command.remote, {}, command.size.value_or(0)};
     if (command.kind == CommandKind::kAccount) step.remote = command.account;
     need_clean(step.remote, "Line " + std::to_string(command.line) + " of the script");
@@ -73,7 +73,7 @@ class Planner {
   }
 
  private:
-  static std::string problem_sentence(const jobs::ScriptProblem& problem) {
+  static std::string problem_sentence(const protocol::ScriptProblem& problem) {
     if (problem.line == 0) return "The script is damaged: " + problem.reason;
     return "The script is damaged at line " + std::to_string(problem.line) + " (" + problem.text +
            "): " + problem.reason;
@@ -95,7 +95,7 @@ class Planner {
                   ".");
     std::string own = folder_ + "\\" + path.substr(cut);
     if (base::equals_ignoring_case(own, script_) ||
-        base::equals_ignoring_case(own, jobs::report_path(folder_)))
+        base::equals_ignoring_case(own, protocol::report_path(folder_)))
       throw Fault(where + " names the job's own script or report as its file.");
     need_no_link(own, where + " names a file that leads elsewhere:");
     return own;
@@ -120,22 +120,22 @@ class Planner {
 SessionPlan make_plan(const platform::Files& files, const std::string& scheduler_folder,
                       const std::string& job_name, const std::string& script_path) {
   const Planner planner(files, scheduler_folder, job_name);
-  const jobs::Script script = planner.read(script_path);
+  const protocol::Script script = planner.read(script_path);
 
   SessionPlan plan;
-  const jobs::ScriptHeader& header = script.header;
+  const protocol::ScriptHeader& header = script.header;
   plan.job_name = job_name;
   plan.folder = scheduler_folder + job_name;
   plan.description = header.description;
   plan.kind = script.kind;
   if (header.dial_up_flag == 1) plan.dial = {header.dial_up_connection, header.number_to_dial};
-  const environment::DeviceAddress address = environment::parse_device_address(header.ftp_address);
+  const protocol::DeviceAddress address = protocol::parse_device_address(header.ftp_address);
   plan.login = {address.host, address.ftp_port, header.ftp_user.empty() ? "admin" : header.ftp_user,
                 header.ftp_password};
   plan.telnet_port = address.telnet_port;
   Planner::need_clean(plan.login.user, "The device user");
   Planner::need_clean(plan.login.password, "The password");
-  for (const jobs::ScriptCommand& command : script.commands)
+  for (const protocol::ScriptCommand& command : script.commands)
     plan.steps.push_back(planner.step(command));
   Planner::need_files_of_their_own(plan.steps);
   return plan;

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "jobs/script_grammar.h"
 #include "platform/device_connection.h"
 #include "platform/files.h"
+#include "protocol/script_grammar.h"
 
 namespace qvrcom::scheduler {
 
@@ -18,7 +18,7 @@ struct SessionPlan {
     std::string number;
   };
   struct Step {
-    jobs::CommandKind kind = jobs::CommandKind::kAccount;
+    protocol::CommandKind kind = protocol::CommandKind::kAccount;
     std::string remote;  // the account for kAccount
     std::string local;   // suite path, made of the job's folder and a plain name
     std::uint64_t hint = 0;
@@ -27,7 +27,7 @@ struct SessionPlan {
   std::string job_name;
   std::string folder;       // the job's, without a backslash at its end
   std::string description;  // of the script's header
-  jobs::ScriptKind kind = jobs::ScriptKind::kTransfer;
+  protocol::ScriptKind kind = protocol::ScriptKind::kTransfer;
   std::optional<Dial> dial;
   platform::DeviceLogin login;
   std::uint16_t telnet_port = 23;

@@ -15,7 +15,7 @@ SessionThread::SessionThread(SessionPlan plan, const SchedulerSettings& settings
       files_(ways.files),
       wake_(std::move(wake)),
       line_(ways.devices, [this](std::uint64_t bytes) { bytes_done_ = bytes; }),
-      terminal_(plan_.kind == jobs::ScriptKind::kTelnet
+      terminal_(plan_.kind == protocol::ScriptKind::kTelnet
                     ? ways.terminals.make([this](std::uint64_t bytes) { bytes_done_ = bytes; })
                     : nullptr),
       thread_([this] { run(); }) {}

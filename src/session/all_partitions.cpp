@@ -4,7 +4,8 @@
 #include <array>
 
 #include "base/fault.h"
-#include "jobs/job_report.h"
+#include "jobs/report_file.h"
+#include "protocol/job_report.h"
 #include "session/job_steps.h"
 #include "session/operations.h"
 

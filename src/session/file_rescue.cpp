@@ -7,7 +7,7 @@
 #include "images/component_answer.h"
 #include "jobs/job_findings.h"
 #include "jobs/job_log.h"
-#include "jobs/job_name.h"
+#include "protocol/job_name.h"
 #include "session/job_steps.h"
 
 namespace qvrcom::session {
@@ -31,7 +31,7 @@ struct Rescue {
 
 class Rescuer {
  public:
-  Rescuer(const BusinessRulesParts& parts, const std::string& job_name, const jobs::ScriptHeader& header)
+  Rescuer(const BusinessRulesParts& parts, const std::string& job_name, const protocol::ScriptHeader& header)
       : parts_(parts),
         job_name_(job_name),
         header_(header),
@@ -41,7 +41,7 @@ class Rescuer {
   void save_all(const std::string& job_folder) {
     rescue_.has_deleted = true;
     for (const std::string& name : parts_.files.list(job_folder)) {
-      if (name.ends_with(jobs::kScriptExtension)) continue;
+      if (name.ends_with(protocol::kScriptExtension)) continue;
       make_folders();
       parts_.files.copy(job_folder + "\\" + name, keep(name));
     }
@@ -119,7 +119,7 @@ class Rescuer {
 
   const BusinessRulesParts& parts_;
   const std::string& job_name_;
-  const jobs::ScriptHeader& header_;
+  const protocol::ScriptHeader& header_;
   const std::string folder_;
   Rescue rescue_;
 };
@@ -145,10 +145,10 @@ bool is_meant(const AccountFindings& account, const std::vector<std::string>& ac
 bool bring_to_safety(const BusinessRulesParts& parts, const std::string& job_name, RescueWhat what,
                      const std::vector<std::string>& accounts) {
   const std::string folder = environment::scheduler_folder(parts.session.run, parts.folders) + job_name;
-  if (!jobs::is_job_name(job_name) || !parts.files.folder_exists(folder)) return false;
+  if (!protocol::is_job_name(job_name) || !parts.files.folder_exists(folder)) return false;
   const auto found = jobs::findings_of(parts.files, folder);
   if (found && what != RescueWhat::kEverything && !found->has_deleted) return false;
-  const jobs::ScriptHeader header = found ? found->script.header : jobs::ScriptHeader{};
+  const protocol::ScriptHeader header = found ? found->script.header : protocol::ScriptHeader{};
   Rescuer rescuer(parts, job_name, header);
   if (!found) rescuer.save_all(folder);
   if (found) {

@@ -7,6 +7,7 @@
 
 #include "base/fault.h"
 #include "base/text.h"
+#include "protocol/messages.h"
 #include "session/file_rescue.h"
 #include "session/job_steps.h"
 #include "session/refusals.h"
@@ -150,7 +151,7 @@ void frmResponse::ProcessSystemCommand(const std::string& operation_name) {
   run_outcome(outcome);
   end_on_screen();
   const bool nobody_tells = !session_.run.SystemCommandActive && !session_.run.CancelRequested;
-  if (nobody_tells) parts_.link.NotifyScheduler(SchedulerRequest::kSessionOver);
+  if (nobody_tells) parts_.link.NotifyScheduler(protocol::SchedulerRequest::kSessionOver);
 }
 
 void frmResponse::View_QVR(const Operation& operation) {
@@ -298,8 +299,8 @@ void frmResponse::cmdCancel_Click() {
     cancelling_ = true;
     trap_("cmdCancel_Click", [&] {
       parts_.link.NotifyScheduler(session_.run.CurrentOperation == operation::kTelnetSession
-                                      ? SchedulerRequest::kShowTelnetSession
-                                      : SchedulerRequest::kShowSession);
+                                      ? protocol::SchedulerRequest::kShowTelnetSession
+                                      : protocol::SchedulerRequest::kShowSession);
     });
     session_.run.CancelRequested = true;
   }

@@ -7,8 +7,8 @@
 #include "base/fault.h"
 #include "base/number.h"
 #include "base/text.h"
-#include "environment/names.h"
 #include "jobs/job_log.h"
+#include "protocol/job_lists.h"
 #include "siterules/device_address.h"
 
 namespace qvrcom::session {
@@ -35,7 +35,7 @@ void take_immediate_times(base::JobValues& job) {
   job.Period.clear();
 }
 
-jobs::ScriptHeader script_header(const base::Session& session, const std::string& description) {
+protocol::ScriptHeader script_header(const base::Session& session, const std::string& description) {
   const base::SiteValues& site = session.site;
   return {
       .site_name = site.SiteName,
@@ -60,7 +60,7 @@ void write_index(BusinessRules& rules, const base::Session& session, const std::
 }
 
 void require_listed(BusinessRules& rules, const SchedulerLink& link) {
-  if (link.JobListedIn(environment::kIndexFile)) return;
+  if (link.JobListedIn(protocol::kIndexFile)) return;
   rules.Remove_Folder();
   throw base::Fault(
       "Job not listed",

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/session_values.h"
-#include "jobs/script_grammar.h"
+#include "protocol/script_grammar.h"
 #include "session/business_rules.h"
 #include "session/scheduler_link.h"
 
@@ -23,7 +23,7 @@ void take_base_time(const BusinessRulesParts& parts, std::span<const std::string
 void take_immediate_times(base::JobValues& job);
 
 // The script header of the session's site.
-jobs::ScriptHeader script_header(const base::Session& session, const std::string& description);
+protocol::ScriptHeader script_header(const base::Session& session, const std::string& description);
 
 // Writes the index line of the session's site.
 void write_index(BusinessRules& rules, const base::Session& session, const std::string& description);

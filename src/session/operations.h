@@ -3,7 +3,7 @@
 #include <span>
 #include <string_view>
 
-#include "environment/operation_names.h"
+#include "protocol/operation_names.h"
 
 namespace qvrcom::session {
 
@@ -11,7 +11,7 @@ class DeviceView;
 class SameLogOperations;
 class StatisticsOperations;
 
-namespace operation = environment::operation;
+namespace operation = protocol::operation;
 
 // How the dialog starts an operation, and how a site is checked before its job is written.
 enum class EntryKind {

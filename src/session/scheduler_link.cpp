@@ -6,6 +6,8 @@
 #include "base/text.h"
 #include "environment/names.h"
 #include "platform/trap.h"
+#include "protocol/job_lists.h"
+#include "protocol/messages.h"
 
 namespace qvrcom::session {
 namespace {
@@ -20,9 +22,9 @@ struct StatusFile {
   const char* status;
 };
 constexpr StatusFile kStatusFiles[] = {
-    {environment::kCompletedFile, "Completed"},
-    {environment::kErrorFile, "Error"},
-    {environment::kCancelledFile, "Cancelled"},
+    {protocol::kCompletedFile, "Completed"},
+    {protocol::kErrorFile, "Error"},
+    {protocol::kCancelledFile, "Cancelled"},
 };
 
 // Drops every box: for a fault that is an answer in itself.
@@ -39,13 +41,13 @@ platform::MessageId SchedulerLink::identifier(Slot slot, const char* name) {
 }
 
 platform::MessageId SchedulerLink::SchedulerMessageId() {
-  return identifier(kScheduler, environment::kSchedulerMessage);
+  return identifier(kScheduler, protocol::kSchedulerMessage);
 }
 platform::MessageId SchedulerLink::RePilotMessageId() {
-  return identifier(kRePilot, environment::kRePilotMessage);
+  return identifier(kRePilot, protocol::kRePilotMessage);
 }
 platform::MessageId SchedulerLink::SchedulerAnswerMessageId() {
-  return identifier(kAnswer, environment::kSchedulerAnswer);
+  return identifier(kAnswer, protocol::kSchedulerAnswer);
 }
 
 // The program's own words, if it has said any: it has most likely ended with them.
@@ -67,10 +69,10 @@ platform::WindowHandle SchedulerLink::find_or_start(const char* title, const cha
   return window;
 }
 
-void SchedulerLink::NotifyScheduler(SchedulerRequest request) {
+void SchedulerLink::NotifyScheduler(protocol::SchedulerRequest request) {
   std::string reason;
   const auto window = find_or_start(kJobPilotTitle, environment::kJobPilotProgram, reason);
-  if (request == SchedulerRequest::kJobsSubmitted) missing_ = false;
+  if (request == protocol::SchedulerRequest::kJobsSubmitted) missing_ = false;
   if (window == 0) {
     missing_ = true;
     parts_.ui.show({.text = "SCHEDULER not found!",
@@ -81,7 +83,7 @@ void SchedulerLink::NotifyScheduler(SchedulerRequest request) {
   parts_.channel.post(window, SchedulerMessageId(), 0, static_cast<std::int16_t>(request));
 }
 
-void SchedulerLink::NotifyRePilot(SchedulerRequest request) {
+void SchedulerLink::NotifyRePilot(protocol::SchedulerRequest request) {
   std::string reason;  // nobody is told: RePilot finds the job when it starts
   const auto window = find_or_start(kRePilotTitle, environment::kRePilotProgram, reason);
   parts_.channel.post(window, RePilotMessageId(), 0, static_cast<std::int16_t>(request));

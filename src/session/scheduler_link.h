@@ -13,17 +13,9 @@
 #include "platform/message_channel.h"
 #include "platform/programs.h"
 #include "platform/user_interface.h"
+#include "protocol/messages.h"
 
 namespace qvrcom::session {
-
-// What this suite asks of a scheduler program.
-enum class SchedulerRequest : std::int16_t {
-  kJobsSubmitted = 1,      // look into the job index
-  kResultsTaken = 2,       // the finished lines have been copied
-  kShowSession = 5,        // show what is running
-  kSessionOver = 6,        // the answer has been understood
-  kShowTelnetSession = 9,  // show the Telnet session
-};
 
 struct SchedulerLinkParts {
   base::Session& session;
@@ -50,10 +42,10 @@ class SchedulerLink {
 
   // Posts to JobPilot, which is started hidden when it is not there and gets one second to come up. When it
   // does not, the box "SCHEDULER not found!" is shown and the request is dropped.
-  void NotifyScheduler(SchedulerRequest request);
+  void NotifyScheduler(protocol::SchedulerRequest request);
 
   // As above for RePilot, but without a box: a request to a missing RePilot is posted to no window.
-  void NotifyRePilot(SchedulerRequest request);
+  void NotifyRePilot(protocol::SchedulerRequest request);
 
   // Whether a request to JobPilot was dropped since jobs were submitted last, that one included.
   bool scheduler_missing() const { return missing_; }

@@ -5,13 +5,13 @@
 namespace qvrcom::session {
 namespace {
 
-using platform::JobState;
+using protocol::JobState;
 
 // Why the job that the scheduler was told of will not be answered, as far as it tells; "" while it may be.
-std::string hopeless_reason(const platform::SchedulerStatus& status, const std::string& job_name) {
+std::string hopeless_reason(const protocol::SchedulerStatus& status, const std::string& job_name) {
   if (status.running_job == job_name) return {};
   const auto job = std::find_if(status.jobs.begin(), status.jobs.end(),
-                                [&](const platform::ScheduledJob& each) { return each.name == job_name; });
+                                [&](const protocol::ScheduledJob& each) { return each.name == job_name; });
   if (job == status.jobs.end())
     return status.jobs_left_out > 0 ? "" : "JobPilot does not have the job " + job_name + ".";
   if (!job->reason.empty()) return "JobPilot says of the job " + job_name + ": " + job->reason;

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "environment/names.h"
+#include "protocol/job_lists.h"
+#include "protocol/messages.h"
 #include "session/file_rescue.h"
 #include "session/job_steps.h"
 #include "session/scheduler_watch.h"
@@ -22,11 +23,11 @@ struct SessionFrame::Ending {
 };
 
 const SessionFrame::Ending SessionFrame::kEndings[3] = {
-    {"Completed", environment::kCompletedPendingFile, nullptr, nullptr, platform::Icon::kNone,
+    {"Completed", protocol::kCompletedPendingFile, nullptr, nullptr, platform::Icon::kNone,
      &Outcome::completed},
-    {"Error", environment::kErrorPendingFile, "Communication error, see JobPilot for details", "ERROR",
+    {"Error", protocol::kErrorPendingFile, "Communication error, see JobPilot for details", "ERROR",
      platform::Icon::kError, &Outcome::error},
-    {"Cancelled", environment::kCancelledPendingFile, "Communication cancelled from JobPilot", "CANCELLED",
+    {"Cancelled", protocol::kCancelledPendingFile, "Communication cancelled from JobPilot", "CANCELLED",
      platform::Icon::kInformation, &Outcome::cancelled},
 };
 
@@ -60,7 +61,7 @@ void SessionFrame::submit(const JobRun& job) {
 }
 
 void SessionFrame::run_later() {
-  link_.NotifyRePilot(SchedulerRequest::kJobsSubmitted);
+  link_.NotifyRePilot(protocol::SchedulerRequest::kJobsSubmitted);
   if (session_.run.LastSite) face_.set_info("Required Action(s) Scheduled Successfully");
 }
 
@@ -78,12 +79,12 @@ void SessionFrame::run_now(const JobRun& job) {
 }
 
 void SessionFrame::post_and_wait(bool quiet) {
-  link_.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
+  link_.NotifyScheduler(protocol::SchedulerRequest::kJobsSubmitted);
   posted_ = !link_.scheduler_missing();
-  if (!quiet) link_.NotifyScheduler(SchedulerRequest::kShowSession);
+  if (!quiet) link_.NotifyScheduler(protocol::SchedulerRequest::kShowSession);
   WaitForScheduler();
   const bool tells_end = !quiet && !session_.run.CancelRequested;
-  if (tells_end) link_.NotifyScheduler(SchedulerRequest::kSessionOver);
+  if (tells_end) link_.NotifyScheduler(protocol::SchedulerRequest::kSessionOver);
 }
 
 void SessionFrame::WaitForScheduler() {
@@ -94,7 +95,8 @@ void SessionFrame::WaitForScheduler() {
 void SessionFrame::run_outcome(const Outcome& outcome) {
   trap_(outcome.procedure, [&] {
     rules_.Copy_Items_From_Scheduler_to_BeProcessed();
-    if (!is_late_ || link_.scheduler_window_stands()) link_.NotifyScheduler(SchedulerRequest::kResultsTaken);
+    if (!is_late_ || link_.scheduler_window_stands())
+      link_.NotifyScheduler(protocol::SchedulerRequest::kResultsTaken);
     const auto ending = std::find_if(std::begin(kEndings), std::end(kEndings), [&](const Ending& candidate) {
       return candidate.status == session_.run.SessionStatus;
     });
@@ -103,7 +105,7 @@ void SessionFrame::run_outcome(const Outcome& outcome) {
     } else if (!posted_ && !outcome.keeps_folder) {
       rules_.Remove_Folder();
     }
-    rules_.Remove_Index_Line(environment::kIndexFile, session_.job.JobId);
+    rules_.Remove_Index_Line(protocol::kIndexFile, session_.job.JobId);
   });
   if (!session_.run.SessionStatus.empty()) rules_.clear_password(session_.job.Folder);
 }

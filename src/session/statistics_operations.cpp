@@ -4,7 +4,8 @@
 #include "base/text.h"
 #include "environment/names.h"
 #include "jobs/job_findings.h"
-#include "jobs/job_report.h"
+#include "jobs/report_file.h"
+#include "protocol/job_report.h"
 #include "session/job_steps.h"
 #include "session/operations.h"
 

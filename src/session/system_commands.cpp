@@ -2,13 +2,14 @@
 
 #include "base/fault.h"
 #include "base/text.h"
-#include "environment/operation_names.h"
+#include "protocol/messages.h"
+#include "protocol/operation_names.h"
 #include "session/job_steps.h"
 
 namespace qvrcom::session {
 namespace {
 
-namespace operation = environment::operation;
+namespace operation = protocol::operation;
 
 enum class Transfer { kNone, kFetch, kSend, kTelnet };
 
@@ -196,7 +197,7 @@ void SystemCommands::run(const Order& order, std::string& status) {
     });
     if (taken) status = values.SessionStatus;
     if (values.CancelRequested) status = "Cancelled";
-    if (!values.CancelRequested) link_.NotifyScheduler(SchedulerRequest::kSessionOver);
+    if (!values.CancelRequested) link_.NotifyScheduler(protocol::SchedulerRequest::kSessionOver);
   });
   if (!posted_) trap_(order.command.reported_as, [&] { discard(); });
   values.SystemCommandActive = false;
@@ -224,7 +225,7 @@ void SystemCommands::write(const Order& order) {
   const base::JobValues& job = parts_.session.job;
   const CommandSite& site = order.site;
   const std::string description = order.command.operation;
-  const jobs::ScriptHeader header{
+  const protocol::ScriptHeader header{
       site.site_name,          site.site_id,        site.qvr_id,      description,   site.dial_up_flag,
       site.dial_up_connection, site.number_to_dial, site.ftp_address, site.ftp_user, site.ftp_password,
       job.StartDate,           job.StopDate,        job.Interval,     job.Period};
@@ -269,9 +270,9 @@ void SystemCommands::submit(const Order& order) {
   parts_.ui.pump_events();
   rules_.Validate_Index_File();
   require_listed(rules_, link_);
-  link_.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
+  link_.NotifyScheduler(protocol::SchedulerRequest::kJobsSubmitted);
   posted_ = !link_.scheduler_missing();
-  link_.NotifyScheduler(SchedulerRequest::kShowSession);
+  link_.NotifyScheduler(protocol::SchedulerRequest::kShowSession);
 }
 
 void SystemCommands::take_result(const Order& order) {

@@ -4,13 +4,13 @@
 
 #include "base/number.h"
 #include "base/text.h"
-#include "environment/device_address.h"
-#include "jobs/script_grammar.h"
+#include "protocol/device_address.h"
+#include "protocol/script_grammar.h"
 
 namespace qvrcom::sitebook {
 namespace {
 
-static_assert(jobs::kScriptLineLimit >= jobs::kIndexLineLimit);
+static_assert(protocol::kScriptLineLimit >= protocol::kIndexLineLimit);
 
 bool is_small_number(std::string_view text) {
   return text.size() <= 4 &&
@@ -37,7 +37,7 @@ std::string refusal(SiteText kind, const std::string& text) {
   if (!base::is_utf8(text)) return "holds bytes that are no text";
   if (kind == SiteText::kAny || text.empty()) return {};
   if (kind == SiteText::kNumber) return is_small_number(text) ? "" : "is no number between 0 and 9999";
-  return kind == SiteText::kAddress ? environment::device_address_problem(text) : std::string{};
+  return kind == SiteText::kAddress ? protocol::device_address_problem(text) : std::string{};
 }
 
 std::vector<SiteProblem> problems_by(std::string (*judge)(SiteText, const std::string&),

@@ -10,7 +10,7 @@
 
 #include "base/rows.h"
 #include "base/session_values.h"
-#include "jobs/index_line.h"
+#include "protocol/index_line.h"
 
 namespace qvrcom::sitebook {
 
@@ -129,7 +129,7 @@ struct SiteProblem {
 
 // The longest text of a column, in bytes, and the longest two that stand in one line of a job (name and
 // identifier, dial-up connection and number): the rest of the line is left to its times and paths.
-inline constexpr std::size_t kSiteTextLimit = jobs::kIndexLineLimit - 1096;
+inline constexpr std::size_t kSiteTextLimit = protocol::kIndexLineLimit - 1096;
 
 // What keeps the record's own texts out of the book; a site has a name or an identifier.
 std::vector<SiteProblem> problems_of(const SiteRecord& site);

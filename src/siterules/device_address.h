@@ -2,12 +2,12 @@
 
 #include <string>
 
-#include "environment/device_address.h"
+#include "protocol/device_address.h"
 
 namespace qvrcom::siterules {
 
-using environment::DeviceAddress;
-using environment::parse_device_address;
+using protocol::DeviceAddress;
+using protocol::parse_device_address;
 
 // The address that a connection method reaches the device at: 1 the modem address, 2 the direct address (the
 // LAN address when that is empty), anything else the LAN address. Fault when the method is not a 16-bit

@@ -6,21 +6,21 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "environment/names.h"
+#include "protocol/job_lists.h"
 #include "ui/tables.h"
 #include "ui/widget_text.h"
 
 namespace qvrcom::ui {
 namespace {
 
-using environment::kCancelledFile;
-using environment::kCancelledPendingFile;
-using environment::kCompletedFile;
-using environment::kCompletedPendingFile;
-using environment::kErrorFile;
-using environment::kErrorPendingFile;
-using environment::kIndexFile;
-using environment::kRescheduleFile;
+using protocol::kCancelledFile;
+using protocol::kCancelledPendingFile;
+using protocol::kCompletedFile;
+using protocol::kCompletedPendingFile;
+using protocol::kErrorFile;
+using protocol::kErrorPendingFile;
+using protocol::kIndexFile;
+using protocol::kRescheduleFile;
 
 bool stands_in(const jobs::BoardJob& job, std::string_view list) {
   return std::find(job.lists.begin(), job.lists.end(), list) != job.lists.end();
@@ -86,19 +86,19 @@ constexpr Ending kEndings[] = {
     {kCompletedFile, kCompletedPendingFile, "Completed"},
 };
 
-QString live_state(platform::JobState state) {
+QString live_state(protocol::JobState state) {
   switch (state) {
-    case platform::JobState::kWaiting:
+    case protocol::JobState::kWaiting:
       return QStringLiteral("Waiting");
-    case platform::JobState::kRunning:
+    case protocol::JobState::kRunning:
       return QStringLiteral("Running");
-    case platform::JobState::kLeftAlone:
+    case protocol::JobState::kLeftAlone:
       return QStringLiteral("Left alone");
-    case platform::JobState::kFinished:
+    case protocol::JobState::kFinished:
       return QStringLiteral("Finished");
-    case platform::JobState::kUnlisted:
+    case protocol::JobState::kUnlisted:
       return QStringLiteral("Finished, not listed yet");
-    case platform::JobState::kDamaged:
+    case protocol::JobState::kDamaged:
       break;
   }
   return QStringLiteral("Damaged");
@@ -112,7 +112,7 @@ const jobs::BoardJob& at(const std::vector<jobs::BoardJob>& jobs, int row) {
 
 QString JobTableModel::state_of(const jobs::BoardJob& job) const {
   const auto live = states_.find(job.job);
-  if (live != states_.end() && live->second == platform::JobState::kRunning) return live_state(live->second);
+  if (live != states_.end() && live->second == protocol::JobState::kRunning) return live_state(live->second);
   for (const Ending& ending : kEndings) {
     if (stands_in(job, ending.result) || stands_in(job, ending.pending)) return QLatin1String(ending.state);
   }
@@ -128,7 +128,7 @@ bool JobTableModel::has_ended(const jobs::BoardJob& job) const {
 bool JobTableModel::stoppable(const jobs::BoardJob& job) const {
   const auto live = states_.find(job.job);
   return live != states_.end() &&
-         (live->second == platform::JobState::kRunning || live->second == platform::JobState::kWaiting);
+         (live->second == protocol::JobState::kRunning || live->second == protocol::JobState::kWaiting);
 }
 
 void JobTableModel::show(jobs::Board board) {
@@ -157,12 +157,12 @@ void JobTableModel::show_unlisted(const std::optional<jobs::BoardJob>& job) {
   endInsertRows();
 }
 
-void JobTableModel::show_status(const std::optional<platform::SchedulerStatus>& status) {
-  std::unordered_map<std::string, platform::JobState> states;
+void JobTableModel::show_status(const std::optional<protocol::SchedulerStatus>& status) {
+  std::unordered_map<std::string, protocol::JobState> states;
   if (status) {
-    for (const platform::ScheduledJob& job : status->jobs)
+    for (const protocol::ScheduledJob& job : status->jobs)
       states.emplace(job.name, job.state);
-    if (!status->running_job.empty()) states[status->running_job] = platform::JobState::kRunning;
+    if (!status->running_job.empty()) states[status->running_job] = protocol::JobState::kRunning;
   }
   if (states == states_) return;
   states_ = std::move(states);

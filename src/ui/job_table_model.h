@@ -26,7 +26,7 @@ class JobTableModel : public QAbstractTableModel {
   bool has_unlisted() const { return jobs_.size() > listed_; }
 
   // What the running scheduler says about the jobs of its index; nothing when none runs.
-  void show_status(const std::optional<platform::SchedulerStatus>& status);
+  void show_status(const std::optional<protocol::SchedulerStatus>& status);
 
   const std::vector<jobs::BoardJob>& jobs() const { return jobs_; }
   QString state_of(const jobs::BoardJob& job) const;
@@ -45,7 +45,7 @@ class JobTableModel : public QAbstractTableModel {
  private:
   std::vector<jobs::BoardJob> jobs_;
   std::size_t listed_ = 0;                                      // jobs behind those stand in no list
-  std::unordered_map<std::string, platform::JobState> states_;  // by job name
+  std::unordered_map<std::string, protocol::JobState> states_;  // by job name
 };
 
 }  // namespace qvrcom::ui

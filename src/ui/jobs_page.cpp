@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "environment/names.h"
+#include "protocol/job_lists.h"
 #include "ui/attempt.h"
 #include "ui/button_strip.h"
 #include "ui/elements.h"
@@ -26,9 +27,9 @@ constexpr int kRest = 1000;
 constexpr int kRestPerLook = 20;
 
 constexpr const char* kLists[] = {
-    environment::kIndexFile,        environment::kRescheduleFile,       environment::kCompletedFile,
-    environment::kErrorFile,        environment::kCancelledFile,        environment::kCompletedPendingFile,
-    environment::kErrorPendingFile, environment::kCancelledPendingFile,
+    protocol::kIndexFile,        protocol::kRescheduleFile,       protocol::kCompletedFile,
+    protocol::kErrorFile,        protocol::kCancelledFile,        protocol::kCompletedPendingFile,
+    protocol::kErrorPendingFile, protocol::kCancelledPendingFile,
 };
 
 QString scheduler_text(const platform::StatusAnswer& answer) {

@@ -1,6 +1,6 @@
 #include "ui/session_logs.h"
 
-#include "jobs/job_name.h"
+#include "protocol/job_name.h"
 #include "ui/attempt.h"
 #include "ui/text_window.h"
 #include "ui/widget_text.h"
@@ -29,7 +29,7 @@ std::string SessionLogs::read(const std::string& path) const {
 
 void SessionLogs::show(const std::string& job_name, QWidget* parent) const {
   attempt(ui_, "The log of job " + job_name + " cannot be shown.", [&] {
-    if (!jobs::is_job_name(job_name)) throw base::Fault("This is no name of a job.");
+    if (!protocol::is_job_name(job_name)) throw base::Fault("This is no name of a job.");
     const std::string path = folders_.GetLogsFolder() + job_name + ".log";
     const QString text = qt_text(read(path));
     TextWindow window(QStringLiteral("Session Log - ") + qt_text(files_.native(path)), text, parent);

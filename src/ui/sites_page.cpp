@@ -1,4 +1,5 @@
 #include "ui/sites_page.h"
+#include "jobs/report_file.h"
 
 #include <QHeaderView>
 #include <QLabel>

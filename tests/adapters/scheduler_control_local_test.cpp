@@ -14,9 +14,9 @@
 namespace qvrcom::adapters {
 namespace {
 
-using platform::JobState;
 using platform::Reach;
 using platform::StopOutcome;
+using protocol::JobState;
 
 struct Scheduler : platform::SchedulerControl {
   platform::StatusAnswer status() override { return {Reach::kAnswered, answer}; }
@@ -27,7 +27,7 @@ struct Scheduler : platform::SchedulerControl {
   platform::StopOutcome stop_job(const std::string& job) override {
     return job == "JobA" ? StopOutcome::kTakenOut : StopOutcome::kUnknownJob;
   }
-  platform::SchedulerStatus answer;
+  protocol::SchedulerStatus answer;
   int stops = 0;
 };
 

@@ -12,7 +12,7 @@
 #include "adapters/qt_application.h"
 #include "adapters/terminal_relay_local.h"
 #include "doubles/caught.h"
-#include "platform/terminal_frame.h"
+#include "protocol/terminal_frame.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -215,7 +215,7 @@ TEST_F(TerminalLocalTest, HangsUpOnStrangers) {
 
   QLocalSocket terminal;
   terminal.connectToServer(local_socket_path(run_, run_, kTerminalSocketName));
-  const std::string hello = platform::terminal_frame_text(platform::kTerminalAttach, "JobA");
+  const std::string hello = protocol::terminal_frame_text(protocol::kTerminalAttach, "JobA");
   terminal.write(QByteArray::fromStdString(hello + "D\xFF\xFF"));
   EXPECT_EQ(failure(), "The terminal does not keep to the protocol");
 }

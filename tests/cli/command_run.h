@@ -32,7 +32,7 @@ struct FakeScheduler : platform::SchedulerControl {
     if (silent) return platform::Reach::kSilent;
     return running ? platform::Reach::kAnswered : platform::Reach::kNotRunning;
   }
-  std::optional<platform::SchedulerStatus> running;
+  std::optional<protocol::SchedulerStatus> running;
   bool silent = false;
 };
 

@@ -317,10 +317,10 @@ TEST_F(CommandsTest, TheSchedulerIsAskedAndStopped) {
     EXPECT_THAT(run.err, HasSubstr("scheduler is running, but it does not answer."));
   }
   run.scheduler.silent = false;
-  run.scheduler.running = platform::SchedulerStatus();
+  run.scheduler.running = protocol::SchedulerStatus();
   run.scheduler.running->version = "9.9";
   run.scheduler.running->process = 42;
-  run.scheduler.running->jobs = {{"J1", "Something", platform::JobState::kLeftAlone}};
+  run.scheduler.running->jobs = {{"J1", "Something", protocol::JobState::kLeftAlone}};
   EXPECT_EQ(run({"scheduler", "start"}), 0);
   EXPECT_EQ(run({"scheduler", "status"}), 0);
   EXPECT_EQ(run.out, "JobPilot 9.9, process 42\nJ1  left alone  Something\n");

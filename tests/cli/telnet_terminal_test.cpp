@@ -84,7 +84,7 @@ TEST_F(TelnetTerminalTest, TheEndOfTheInputWaitsForASilentDevice) {
 }
 
 TEST(TransferText, SpeaksOfTheJobAtHandAlone) {
-  platform::SchedulerStatus status;
+  protocol::SchedulerStatus status;
   status.running_job = "J";
   status.step = "Storing firmware";
   status.bytes_done = 512;
@@ -95,7 +95,7 @@ TEST(TransferText, SpeaksOfTheJobAtHandAlone) {
   status.bytes_hinted = 1;
   EXPECT_EQ(control::progress_line(control::progress_of(status, "J")), "Storing firmware, 512 bytes");
   EXPECT_EQ(control::progress_line(control::progress_of(status, "other")), "");
-  status.jobs = {{"done", "", platform::JobState::kFinished}, {"other", "", platform::JobState::kWaiting}};
+  status.jobs = {{"done", "", protocol::JobState::kFinished}, {"other", "", protocol::JobState::kWaiting}};
   EXPECT_EQ(control::progress_line(control::progress_of(status, "other")),
             "waits for J, Storing firmware, 512 bytes");
   EXPECT_EQ(control::progress_line(control::progress_of(status, "done")), "");

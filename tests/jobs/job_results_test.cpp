@@ -82,7 +82,7 @@ TEST(JobResults, HandsDownloadsOfTheCurrentJobToTheirDecoders) {
                       {is_configuration_image, note("image")}};
     parts.file("CompletedToProcess.sch") = "x" + kLine + "\r\n" + kLine + " \r\n" + kLine + "\r\n";
     parts.writer.Create_Dir();
-    ScriptHeader header;
+    protocol::ScriptHeader header;
     header.dial_up_flag = dial_up ? 1 : 0;
     header.dial_up_connection = "FTPGET";  // a header is never taken for a command
     parts.writer.Write_Script_Header(header);

@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-ScriptHeader header(std::int16_t dial_up_flag) {
+protocol::ScriptHeader header(std::int16_t dial_up_flag) {
   return {"Main;Hall ", "A1", "17",        "Retrieve", dial_up_flag, "Office", "0,12#3",
           " 10.0.0.7 ", "",   " se;cret ", "46341.5",  "46342",      "",       "Days"};
 }

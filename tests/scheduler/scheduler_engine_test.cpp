@@ -8,15 +8,15 @@
 #include "doubles/manual_clock.h"
 #include "doubles/memory_channel.h"
 #include "doubles/memory_files.h"
-#include "jobs/index_line.h"
-#include "jobs/script_grammar.h"
+#include "protocol/index_line.h"
+#include "protocol/script_grammar.h"
 #include "scheduler/scripted_device.h"
 
 namespace qvrcom::scheduler {
 namespace {
 
-using platform::JobState;
 using platform::StopOutcome;
+using protocol::JobState;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -52,16 +52,16 @@ class SchedulerEngineTest : public testing::Test {
 
   static std::string line(const std::string& job, const std::string& start = "46341.5",
                           const std::string& interval = "") {
-    return jobs::index_line_text({"46341.5", "15/11/2026 12:00:00", "Retrieve", "Office", "101", start,
-                                  interval, "", "7", kFolder + job + "\\" + job + ".scr"});
+    return protocol::index_line_text({"46341.5", "15/11/2026 12:00:00", "Retrieve", "Office", "101", start,
+                                      interval, "", "7", kFolder + job + "\\" + job + ".scr"});
   }
 
   void add_line(const std::string& text) { files_.content[kFolder + "index.sch"] += text + "\r\n"; }
   void add_script(const std::string& job, const std::vector<std::string>& body,
-                  jobs::ScriptKind kind = jobs::ScriptKind::kTransfer) {
+                  protocol::ScriptKind kind = protocol::ScriptKind::kTransfer) {
     files_.make_folders(kFolder + job);
-    std::string text = jobs::header_text(header_, kind) + "\r\n" + base::with_line_ends(body);
-    if (kind == jobs::ScriptKind::kTransfer) text += "FTPDISCONNECT;\r\n";
+    std::string text = protocol::header_text(header_, kind) + "\r\n" + base::with_line_ends(body);
+    if (kind == protocol::ScriptKind::kTransfer) text += "FTPDISCONNECT;\r\n";
     files_.content[kFolder + job + "\\" + job + ".scr"] = text;
   }
   void add_job(const std::string& job, const std::vector<std::string>& body) {
@@ -96,7 +96,7 @@ class SchedulerEngineTest : public testing::Test {
   doubles::MemoryChannel channel_;
   ScriptedDevice device_;
   std::atomic<bool> woken_{false};
-  jobs::ScriptHeader header_;
+  protocol::ScriptHeader header_;
   std::unique_ptr<platform::Window> dialog_;
   std::unique_ptr<SchedulerEngine> engine_;
 };
@@ -185,7 +185,7 @@ TEST_F(SchedulerEngineTest, ReadsScriptsInJobFoldersAlone) {
   add_script("JobA", {kGet});
   const std::string good = line("JobA");
   const auto elsewhere = [&](const std::string& path) {
-    return jobs::index_line_text({"46341.5", "x", "d", "s", "1", "46341.5", "", "", "7", path});
+    return protocol::index_line_text({"46341.5", "x", "d", "s", "1", "46341.5", "", "", "7", path});
   };
   struct Row {
     std::string line;
@@ -279,7 +279,7 @@ TEST_F(SchedulerEngineTest, DamageBecomesAnErrorLineWithItsReason) {
   EXPECT_THAT(told, AllOf(HasSubstr("damaged: not three fields"), HasSubstr("begins with: no index line")));
   submit();
   EXPECT_EQ(log("JobPilot"), told) << "a damaged line is told once";
-  const platform::ScheduledJob waits = engine_->status().jobs[2];  // somebody may wait for it
+  const protocol::ScheduledJob waits = engine_->status().jobs[2];  // somebody may wait for it
   EXPECT_EQ(waits.name, "JobE");
   EXPECT_EQ(waits.state, JobState::kDamaged);
   EXPECT_THAT(waits.reason, HasSubstr("is damaged: "));
@@ -347,7 +347,7 @@ TEST_F(SchedulerEngineTest, RunsDueLinesOnceInTheirOrder) {
   EXPECT_THAT(log("JobPilot"), HasSubstr("Later is left alone until its start, 2026-11-16 00:00:00,"));
   EXPECT_THAT(log("JobPilot"), HasSubstr("Repeats has an interval or a period and is left alone"));
   EXPECT_EQ(base::lines_of(log("JobPilot")).size(), 2U);  // said once, not at every look
-  const std::vector<platform::ScheduledJob> expected{
+  const std::vector<protocol::ScheduledJob> expected{
       {"JobA", "Retrieve", JobState::kFinished},     {"JobA", "Retrieve", JobState::kFinished},
       {"Later", "Retrieve", JobState::kLeftAlone},   {"Now", "Retrieve", JobState::kFinished},
       {"Repeats", "Retrieve", JobState::kLeftAlone}, {"Done", "Retrieve", JobState::kFinished}};
@@ -429,7 +429,7 @@ TEST_F(SchedulerEngineTest, StopsARunningSessionAtOnce) {
 
 TEST_F(SchedulerEngineTest, HoldsTelnetSessions) {
   header_.ftp_address = "192.0.2.7:2121:2323";
-  add_script("JobA", {}, jobs::ScriptKind::kTelnet);
+  add_script("JobA", {}, protocol::ScriptKind::kTelnet);
   add_line(line("JobA"));
   submit();
   EXPECT_THAT(device_.told(), ElementsAre("telnet JobA 192.0.2.7:2323", "attached"));

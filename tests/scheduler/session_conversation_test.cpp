@@ -4,13 +4,14 @@
 
 #include "base/text.h"
 #include "doubles/memory_files.h"
-#include "jobs/job_report.h"
+#include "jobs/report_file.h"
+#include "protocol/job_report.h"
 #include "scheduler/scripted_device.h"
 
 namespace qvrcom::scheduler {
 namespace {
 
-using jobs::CommandKind;
+using protocol::CommandKind;
 using testing::HasSubstr;
 
 constexpr const char* kResetAll = "Retrieve Reset Statistics All Partitions";

@@ -5,7 +5,7 @@
 #include "base/text.h"
 #include "doubles/caught.h"
 #include "doubles/memory_files.h"
-#include "jobs/script_grammar.h"
+#include "protocol/script_grammar.h"
 
 namespace qvrcom::scheduler {
 namespace {
@@ -27,10 +27,10 @@ TEST(SessionPlan, OverwritesNoFileOfTheJob) {
   };
   for (const auto& row : rows) {
     doubles::MemoryFiles files;
-    jobs::ScriptHeader header;
+    protocol::ScriptHeader header;
     header.ftp_address = "192.0.2.7";
     const std::string script = folder + "JobA\\JobA.scr";
-    files.content[script] = jobs::header_text(header, jobs::ScriptKind::kTransfer) + "\r\n" +
+    files.content[script] = protocol::header_text(header, protocol::ScriptKind::kTransfer) + "\r\n" +
                             base::with_line_ends(row.body) + "FTPDISCONNECT;\r\n";
     const std::string fault = doubles::fault_of([&] { make_plan(files, folder, "JobA", script); });
     EXPECT_EQ(fault.empty(), *row.refused == '\0') << fault;

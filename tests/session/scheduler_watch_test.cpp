@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "protocol/messages.h"
 #include "session/memory_suite.h"
 
 namespace qvrcom::session {
@@ -40,7 +41,7 @@ TEST(SchedulerWatch, TellsOnceOfADroppedRequest) {
   Shown shown;
   RecordingView view(shown);
   suite.scheduler.window.reset();
-  suite.link.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
+  suite.link.NotifyScheduler(protocol::SchedulerRequest::kJobsSubmitted);
   SchedulerWatch watch(suite.link, suite.control, view, "Nov1526121005001");
   for (int i = 0; i < 200; ++i)
     watch.round();
@@ -49,11 +50,11 @@ TEST(SchedulerWatch, TellsOnceOfADroppedRequest) {
 
 // What the scheduler tells of the job decides whether there is hope; one answer may come too early.
 TEST(SchedulerWatch, EndsAWaitThatTheSchedulerLeavesNoHopeFor) {
-  using platform::JobState;
+  using protocol::JobState;
   const std::string job = "Nov1526121005001";
   const struct {
     const char* running;
-    std::vector<platform::ScheduledJob> jobs;
+    std::vector<protocol::ScheduledJob> jobs;
     std::uint64_t left_out;
     const char* sentence;  // the beginning of what is told, "" for a wait that goes on
   } cases[] = {

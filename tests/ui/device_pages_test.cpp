@@ -259,7 +259,7 @@ TEST_F(DevicePages, AskWhetherASessionThatWasLeftIsToBeStopped) {
         windows.control.now.emplace();
         windows.control.now->running_job = *row.running == '\0' ? own : row.running;
         windows.control.now->step = "Fetching log";
-        windows.control.now->jobs = {{own, "", platform::JobState::kWaiting}};
+        windows.control.now->jobs = {{own, "", protocol::JobState::kWaiting}};
       }
       EXPECT_EQ(boxes().size(), 0U);
       child<QPushButton>(dialog, "cmdCancel").click();
@@ -368,10 +368,10 @@ TEST(TransferProgressTest, FollowsTheSessionsJobAndWhatItWaitsFor) {
   scheduler.now->bytes_done = 5000;
   scheduler.now->bytes_hinted = 20'000;
   EXPECT_EQ(look_in_vain(), "");
-  scheduler.now->jobs = {{job.Name, "Send", platform::JobState::kWaiting}};
+  scheduler.now->jobs = {{job.Name, "Send", protocol::JobState::kWaiting}};
   const char* waiting = " which is here: Sending firmware: 5,000 bytes of about 20,000 bytes";
   EXPECT_EQ(look(), std::string("Waiting for job Nov1526120000001,") + waiting);
-  scheduler.now->jobs.push_back({"Nov1526120000001", "Send Firmware File", platform::JobState::kRunning});
+  scheduler.now->jobs.push_back({"Nov1526120000001", "Send Firmware File", protocol::JobState::kRunning});
   EXPECT_EQ(look(), std::string("Waiting for job Nov1526120000001 (Send Firmware File),") + waiting);
   scheduler.now->running_job = job.Name;
   EXPECT_EQ(look(), "Sending firmware: 5,000 bytes of about 20,000 bytes");

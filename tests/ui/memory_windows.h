@@ -26,7 +26,7 @@ struct ManualScheduler : platform::SchedulerControl {
     log.push_back("stop " + job);
     return outcome;
   }
-  std::optional<platform::SchedulerStatus> now;
+  std::optional<protocol::SchedulerStatus> now;
   platform::Reach absent = platform::Reach::kNotRunning;  // what there is without `now`
   platform::StopOutcome outcome = platform::StopOutcome::kTakenOut;
   std::vector<std::string> log;

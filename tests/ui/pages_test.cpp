@@ -15,7 +15,7 @@
 #include "adapters/files_posix.h"
 #include "adapters/paths.h"
 #include "doubles/settable_machine.h"
-#include "jobs/script_grammar.h"
+#include "protocol/script_grammar.h"
 #include "ui/device_page.h"
 #include "ui/first_start.h"
 #include "ui/jobs_page.h"
@@ -262,7 +262,7 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
 
   write(qt_text(scheduler_files.path("error.sch")), line("Nov1526120000001"));
   scheduler.now.emplace();
-  scheduler.now->jobs = {{"Nov1526120000002", "Retrieve", platform::JobState::kRunning}};
+  scheduler.now->jobs = {{"Nov1526120000002", "Retrieve", protocol::JobState::kRunning}};
   jobs.look();
   EXPECT_THAT(column(1), ElementsAre("Error", "Running"));
   EXPECT_THAT(column(6), ElementsAre("error.sch", ""));
@@ -279,14 +279,14 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   EXPECT_FALSE(child<QPushButton>(jobs, "cmdStartScheduler").isEnabled());
 
   // A session that was left: its script alone tells what it is.
-  jobs::ScriptHeader header;
+  protocol::ScriptHeader header;
   header.description = "Get Log File";
   header.site_name = "Depot";
   header.site_id = "102";
   const std::string left = scheduler_files.path("Jan0127120000000");
   files.make_folder(left);
   files.replace(left + "\\Jan0127120000000.scr",
-                jobs::header_text(header, jobs::ScriptKind::kTransfer) + "\r\nFTPDISCONNECT;\r\n");
+                protocol::header_text(header, protocol::ScriptKind::kTransfer) + "\r\nFTPDISCONNECT;\r\n");
   scheduler.now.emplace();
   scheduler.now->running_job = "Jan0127120000000";
   scheduler.log.clear();

@@ -1,10 +1,10 @@
-#include "environment/device_address.h"
+#include "protocol/device_address.h"
 
 #include <gmock/gmock.h>
 
 #include "base/fault.h"
 
-namespace qvrcom::environment {
+namespace qvrcom::protocol {
 namespace {
 
 TEST(DeviceAddress, ReadsHostAndPorts) {
@@ -28,4 +28,4 @@ TEST(DeviceAddress, RefusesWhatIsNone) {
 }
 
 }  // namespace
-}  // namespace qvrcom::environment
+}  // namespace qvrcom::protocol

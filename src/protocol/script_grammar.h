@@ -9,7 +9,7 @@
 
 // The command script of a job, docs/formats/script.md: its text from values, and values from a text that
 // anybody may have written.
-namespace qvrcom::jobs {
+namespace qvrcom::protocol {
 
 // The fourteen values of a header, in the order of the suite's argument list.
 struct ScriptHeader {
@@ -78,4 +78,4 @@ struct ScriptReading {
 // that ends before its closing command, or goes on after it, is no script.
 ScriptReading read_script(std::string_view text);
 
-}  // namespace qvrcom::jobs
+}  // namespace qvrcom::protocol

@@ -1,8 +1,8 @@
-#include "jobs/job_name.h"
+#include "protocol/job_name.h"
 
 #include <algorithm>
 
-namespace qvrcom::jobs {
+namespace qvrcom::protocol {
 namespace {
 
 constexpr std::size_t kNameLimit = 64;
@@ -13,12 +13,8 @@ bool is_name_character(char c) {
 
 }  // namespace
 
-std::string job_name(const base::JobValues& job) {
-  return base::job_name_stamp(job.SessionStart) + job.Suffix;
-}
-
-std::string script_path(const base::JobValues& job) {
-  return job.Folder + "\\" + job.Name + std::string(kScriptExtension);
+std::string job_name(base::LocalTime moment, std::string_view suffix) {
+  return base::job_name_stamp(moment) + std::string(suffix);
 }
 
 std::string job_file(const std::string& folder, std::string_view extension) {
@@ -41,4 +37,4 @@ std::string_view job_of_script(std::string_view script_path) {
   return folder == name && is_job_name(name) ? name : std::string_view{};
 }
 
-}  // namespace qvrcom::jobs
+}  // namespace qvrcom::protocol

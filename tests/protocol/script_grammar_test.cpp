@@ -1,4 +1,4 @@
-#include "jobs/script_grammar.h"
+#include "protocol/script_grammar.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 #include "base/text.h"
 
-namespace qvrcom::jobs {
+namespace qvrcom::protocol {
 namespace {
 
 const ScriptHeader kHeader{"Main;Hall ", "A1",    "17",      "Retrieve", 1,       "Office", "0,12#3",
@@ -87,4 +87,4 @@ TEST(ScriptGrammar, SaysWhatIsWrongAndShowsNoHeaderValue) {
 }
 
 }  // namespace
-}  // namespace qvrcom::jobs
+}  // namespace qvrcom::protocol

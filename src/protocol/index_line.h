@@ -6,7 +6,7 @@
 #include <string_view>
 
 // One line of the job index, docs/formats/index.md.
-namespace qvrcom::jobs {
+namespace qvrcom::protocol {
 
 struct IndexLine {
   double creation = 0;  // date serial
@@ -40,4 +40,4 @@ struct IndexLineText {
 };
 std::string index_line_text(const IndexLineText& values);
 
-}  // namespace qvrcom::jobs
+}  // namespace qvrcom::protocol

@@ -6,11 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/files.h"
-
 // What a scheduler has done for a job, step by step, beside the job's script: docs/formats/report.md. Another
 // maker's scheduler may write none.
-namespace qvrcom::jobs {
+namespace qvrcom::protocol {
 
 enum class ReportWord {
   kFetched,   // the local file is whole and on the disk
@@ -64,12 +62,4 @@ std::optional<JobReport> read_report(std::string_view text);
 // Of the job whose folder this is (no backslash at its end).
 std::string report_path(const std::string& job_folder);
 
-// Notes in the job's report, if there is one, what has come of an account's files, so that a program that is
-// killed next does not make it again.
-void note_taken(platform::Files& files, const std::string& job_folder, const std::string& account,
-                const std::string& result);
-
-// Nothing when there is none, or it is larger than kReportLimit. Fault when it cannot be read.
-std::optional<JobReport> report_of(const platform::Files& files, const std::string& job_folder);
-
-}  // namespace qvrcom::jobs
+}  // namespace qvrcom::protocol

@@ -1,10 +1,10 @@
-#include "jobs/index_line.h"
+#include "protocol/index_line.h"
 
 #include <gtest/gtest.h>
 
-#include "jobs/job_name.h"
+#include "protocol/job_name.h"
 
-namespace qvrcom::jobs {
+namespace qvrcom::protocol {
 namespace {
 
 const IndexLineText kValues{
@@ -57,4 +57,4 @@ TEST(JobName, IsTakenFromScriptsOfJobsAlone) {
 }
 
 }  // namespace
-}  // namespace qvrcom::jobs
+}  // namespace qvrcom::protocol

@@ -1,12 +1,12 @@
-#include "jobs/job_report.h"
+#include "protocol/job_report.h"
 
 #include <algorithm>
 #include <array>
 
 #include "base/text.h"
-#include "jobs/job_name.h"
+#include "protocol/job_name.h"
 
-namespace qvrcom::jobs {
+namespace qvrcom::protocol {
 namespace {
 
 constexpr std::string_view kHead = "QVRREPORT;1;";
@@ -68,13 +68,6 @@ std::string JobReport::taken(std::string_view account) const {
   return found == lines.end() ? std::string{} : found->text;
 }
 
-void note_taken(platform::Files& files, const std::string& job_folder, const std::string& account,
-                const std::string& result) {
-  if (report_of(files, job_folder))
-    files.append_line(report_path(job_folder),
-                      report_line_text({ReportWord::kTaken, account, {}, {}, result}));
-}
-
 std::optional<JobReport> read_report(std::string_view text) {
   text = text.substr(0, text.rfind('\n') + 1);
   const auto lines = base::lines_of(text);
@@ -90,11 +83,4 @@ std::string report_path(const std::string& job_folder) {
   return job_file(job_folder, ".rpt");
 }
 
-std::optional<JobReport> report_of(const platform::Files& files, const std::string& job_folder) {
-  const std::string path = report_path(job_folder);
-  if (!files.file_exists(path) || files.is_link(path) || files.length(path) > kReportLimit)
-    return std::nullopt;
-  return read_report(files.read(path));
-}
-
-}  // namespace qvrcom::jobs
+}  // namespace qvrcom::protocol

@@ -1,8 +1,8 @@
-#include "platform/terminal_frame.h"
+#include "protocol/terminal_frame.h"
 
 #include <gtest/gtest.h>
 
-namespace qvrcom::platform {
+namespace qvrcom::protocol {
 namespace {
 
 TEST(TerminalFrame, IsCutOutOfAnyStream) {
@@ -35,4 +35,4 @@ TEST(TerminalFrame, AnnouncingTooMuchIsDamage) {
 }
 
 }  // namespace
-}  // namespace qvrcom::platform
+}  // namespace qvrcom::protocol

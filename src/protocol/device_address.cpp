@@ -1,11 +1,11 @@
-#include "environment/device_address.h"
+#include "protocol/device_address.h"
 
 #include <algorithm>
 
 #include "base/fault.h"
 #include "base/text.h"
 
-namespace qvrcom::environment {
+namespace qvrcom::protocol {
 namespace {
 
 constexpr std::size_t kLongest = 300;
@@ -84,4 +84,4 @@ std::string device_address_problem(std::string_view text) {
   return reading.problem == nullptr ? std::string{} : reading.problem;
 }
 
-}  // namespace qvrcom::environment
+}  // namespace qvrcom::protocol

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace qvrcom::environment {
+namespace qvrcom::protocol {
 
 // A device's address as its parts.
 struct DeviceAddress {
@@ -22,4 +22,4 @@ DeviceAddress parse_device_address(std::string_view text);
 // Why the text is no address, as the end of a sentence about it; "" when it is one.
 std::string device_address_problem(std::string_view text);
 
-}  // namespace qvrcom::environment
+}  // namespace qvrcom::protocol

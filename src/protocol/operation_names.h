@@ -2,7 +2,7 @@
 
 // Operation names. They are compared as they stand: letter case and trailing blanks count. A job's
 // description is, or begins with, the name of its operation.
-namespace qvrcom::environment::operation {
+namespace qvrcom::protocol::operation {
 
 inline constexpr const char* kRetrieveConfiguration = "Retrieve Entire Configuration";
 inline constexpr const char* kRetrievePartition = "Retrieve Partition in Configuration";
@@ -38,4 +38,4 @@ inline constexpr const char* kResetLog = "Reset Log File";
 inline constexpr const char* kRetrieveMessageIndex = "Retrieve Message Index for Partition ";
 inline constexpr const char* kTelnetSession = "Launch Telnet Session";
 
-}  // namespace qvrcom::environment::operation
+}  // namespace qvrcom::protocol::operation

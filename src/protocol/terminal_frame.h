@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace qvrcom::platform {
+namespace qvrcom::protocol {
 
 // A piece of what passes between the scheduler program and a terminal; the kinds stand in docs/protocol.md.
 struct TerminalFrame {
@@ -48,4 +48,4 @@ class TerminalFrameReader {
   bool damaged_ = false;
 };
 
-}  // namespace qvrcom::platform
+}  // namespace qvrcom::protocol

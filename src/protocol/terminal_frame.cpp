@@ -1,8 +1,8 @@
-#include "platform/terminal_frame.h"
+#include "protocol/terminal_frame.h"
 
 #include <algorithm>
 
-namespace qvrcom::platform {
+namespace qvrcom::protocol {
 namespace {
 
 constexpr std::size_t kHead = 3;  // kind and length
@@ -33,4 +33,4 @@ std::optional<TerminalFrame> TerminalFrameReader::next() {
   return frame;
 }
 
-}  // namespace qvrcom::platform
+}  // namespace qvrcom::protocol

@@ -1,4 +1,4 @@
-#include "jobs/script_grammar.h"
+#include "protocol/script_grammar.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 
 #include "base/text.h"
 
-namespace qvrcom::jobs {
+namespace qvrcom::protocol {
 namespace {
 
 struct HeaderField {
@@ -244,4 +244,4 @@ ScriptReading read_script(std::string_view text) {
   return Reader(text).read();
 }
 
-}  // namespace qvrcom::jobs
+}  // namespace qvrcom::protocol

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace qvrcom::platform {
+namespace qvrcom::protocol {
 
 // A posted message as programs on one PC hand it to each other, docs/protocol.md.
 struct MessageLine {
@@ -24,4 +24,4 @@ std::optional<MessageLine> read_message_line(std::string_view text);
 // With its line end.
 std::string message_line_text(const MessageLine& line);
 
-}  // namespace qvrcom::platform
+}  // namespace qvrcom::protocol

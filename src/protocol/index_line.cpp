@@ -1,10 +1,10 @@
-#include "jobs/index_line.h"
+#include "protocol/index_line.h"
 
 #include "base/date_serial.h"
 #include "base/text.h"
-#include "jobs/job_name.h"
+#include "protocol/job_name.h"
 
-namespace qvrcom::jobs {
+namespace qvrcom::protocol {
 namespace {
 
 // Fields between ";" and items between "^"; the last of both is the empty one behind the closing mark.
@@ -44,4 +44,4 @@ std::string index_line_text(const IndexLineText& v) {
   return text + ";" + v.script_path + ";";
 }
 
-}  // namespace qvrcom::jobs
+}  // namespace qvrcom::protocol

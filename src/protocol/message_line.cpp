@@ -1,11 +1,11 @@
-#include "platform/message_line.h"
+#include "protocol/message_line.h"
 
 #include <algorithm>
 #include <charconv>
 
 #include "base/text.h"
 
-namespace qvrcom::platform {
+namespace qvrcom::protocol {
 namespace {
 
 constexpr std::size_t kLongestName = 64;
@@ -39,4 +39,4 @@ std::string message_line_text(const MessageLine& line) {
   return line.name + ' ' + std::to_string(line.word) + ' ' + std::to_string(line.value) + '\n';
 }
 
-}  // namespace qvrcom::platform
+}  // namespace qvrcom::protocol
