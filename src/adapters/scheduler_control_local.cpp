@@ -12,6 +12,7 @@
 
 #include "adapters/local_socket.h"
 #include "base/text.h"
+#include "protocol/messages.h"
 
 namespace qvrcom::adapters {
 
@@ -25,7 +26,6 @@ using protocol::SchedulerStatus;
 namespace {
 
 constexpr const char* kSocketName = "JOBPILOT control";
-constexpr const char* kWindowTitle = "JOBPILOT";
 constexpr int kConnectLimit = 200;          // milliseconds
 constexpr int kAnswerLimit = 5000;          // milliseconds; the scheduler answers in far less
 constexpr int kLeaveLimit = 3000;           // milliseconds until a stopped program is gone
@@ -166,8 +166,9 @@ Reach SchedulerControlLocal::request(const std::string& request, QJsonObject& an
   const Reach reach = ask(local_socket_path(run_folder_, runtime_folder_, kSocketName), request, answer);
   if (reach != Reach::kNotRunning) return reach;
   // It is just coming up, or another maker's scheduler, which has no such socket.
-  return socket_is_served(local_socket_path(run_folder_, runtime_folder_, kWindowTitle)) ? Reach::kSilent
-                                                                                         : reach;
+  return socket_is_served(local_socket_path(run_folder_, runtime_folder_, protocol::kJobPilotTitle))
+             ? Reach::kSilent
+             : reach;
 }
 
 platform::StatusAnswer SchedulerControlLocal::status() {

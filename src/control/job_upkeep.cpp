@@ -17,7 +17,7 @@ constexpr int kMostLogDays = 36500;
 constexpr std::string_view kLogExtension = ".log";
 
 bool waits(const jobs::BoardJob& job) {
-  return job.ending().empty();
+  return !job.ending();
 }
 
 bool contains(const std::vector<std::string>& names, const std::string& name) {
@@ -73,10 +73,10 @@ std::vector<std::string> JobUpkeep::abandoned(const jobs::Board& board) const {
 void JobUpkeep::take_off_lists(const std::string& line) {
   session::BusinessRules rules(parts_.rules);
   rules.Copy_Items_From_Scheduler_to_BeProcessed();
-  for (const char* list : protocol::kPendingFiles) {
+  for (const protocol::ResultList& list : protocol::kResultLists) {
     std::string rest;
-    rules.RemoveJobFromList(list, line, rest);
-    rules.ReWrite_File(list, rest);
+    rules.RemoveJobFromList(list.pending_file, line, rest);
+    rules.ReWrite_File(list.pending_file, rest);
   }
   if (parts_.link.scheduler_window_stands())
     parts_.link.NotifyScheduler(protocol::SchedulerRequest::kResultsTaken);

@@ -16,9 +16,6 @@ namespace operation = session::operation;
 constexpr std::array<const char*, 3> kOfPartition{operation::kRetrieveStatistics, operation::kResetStatistics,
                                                   operation::kRetrieveResetStatistics};
 
-// In the order of the pending lists.
-constexpr std::array<const char*, 3> kEndings{"Completed", "Error", "Cancelled"};
-
 }  // namespace
 
 std::vector<jobs::BoardJob> LateResultsRequest::waiting() const {
@@ -57,7 +54,7 @@ RequestResult LateResultsRequest::run(const jobs::BoardJob& job, LateResultsAnsw
   }
   // A folder that is still there says that its files could not be made use of.
   const bool is_gone = !parts_.rules.files.folder_exists(parts_.rules.session.job.Folder);
-  const bool is_whole = job.ending() == "Completed" && run.MissingResult.empty() && is_gone;
+  const bool is_whole = job.ending() == protocol::Ending::kCompleted && run.MissingResult.empty() && is_gone;
   return is_whole ? RequestResult::kDone : RequestResult::kNotDone;
 }
 
@@ -76,10 +73,10 @@ std::string LateResultsRequest::list_again(const jobs::BoardJob& job) const {
                                  .period = {},
                                  .device_id = job.device_id,
                                  .script_path = protocol::job_file(folder, protocol::kScriptExtension)});
-  for (std::size_t i = 0; i < kEndings.size(); ++i) {
-    if (job.ending() == kEndings[i])
-      parts_.rules.files.append_line(board_.scheduler().path(protocol::kPendingFiles[i]), line);
-  }
+  const auto ending = job.ending();
+  if (ending)
+    parts_.rules.files.append_line(board_.scheduler().path(protocol::result_list(*ending).pending_file),
+                                   line);
   return line;
 }
 
@@ -97,7 +94,8 @@ void LateResultsRequest::take_over(const jobs::BoardJob& job) const {
       of_partition.empty() ? std::string{} : job.description.substr(of_partition.size());
   session.run.ImmediateRun = true;
   session.run.CancelRequested = false;
-  session.run.SessionStatus = job.ending();
+  const auto ending = job.ending();
+  session.run.SessionStatus = ending ? protocol::result_list(*ending).status : "";
   session.job.SessionStart = job.created.value_or(parts_.rules.clock.now());
   session.job.Name = job.job;
   session.job.Folder = board_.scheduler().path(job.job);

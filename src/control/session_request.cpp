@@ -116,8 +116,8 @@ void SessionRequest::take_over(const SessionWish& wish) const {
 void SessionRequest::prepare_files() const {
   session::BusinessRules rules(parts_.rules);
   rules.Create_Folders();
-  for (const char* list : protocol::kPendingFiles)
-    rules.Create_File(list);
+  for (const protocol::ResultList& list : protocol::kResultLists)
+    rules.Create_File(list.pending_file);
   base::Session& session = parts_.rules.session;
   session.run.StatsResultFile.clear();
   session.run.PartitionResults.clear();

@@ -17,23 +17,6 @@
 namespace qvrcom::jobs {
 namespace {
 
-constexpr const char* kBoardFiles[] = {
-    protocol::kIndexFile,        protocol::kRescheduleFile,       protocol::kCompletedFile,
-    protocol::kErrorFile,        protocol::kCancelledFile,        protocol::kCompletedPendingFile,
-    protocol::kErrorPendingFile, protocol::kCancelledPendingFile,
-};
-
-// What each list but the indexes says of its jobs.
-struct EndingList {
-  const char* file;
-  const char* ending;
-};
-constexpr EndingList kEndingLists[] = {
-    {protocol::kCompletedFile, "Completed"}, {protocol::kCompletedPendingFile, "Completed"},
-    {protocol::kErrorFile, "Error"},         {protocol::kErrorPendingFile, "Error"},
-    {protocol::kCancelledFile, "Cancelled"}, {protocol::kCancelledPendingFile, "Cancelled"},
-};
-
 // The job of a line that is an index line; of others something else or nothing.
 std::string_view job_named_by(std::string_view line) {
   if (!line.ends_with(';')) return {};
@@ -113,9 +96,11 @@ class BoardMaker {
 
 }  // namespace
 
-std::string BoardJob::ending() const {
-  for (const EndingList& each : kEndingLists) {
-    if (std::find(lists.begin(), lists.end(), each.file) != lists.end()) return each.ending;
+std::optional<protocol::Ending> BoardJob::ending() const {
+  for (const protocol::ResultList& each : protocol::kResultLists) {
+    for (const char* list : {each.file, each.pending_file}) {
+      if (std::find(lists.begin(), lists.end(), list) != lists.end()) return each.ending;
+    }
   }
   return reported;
 }
@@ -123,24 +108,24 @@ std::string BoardJob::ending() const {
 std::vector<BoardJob> unprocessed_jobs(const Board& board) {
   std::vector<BoardJob> found;
   std::copy_if(board.jobs.begin(), board.jobs.end(), std::back_inserter(found),
-               [](const BoardJob& job) { return job.has_folder && !job.ending().empty(); });
+               [](const BoardJob& job) { return job.has_folder && job.ending(); });
   return found;
 }
 
 Board JobBoard::read(Extent extent) const {
   BoardMaker maker(scheduler_.job_folders(), extent == Extent::kFolders);
-  for (const char* file : kBoardFiles) {
+  for (const char* file : protocol::kJobLists) {
     std::string text;
     const auto fault = base::fault_of([&] { text = scheduler_.read_or_empty(file); });
     fault ? maker.miss_list(file, *fault) : maker.add_list(file, std::move(text));
   }
   Board board = maker.take();
   std::erase_if(board.abandoned, [&](const std::string& name) {
-    const std::string ending = scheduler_.reported_ending(name);
-    if (ending.empty()) return false;
+    const auto ending = scheduler_.reported_ending(name);
+    if (!ending) return false;
     board.jobs.push_back(job_from_script(scheduler_, name));
     board.jobs.back().has_folder = true;
-    board.jobs.back().reported = static_cast<char>(ending[0] - 'a' + 'A') + ending.substr(1);
+    board.jobs.back().reported = ending;
     return true;
   });
   return board;

@@ -20,13 +20,13 @@ struct BoardJob {
   std::string device_id;
   std::optional<base::LocalTime> start;  // nothing when the serial is no date
   std::optional<base::LocalTime> created;
-  std::vector<std::string> lists;  // file names ("index.sch"), in the order in which they are read
-  std::string line;                // as it stands in the first of them
-  bool has_folder = false;         // its files are there
-  std::string reported;            // in no list: how its report says that it ended, as ending() says it
+  std::vector<std::string> lists;            // file names ("index.sch"), in the order in which they are read
+  std::string line;                          // as it stands in the first of them
+  bool has_folder = false;                   // its files are there
+  std::optional<protocol::Ending> reported;  // in no list: how its report says that it ended
 
-  // "Completed", "Error" or "Cancelled", as its lists or its report say; "" when it has not ended.
-  std::string ending() const;
+  // As its lists or its report say; nothing when it has not ended.
+  std::optional<protocol::Ending> ending() const;
 };
 
 // A line that is no index line.

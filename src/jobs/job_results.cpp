@@ -15,11 +15,6 @@
 namespace qvrcom::jobs {
 namespace {
 
-constexpr std::array<std::pair<const char*, const char*>, 3> kLists{
-    {{protocol::kCompletedFile, protocol::kCompletedPendingFile},
-     {protocol::kErrorFile, protocol::kErrorPendingFile},
-     {protocol::kCancelledFile, protocol::kCancelledPendingFile}}};
-
 // A script's header, by the place of its lines: before the dial-up connection, and behind it. The description
 // may be anything.
 constexpr std::array<const char*, 8> kJobKeys{"SITENAME=",  "SITEID=",   "QVRID=",    "",
@@ -56,8 +51,8 @@ std::string partition_of_message(std::string_view local_path) {
 
 void JobResults::Copy_Items_From_Scheduler_to_BeProcessed() {
   trap_("Copy_Items_From_Scheduler_to_BeProcessed", [&] {
-    for (const auto& [source, target] : kLists)
-      Move_Sch_Lines(source, target);
+    for (const protocol::ResultList& list : protocol::kResultLists)
+      Move_Sch_Lines(list.file, list.pending_file);
   });
 }
 
@@ -86,7 +81,7 @@ void JobResults::Process_CompletedSch_File() {
   trap_("Process_CompletedSch_File", [&] {
     std::vector<std::string> lines;
     bool found = false;
-    index_.Read_Lines(protocol::kCompletedPendingFile, lines, found);
+    index_.Read_Lines(protocol::result_list(protocol::Ending::kCompleted).pending_file, lines, found);
     for (const std::string& line : lines) {
       if (line != job_.JobId) continue;
       Process_Script(JobIndex::Get_Folder(line).append(protocol::kScriptExtension));

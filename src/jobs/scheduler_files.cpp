@@ -16,12 +16,9 @@ std::vector<std::string> SchedulerFiles::job_folders() const {
   return names;
 }
 
-std::string SchedulerFiles::reported_ending(const std::string& job) const {
+std::optional<protocol::Ending> SchedulerFiles::reported_ending(const std::string& job) const {
   const auto report = report_of(files_, path(job));
-  const std::string ending = report ? report->ending() : std::string{};
-  const bool is_known =
-      std::find(protocol::kReportEndings.begin(), protocol::kReportEndings.end(), ending) != protocol::kReportEndings.end();
-  return is_known ? ending : std::string{};
+  return report ? report->ending() : std::nullopt;
 }
 
 void SchedulerFiles::print(std::string_view name, std::string_view text) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "base/session_values.h"
 #include "environment/files_and_folders.h"
 #include "platform/files.h"
+#include "protocol/job_lists.h"
 
 namespace qvrcom::jobs {
 
@@ -27,8 +29,8 @@ class SchedulerFiles {
 
   // The folders of jobs: those whose names a job can have.
   std::vector<std::string> job_folders() const;
-  // "completed", "error" or "cancelled", as the job's report says; "" when it says nothing.
-  std::string reported_ending(const std::string& job) const;
+  // As the job's report says; nothing when it says nothing.
+  std::optional<protocol::Ending> reported_ending(const std::string& job) const;
 
   // Adds the text and CR LF to the end of the file, which is created when it is missing.
   void print(std::string_view name, std::string_view text) const;

@@ -35,8 +35,7 @@ using namespace qvrcom;
 
 enum ExitCode { kDone = 0, kRefused = 1, kNoSetUp = 3 };
 
-constexpr const char* kTitle = "JOBPILOT";
-constexpr std::int64_t kResultsTaken = 2;
+constexpr auto kResultsTaken = static_cast<std::int64_t>(protocol::SchedulerRequest::kResultsTaken);
 constexpr int kAnswerTime = 250;  // milliseconds between two answers
 constexpr int kFlushTime = 100;   // for the last bytes of the control socket
 constexpr int kLingerTime =
@@ -214,7 +213,7 @@ int run() {
   // The title comes first: whoever started this program looks for it.
   std::unique_ptr<platform::Window> window;
   try {
-    window = channel.open_window(kTitle, {});
+    window = channel.open_window(protocol::kJobPilotTitle, {});
   } catch (const base::Fault& fault) {
     say(base::Fault("It runs already, or its window cannot be opened. Nothing was started.", fault.detail()));
     return kRefused;

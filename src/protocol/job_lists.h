@@ -1,18 +1,47 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+
+// The files of the scheduler folder that hold index lines, docs/formats/index.md.
 namespace qvrcom::protocol {
 
-// Lists in the scheduler folder: what the scheduler finished, the job indexes, and the copies of the
-// finished lists that this library still has to work on.
-inline constexpr const char* kCompletedFile = "completed.sch";
-inline constexpr const char* kErrorFile = "error.sch";
-inline constexpr const char* kCancelledFile = "cancelled.sch";
 inline constexpr const char* kIndexFile = "index.sch";
 inline constexpr const char* kRescheduleFile = "reschedule.sch";
-inline constexpr const char* kCompletedPendingFile = "CompletedToProcess.sch";
-inline constexpr const char* kErrorPendingFile = "ErrorToProcess.sch";
-inline constexpr const char* kCancelledPendingFile = "CancelledToProcess.sch";
-inline constexpr const char* kPendingFiles[] = {kCompletedPendingFile, kErrorPendingFile,
-                                                kCancelledPendingFile};
+
+// How a job ends.
+enum class Ending { kCompleted, kError, kCancelled };
+
+// One way to end, in every place that tells of it.
+struct ResultList {
+  Ending ending;
+  const char* status;        // for the session dialog and for people
+  const char* report_word;   // in the last line of the job's report
+  const char* file;          // the scheduler lists the jobs that ended so
+  const char* pending_file;  // this library's copy: what it still has to work on
+};
+
+// In the order of `Ending`.
+inline constexpr std::array<ResultList, 3> kResultLists{{
+    {Ending::kCompleted, "Completed", "completed", "completed.sch", "CompletedToProcess.sch"},
+    {Ending::kError, "Error", "error", "error.sch", "ErrorToProcess.sch"},
+    {Ending::kCancelled, "Cancelled", "cancelled", "cancelled.sch", "CancelledToProcess.sch"},
+}};
+
+constexpr const ResultList& result_list(Ending ending) {
+  return kResultLists[static_cast<std::size_t>(ending)];
+}
+
+// All of them, in the order in which they are read: the indexes, the result lists, the pending lists.
+inline constexpr std::array<const char*, 8> kJobLists{
+    kIndexFile,
+    kRescheduleFile,
+    kResultLists[0].file,
+    kResultLists[1].file,
+    kResultLists[2].file,
+    kResultLists[0].pending_file,
+    kResultLists[1].pending_file,
+    kResultLists[2].pending_file,
+};
 
 }  // namespace qvrcom::protocol

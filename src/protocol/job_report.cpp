@@ -55,10 +55,13 @@ bool JobReport::has_changed() const {
   return has_deleted() || any_of(lines, ReportWord::kStoring);
 }
 
-std::string JobReport::ending() const {
+std::optional<Ending> JobReport::ending() const {
   const auto last = std::find_if(lines.rbegin(), lines.rend(),
                                  [](const ReportLine& line) { return line.word != ReportWord::kTaken; });
-  return last != lines.rend() && last->word == ReportWord::kEnded ? last->text : std::string{};
+  if (last == lines.rend() || last->word != ReportWord::kEnded) return std::nullopt;
+  const auto list = std::find_if(kResultLists.begin(), kResultLists.end(),
+                                 [&](const ResultList& each) { return last->text == each.report_word; });
+  return list == kResultLists.end() ? std::nullopt : std::optional(list->ending);
 }
 
 std::string JobReport::taken(std::string_view account) const {

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "protocol/job_lists.h"
 
 // What a scheduler has done for a job, step by step, beside the job's script: docs/formats/report.md. Another
 // maker's scheduler may write none.
@@ -21,15 +22,12 @@ enum class ReportWord {
   kTaken,     // written by the library: what came of the account's files is on the disk
 };
 
-// How a session ends, as kEnded says it.
-inline constexpr std::array<const char*, 3> kReportEndings{"completed", "error", "cancelled"};
-
 struct ReportLine {
   ReportWord word = ReportWord::kFetched;
   std::string account;  // "part3"; "" before the first account line
   std::string remote;   // name of the device file; "" when it is about none
   std::string local;    // kFetched, kStoring, kStored: name in the job's folder
-  std::string text;     // kFailed: the reason, with the device's reply; kEnded: one of kReportEndings
+  std::string text;     // kFailed: the reason, with the device's reply; kEnded: a result list's report_word
 
   bool operator==(const ReportLine&) const = default;
 };
@@ -47,8 +45,8 @@ struct JobReport {
   bool has_deleted() const;
   bool has_changed() const;
 
-  // How the session ended; "" when it was cut off.
-  std::string ending() const;
+  // How the session ended; nothing when it was cut off.
+  std::optional<Ending> ending() const;
 
   // What has come of the account's files already; "" when nothing has.
   std::string taken(std::string_view account) const;

@@ -10,13 +10,7 @@
 namespace qvrcom::scheduler {
 namespace {
 
-constexpr std::array<const char*, 3> kListFiles{protocol::kCompletedFile, protocol::kErrorFile,
-                                                protocol::kCancelledFile};
-constexpr std::array<Outcome, 3> kOutcomes{Outcome::kCompleted, Outcome::kError, Outcome::kCancelled};
-
-const char* file_of(Outcome outcome) {
-  return kListFiles[static_cast<std::size_t>(outcome)];
-}
+using protocol::kResultLists;
 
 std::string joined(const std::vector<std::string>& lines) {
   std::string text = base::with_line_ends(lines);
@@ -28,15 +22,16 @@ std::string joined(const std::vector<std::string>& lines) {
 
 void ResultLists::load() {
   std::array<std::string, 3> texts;
-  for (const Outcome outcome : kOutcomes)
-    texts[static_cast<std::size_t>(outcome)] = files_.read_or_empty(folder_ + file_of(outcome));
+  for (std::size_t i = 0; i < texts.size(); ++i)
+    texts[i] = files_.read_or_empty(folder_ + kResultLists[i].file);
   for (auto& [line, finished] : finished_) {
     if (finished.standing == Standing::kListed) finished.standing = Standing::kDropped;
   }
-  for (const Outcome outcome : kOutcomes) {
-    for (const std::string_view line : base::lines_of(texts[static_cast<std::size_t>(outcome)])) {
-      const auto place = finished_.try_emplace(std::string(line), Finished{outcome, Standing::kListed}).first;
-      if (place->second.standing != Standing::kKept) place->second = {outcome, Standing::kListed};
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    const Ending ending = kResultLists[i].ending;
+    for (const std::string_view line : base::lines_of(texts[i])) {
+      const auto place = finished_.try_emplace(std::string(line), Finished{ending, Standing::kListed}).first;
+      if (place->second.standing != Standing::kKept) place->second = {ending, Standing::kListed};
     }
   }
 }
@@ -46,28 +41,28 @@ const ResultLists::Finished* ResultLists::find(std::string_view line) const {
   return found == finished_.end() ? nullptr : &found->second;
 }
 
-void ResultLists::add(Outcome outcome, std::string_view line) {
-  finished_.insert_or_assign(std::string(line), Finished{outcome, Standing::kKept});
-  kept_for(outcome).emplace_back(line);
+void ResultLists::add(Ending ending, std::string_view line) {
+  finished_.insert_or_assign(std::string(line), Finished{ending, Standing::kKept});
+  kept_for(ending).emplace_back(line);
 }
 
 void ResultLists::add_again(std::string_view line) {
   const auto found = finished_.find(line);
   if (found == finished_.end() || found->second.standing != Standing::kDropped) return;
   found->second.standing = Standing::kKept;
-  kept_for(found->second.outcome).emplace_back(line);
+  kept_for(found->second.ending).emplace_back(line);
 }
 
 void ResultLists::write_kept() {
   trouble_.clear();
-  for (const Outcome outcome : kOutcomes)
-    write_kept_for(outcome);
+  for (const ResultList& list : kResultLists)
+    write_kept_for(list);
 }
 
-void ResultLists::write_kept_for(Outcome outcome) {
-  std::vector<std::string>& lines = kept_for(outcome);
+void ResultLists::write_kept_for(const ResultList& list) {
+  std::vector<std::string>& lines = kept_for(list.ending);
   if (lines.empty()) return;
-  if (const auto fault = fault_of([&] { files_.append_line(folder_ + file_of(outcome), joined(lines)); })) {
+  if (const auto fault = fault_of([&] { files_.append_line(folder_ + list.file, joined(lines)); })) {
     trouble_ = fault->description() + ". " + fault->detail();
     return;
   }
@@ -91,15 +86,16 @@ void ResultLists::drop_taken(std::string_view index_text) {
   std::unordered_set<std::string_view, LineHash, LineEqual> standing;
   for (const std::string_view line : base::lines_of(index_text))
     standing.insert(line);
-  for (const char* file : kListFiles) {
-    const std::string text = files_.read_or_empty(folder_ + file);
+  for (const ResultList& list : kResultLists) {
+    const std::string path = folder_ + list.file;
+    const std::string text = files_.read_or_empty(path);
     const auto lines = base::lines_of(text);
     std::vector<std::string> left;
     for (const std::string_view line : lines) {
       if (standing.contains(line)) left.emplace_back(line);
     }
     if (left.size() == lines.size()) continue;
-    files_.replace(folder_ + file, base::with_line_ends(left));
+    files_.replace(path, base::with_line_ends(left));
     for (const std::string_view line : lines) {
       const auto found = finished_.find(line);
       const bool dropped = found != finished_.end() && !standing.contains(line);

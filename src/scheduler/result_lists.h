@@ -8,14 +8,14 @@
 
 #include "jobs/line_key.h"
 #include "platform/files.h"
+#include "protocol/job_lists.h"
 
 namespace qvrcom::scheduler {
 
 using jobs::LineEqual;
 using jobs::LineHash;
-
-// In the order of protocol::kReportEndings.
-enum class Outcome { kCompleted, kError, kCancelled };
+using protocol::Ending;
+using protocol::ResultList;
 
 // "completed.sch", "error.sch" and "cancelled.sch": the index lines of finished jobs, as they stood in the
 // index.
@@ -24,7 +24,7 @@ class ResultLists {
   // Where a finished line stands now.
   enum class Standing { kListed, kKept, kDropped };
   struct Finished {
-    Outcome outcome;
+    Ending ending;
     Standing standing;
   };
 
@@ -40,7 +40,7 @@ class ResultLists {
   const Finished* find(std::string_view line) const;
 
   // Keeps a line for its list; it counts as finished from now on.
-  void add(Outcome outcome, std::string_view line);
+  void add(Ending ending, std::string_view line);
 
   // Keeps a finished line that no list holds any more for its list, once more.
   void add_again(std::string_view line);
@@ -56,13 +56,13 @@ class ResultLists {
   void drop_taken(std::string_view index_text);
 
  private:
-  std::vector<std::string>& kept_for(Outcome outcome) { return kept_[static_cast<std::size_t>(outcome)]; }
-  void write_kept_for(Outcome outcome);
+  std::vector<std::string>& kept_for(Ending ending) { return kept_[static_cast<std::size_t>(ending)]; }
+  void write_kept_for(const ResultList& list);
 
   platform::Files& files_;
   std::string folder_;
   std::unordered_map<std::string, Finished, LineHash, LineEqual> finished_;
-  std::array<std::vector<std::string>, 3> kept_;  // by outcome
+  std::array<std::vector<std::string>, 3> kept_;  // by ending
   std::string trouble_;
 };
 

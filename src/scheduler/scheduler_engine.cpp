@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <utility>
 
 #include "base/text.h"
@@ -20,7 +21,6 @@ using protocol::JobState;
 
 namespace {
 
-constexpr const char* kDialogTitle = "RESPONSE DIALOG";
 constexpr std::size_t kLinesPerTick = 500;
 constexpr std::size_t kMostJobs = 2000;                  // of the index, in a status
 constexpr std::chrono::milliseconds kStopPatience{300};  // for a session that is told to end
@@ -41,16 +41,17 @@ std::string sentence_of(const base::Fault& fault) {
   return text.ends_with('.') ? text : text + '.';
 }
 
-constexpr std::array<const char*, 3> kEndings{"The session is completed.", "The session ended with an error.",
-                                              "The session is cancelled."};
+// By Ending.
+constexpr std::array<const char*, 3> kSentences{
+    "The session is completed.", "The session ended with an error.", "The session is cancelled."};
 
-const char* ending_sentence(Outcome outcome) {
-  return kEndings[static_cast<std::size_t>(outcome)];
+const char* ending_sentence(Ending ending) {
+  return kSentences[static_cast<std::size_t>(ending)];
 }
 
 // What a session of an earlier run of this program has left in the job's folder.
 struct EarlierSession {
-  Outcome outcome;
+  Ending ending;
   std::string reason;
   bool ended = false;  // its report says so itself
 };
@@ -64,12 +65,10 @@ std::optional<EarlierSession> earlier_session(const platform::Files& files, cons
     // Cut off within its first line: nothing had been done yet.
     const std::size_t first_line = protocol::report_head().size() + base::kCrLf.size();
     if (!files.is_link(path) && files.length(path) < first_line) return std::nullopt;
-    return EarlierSession{Outcome::kError, kBadReportReason};
+    return EarlierSession{Ending::kError, kBadReportReason};
   }
-  const auto& endings = protocol::kReportEndings;
-  const auto word = std::find(endings.begin(), endings.end(), report->ending());
-  if (word != endings.end()) return EarlierSession{static_cast<Outcome>(word - endings.begin()), {}, true};
-  if (report->has_changed()) return EarlierSession{Outcome::kError, kCutOffReason};
+  if (const auto ending = report->ending()) return EarlierSession{*ending, {}, true};
+  if (report->has_changed()) return EarlierSession{Ending::kError, kCutOffReason};
   return std::nullopt;
 }
 
@@ -81,19 +80,24 @@ SchedulerEngine::SchedulerEngine(EngineParts parts)
       log_(parts_.files, parts_.clock, parts_.logs_folder) {}
 
 void SchedulerEngine::request(std::int64_t code) {
-  switch (code) {
-    case 1:
+  using protocol::SchedulerRequest;
+  if (code < 0 || code > std::numeric_limits<std::int16_t>::max()) return unknown_request(code);
+  switch (static_cast<SchedulerRequest>(code)) {
+    case SchedulerRequest::kJobsSubmitted:
       return jobs_submitted();
-    case 2:
+    case SchedulerRequest::kResultsTaken:
       return results_taken();
-    case 5:
-    case 9:
+    case SchedulerRequest::kShowSession:
+    case SchedulerRequest::kShowTelnetSession:
       return show_session();
-    case 6:
+    case SchedulerRequest::kSessionOver:
       return session_over();
-    default:
-      note("A request with the unknown code " + std::to_string(code) + " has no effect.");
   }
+  unknown_request(code);
+}
+
+void SchedulerEngine::unknown_request(std::int64_t code) {
+  note("A request with the unknown code " + std::to_string(code) + " has no effect.");
 }
 
 void SchedulerEngine::jobs_submitted() {
@@ -196,7 +200,7 @@ void SchedulerEngine::consider(std::size_t number) {
 // The line is listed as an error, and has no log of its own.
 void SchedulerEngine::set_aside(std::string_view line, CountedSentences& sentences, std::string sentence) {
   sentences.add(std::move(sentence));
-  lists_.add(Outcome::kError, line);
+  lists_.add(Ending::kError, line);
   found_finished_ = true;
 }
 
@@ -212,7 +216,7 @@ void SchedulerEngine::start(std::string_view text) {
     running_ = {std::string(text), line.job, "Starting", 0};
     session_ = std::make_unique<SessionThread>(std::move(plan), parts_.settings, parts_.ways, parts_.wake);
   });
-  if (fault) finish_with(Outcome::kError, text, line.job, sentence_of(*fault));
+  if (fault) finish_with(Ending::kError, text, line.job, sentence_of(*fault));
   if (!session_) found_finished_ = true;
 }
 
@@ -220,11 +224,11 @@ void SchedulerEngine::start(std::string_view text) {
 bool SchedulerEngine::finish_from_report(const std::string& line, const std::string& job) {
   auto earlier = earlier_session(parts_.files, parts_.scheduler_folder + job);
   if (!earlier) return false;
-  const bool failed = earlier->outcome != Outcome::kCompleted;
+  const bool failed = earlier->ending != Ending::kCompleted;
   if (earlier->ended) log_.write(job, "The session had ended before the scheduler was started again.");
   if (earlier->ended && failed && last_reason(parts_.files, parts_.logs_folder, job).empty())
     earlier->reason = kEndedBeforeReason;
-  finish_with(earlier->outcome, line, job, earlier->reason);
+  finish_with(earlier->ending, line, job, earlier->reason);
   return true;
 }
 
@@ -260,7 +264,7 @@ void SchedulerEngine::end_cut_reports() {
     const std::string folder = parts_.scheduler_folder + name;
     fault_of([&] {
       const auto report = jobs::report_of(parts_.files, folder);
-      if (!report || !report->has_changed() || !report->ending().empty()) return;
+      if (!report || !report->has_changed() || report->ending()) return;
       parts_.files.append_line(
           protocol::report_path(folder),
           protocol::report_line_text({protocol::ReportWord::kEnded, {}, {}, {}, "error"}));
@@ -287,16 +291,16 @@ void SchedulerEngine::take_events() {
 void SchedulerEngine::finish(const SessionReport& report) {
   session_.reset();
   const Running ended = std::exchange(running_, {});
-  finish_with(report.outcome, ended.line, ended.job, report.reason);
+  finish_with(report.ending, ended.line, ended.job, report.reason);
   list_finished();
   answer();
 }
 
-void SchedulerEngine::finish_with(Outcome outcome, std::string_view line, const std::string& log,
+void SchedulerEngine::finish_with(Ending ending, std::string_view line, const std::string& log,
                                   const std::string& reason) {
   if (!reason.empty()) log_.write_reason(log, reason);
-  log_.write(log, ending_sentence(outcome));
-  lists_.add(outcome, line);
+  log_.write(log, ending_sentence(ending));
+  lists_.add(ending, line);
   answering_ = true;
 }
 
@@ -313,7 +317,7 @@ void SchedulerEngine::repeat() {
 }
 
 void SchedulerEngine::answer() {
-  const auto dialog = parts_.channel.find_window(kDialogTitle);
+  const auto dialog = parts_.channel.find_window(protocol::kDialogTitle);
   if (dialog == 0) return;
   parts_.channel.post(dialog, parts_.channel.register_message(protocol::kSchedulerAnswer), 0, 0);
 }
@@ -326,7 +330,7 @@ void SchedulerEngine::stop() {
 bool SchedulerEngine::leave_session_behind() {
   if (!session_) return false;
   static_cast<void>(session_.release());
-  finish({Outcome::kCancelled, kLeftBehindReason});
+  finish({Ending::kCancelled, kLeftBehindReason});
   return true;
 }
 
@@ -347,7 +351,7 @@ StopOutcome SchedulerEngine::stop_job(const std::string& job_name) {
     const std::string_view text = index_.text(i);
     if (text.find(job_name) == std::string_view::npos || lists_.find(text) != nullptr) continue;
     if (index_.line(i).job != job_name) continue;
-    finish_with(Outcome::kCancelled, text, job_name, kTakenOutReason);
+    finish_with(Ending::kCancelled, text, job_name, kTakenOutReason);
     list_finished();
     answer();
     return StopOutcome::kTakenOut;
@@ -405,7 +409,7 @@ std::vector<protocol::ScheduledJob> SchedulerEngine::jobs_of(std::string_view te
   if (job.state != JobState::kWaiting) job.reason.clear();
   if (finished != nullptr && finished->standing == ResultLists::Standing::kKept) {
     job.state = JobState::kUnlisted;
-    job.reason = std::string(ending_sentence(finished->outcome)) + " It is not listed: " + lists_.trouble();
+    job.reason = std::string(ending_sentence(finished->ending)) + " It is not listed: " + lists_.trouble();
   }
   return {job};
 }

@@ -44,8 +44,8 @@ class SchedulerEngine {
   // must not run again. Starts none; jobs that are submitted wait until later ticks are through with this.
   void list_interrupted();
 
-  // A request code of the message channel: 1 jobs submitted, 2 results taken, 5 and 9 show the session,
-  // 6 session over. Any other is logged and has no effect.
+  // A protocol::SchedulerRequest as the message channel brings it. Any other code is logged and has no
+  // effect.
   void request(std::int64_t code);
 
   // Takes what the session's thread reported, lists a finished job and goes on through the index.
@@ -81,6 +81,7 @@ class SchedulerEngine {
     bool told_to_end = false;
   };
 
+  void unknown_request(std::int64_t code);
   void jobs_submitted();
   void results_taken();
   void show_session();
@@ -99,7 +100,7 @@ class SchedulerEngine {
   bool finish_from_report(const std::string& line, const std::string& job);
   void take_events();
   void finish(const SessionReport& report);
-  void finish_with(Outcome outcome, std::string_view line, const std::string& log, const std::string& reason);
+  void finish_with(Ending ending, std::string_view line, const std::string& log, const std::string& reason);
   void list_finished();
   std::vector<protocol::ScheduledJob> jobs_of(std::string_view text, const WaitingLine& line) const;
   void answer();

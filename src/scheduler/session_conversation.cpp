@@ -36,8 +36,8 @@ class Conversation {
   SessionReport hold() {
     const auto fault = fault_of([this] { converse(); });
     SessionReport report = SessionTelling::report(fault, line_.cancelled());
-    if (fault && report.outcome == Outcome::kError && !told_) fail(*fault);
-    end_report(report.outcome);
+    if (fault && report.ending == Ending::kError && !told_) fail(*fault);
+    end_report(report.ending);
     return report;
   }
 
@@ -183,11 +183,10 @@ class Conversation {
   }
 
   // Whatever the session was worth does not depend on this last line.
-  void end_report(Outcome outcome) {
+  void end_report(Ending ending) {
     if (!report_.begun()) return;
     const auto fault = fault_of([&] {
-      report_.write(
-          {ReportWord::kEnded, {}, {}, {}, protocol::kReportEndings[static_cast<std::size_t>(outcome)]});
+      report_.write({ReportWord::kEnded, {}, {}, {}, protocol::result_list(ending).report_word});
     });
     if (fault) telling_.done("The report has no last line. " + SessionTelling::reason(*fault));
   }

@@ -38,8 +38,8 @@ std::string SessionTelling::reason(const base::Fault& fault) {
 
 SessionReport SessionTelling::report(const std::optional<base::Fault>& fault, bool cancelled) {
   if (!fault) return {};
-  if (cancelled) return {Outcome::kCancelled, "The session was stopped in the scheduler."};
-  return {Outcome::kError, reason(*fault)};
+  if (cancelled) return {Ending::kCancelled, "The session was stopped in the scheduler."};
+  return {Ending::kError, reason(*fault)};
 }
 
 void dial_up(const SessionPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,

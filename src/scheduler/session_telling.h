@@ -22,7 +22,7 @@ struct SessionEvent {
 };
 
 struct SessionReport {
-  Outcome outcome = Outcome::kCompleted;
+  Ending ending = Ending::kCompleted;
   std::string reason;  // a full sentence, "" when it was completed
 };
 

@@ -61,7 +61,8 @@ bool frmResponse::Form_Load() {
   return trap_("Form_Load", [&] {
     environment::scheduler_folder(session_.run, parts_.rules.folders);
     window_ = parts_.channel.open_window(
-        kTitle, [](platform::WindowHandle, platform::MessageId, std::uint64_t, std::int64_t) { return 0; });
+        protocol::kDialogTitle,
+        [](platform::WindowHandle, platform::MessageId, std::uint64_t, std::int64_t) { return 0; });
     parts_.link.install(*window_);
     return true;
   });

@@ -33,8 +33,6 @@ struct SessionParts {
 // the view what to show. Its window on the message channel is titled "RESPONSE DIALOG".
 class frmResponse : public SessionFrame {
  public:
-  static constexpr const char* kTitle = "RESPONSE DIALOG";
-
   frmResponse(const SessionParts& parts, SessionView& view,
               std::span<const Operation> known_operations = operations());
 

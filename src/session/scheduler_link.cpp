@@ -12,20 +12,7 @@
 namespace qvrcom::session {
 namespace {
 
-constexpr const char* kJobPilotTitle = "JOBPILOT";
-constexpr const char* kRePilotTitle = "REPILOT";
 constexpr std::chrono::milliseconds kStartTime{1000};
-
-// The three files that tell how a job ended, in the order in which they are asked.
-struct StatusFile {
-  const char* name;
-  const char* status;
-};
-constexpr StatusFile kStatusFiles[] = {
-    {protocol::kCompletedFile, "Completed"},
-    {protocol::kErrorFile, "Error"},
-    {protocol::kCancelledFile, "Cancelled"},
-};
 
 // Drops every box: for a fault that is an answer in itself.
 struct Silence : platform::UserInterface {
@@ -71,7 +58,7 @@ platform::WindowHandle SchedulerLink::find_or_start(const char* title, const cha
 
 void SchedulerLink::NotifyScheduler(protocol::SchedulerRequest request) {
   std::string reason;
-  const auto window = find_or_start(kJobPilotTitle, environment::kJobPilotProgram, reason);
+  const auto window = find_or_start(protocol::kJobPilotTitle, environment::kJobPilotProgram, reason);
   if (request == protocol::SchedulerRequest::kJobsSubmitted) missing_ = false;
   if (window == 0) {
     missing_ = true;
@@ -85,12 +72,12 @@ void SchedulerLink::NotifyScheduler(protocol::SchedulerRequest request) {
 
 void SchedulerLink::NotifyRePilot(protocol::SchedulerRequest request) {
   std::string reason;  // nobody is told: RePilot finds the job when it starts
-  const auto window = find_or_start(kRePilotTitle, environment::kRePilotProgram, reason);
+  const auto window = find_or_start(protocol::kRePilotTitle, environment::kRePilotProgram, reason);
   parts_.channel.post(window, RePilotMessageId(), 0, static_cast<std::int16_t>(request));
 }
 
 bool SchedulerLink::scheduler_window_stands() const {
-  return parts_.channel.find_window(kJobPilotTitle) != 0;
+  return parts_.channel.find_window(protocol::kJobPilotTitle) != 0;
 }
 
 void SchedulerLink::install(platform::Window& window) {
@@ -106,10 +93,10 @@ void SchedulerLink::remove(platform::Window& window) {
 std::int64_t SchedulerLink::SessionWindowProc(platform::WindowHandle window, platform::MessageId message,
                                               std::uint64_t word, std::int64_t value) {
   if (message != SchedulerAnswerMessageId()) return previous_ ? previous_(window, message, word, value) : 0;
-  for (const StatusFile& file : kStatusFiles) {
-    if (!JobListedIn(file.name)) continue;
+  for (const protocol::ResultList& list : protocol::kResultLists) {
+    if (!JobListedIn(list.file)) continue;
     base::RunValues& run = parts_.session.run;
-    run.SessionStatus = file.status;
+    run.SessionStatus = list.status;
     if (!run.AnswerReceived) run.AnsweredAt = parts_.clock.now();  // JobPilot repeats itself
     run.AnswerReceived = true;
     break;

@@ -11,24 +11,18 @@
 
 namespace qvrcom::session {
 
-// What a known status brings: a box (none after "Completed"), the pending list that the job leaves, and
-// the status line.
-struct SessionFrame::Ending {
-  const char* status;
-  const char* pending_list;
+// What a known status brings, by protocol::Ending: a box (none after "Completed") and the status line.
+struct SessionFrame::Farewell {
   const char* message;
   const char* title;
   platform::Icon icon;
   std::string Outcome::*status_line;
 };
 
-const SessionFrame::Ending SessionFrame::kEndings[3] = {
-    {"Completed", protocol::kCompletedPendingFile, nullptr, nullptr, platform::Icon::kNone,
-     &Outcome::completed},
-    {"Error", protocol::kErrorPendingFile, "Communication error, see JobPilot for details", "ERROR",
-     platform::Icon::kError, &Outcome::error},
-    {"Cancelled", protocol::kCancelledPendingFile, "Communication cancelled from JobPilot", "CANCELLED",
-     platform::Icon::kInformation, &Outcome::cancelled},
+const SessionFrame::Farewell SessionFrame::kFarewells[3] = {
+    {nullptr, nullptr, platform::Icon::kNone, &Outcome::completed},
+    {"Communication error, see JobPilot for details", "ERROR", platform::Icon::kError, &Outcome::error},
+    {"Communication cancelled from JobPilot", "CANCELLED", platform::Icon::kInformation, &Outcome::cancelled},
 };
 
 SessionFrame::SessionFrame(const BusinessRulesParts& parts, SchedulerLink& link,
@@ -97,11 +91,11 @@ void SessionFrame::run_outcome(const Outcome& outcome) {
     rules_.Copy_Items_From_Scheduler_to_BeProcessed();
     if (!is_late_ || link_.scheduler_window_stands())
       link_.NotifyScheduler(protocol::SchedulerRequest::kResultsTaken);
-    const auto ending = std::find_if(std::begin(kEndings), std::end(kEndings), [&](const Ending& candidate) {
-      return candidate.status == session_.run.SessionStatus;
-    });
-    if (ending != std::end(kEndings)) {
-      finish(*ending, outcome);
+    const auto list = std::find_if(
+        protocol::kResultLists.begin(), protocol::kResultLists.end(),
+        [&](const protocol::ResultList& each) { return each.status == session_.run.SessionStatus; });
+    if (list != protocol::kResultLists.end()) {
+      finish(*list, outcome);
     } else if (!posted_ && !outcome.keeps_folder) {
       rules_.Remove_Folder();
     }
@@ -110,17 +104,18 @@ void SessionFrame::run_outcome(const Outcome& outcome) {
   if (!session_.run.SessionStatus.empty()) rules_.clear_password(session_.job.Folder);
 }
 
-void SessionFrame::finish(const Ending& ending, const Outcome& outcome) {
+void SessionFrame::finish(const protocol::ResultList& list, const Outcome& outcome) {
+  const Farewell& farewell = kFarewells[static_cast<std::size_t>(list.ending)];
   Remainder remainder{.undecoded = true, .what = RescueWhat::kDeleted};
-  if (ending.message == nullptr) {
+  if (farewell.message == nullptr) {
     remainder = outcome.process();
   } else {
-    ui_.show({.text = ending.message, .title = ending.title, .icon = ending.icon});
+    ui_.show({.text = farewell.message, .title = farewell.title, .icon = farewell.icon});
   }
   const bool is_safe = !remainder.undecoded || rescue(remainder);
   const bool is_over = is_safe && (!remainder.keeps_job || is_late_);
-  if (is_over) forget(ending);
-  const std::string& status_line = outcome.*ending.status_line;
+  if (is_over) forget(list);
+  const std::string& status_line = outcome.*farewell.status_line;
   if (!status_line.empty()) face_.set_info(status_line);
   if (is_over && !outcome.keeps_folder) rules_.Remove_Folder();
 }
@@ -136,10 +131,10 @@ bool SessionFrame::rescue(const Remainder& remainder) {
   });
 }
 
-void SessionFrame::forget(const Ending& ending) {
-  std::string& rest = collected_[static_cast<std::size_t>(&ending - kEndings)];
-  rules_.RemoveJobFromList(ending.pending_list, session_.job.JobId, rest);
-  rules_.ReWrite_File(ending.pending_list, rest);
+void SessionFrame::forget(const protocol::ResultList& list) {
+  std::string& rest = collected_[static_cast<std::size_t>(list.ending)];
+  rules_.RemoveJobFromList(list.pending_file, session_.job.JobId, rest);
+  rules_.ReWrite_File(list.pending_file, rest);
 }
 
 Outcome SessionFrame::name_first(const std::string& procedure, const std::string& operation_name) {

@@ -7,6 +7,7 @@
 
 #include "platform/scheduler_control.h"
 #include "platform/trap.h"
+#include "protocol/job_lists.h"
 #include "session/business_rules.h"
 #include "session/dialog_face.h"
 #include "session/file_rescue.h"
@@ -83,14 +84,14 @@ class SessionFrame {
   bool is_late_ = false;  // nobody waited for the job: a scheduler that has gone is not started for it
 
  private:
-  struct Ending;
-  static const Ending kEndings[3];
+  struct Farewell;
+  static const Farewell kFarewells[3];
 
   void run_later();
   void post_and_wait(bool quiet);
-  void finish(const Ending& ending, const Outcome& outcome);
+  void finish(const protocol::ResultList& list, const Outcome& outcome);
   bool rescue(const Remainder& remainder);
-  void forget(const Ending& ending);
+  void forget(const protocol::ResultList& list);
 
   BusinessRulesParts parts_;
   base::Session& session_;

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "protocol/messages.h"
 #include "session/frm_response.h"
 #include "ui/elements.h"
 
@@ -53,7 +54,7 @@ ResponseDialog::ResponseDialog(ErrorOffers offers, QWidget* parent, TransferSour
       Timer1_(new QTimer(this)),
       offers_(std::move(offers)) {
   setObjectName(QStringLiteral("frmResponse"));
-  setWindowTitle(QLatin1String(session::frmResponse::kTitle));
+  setWindowTitle(QLatin1String(protocol::kDialogTitle));
   setModal(true);
   RichTextBox1_->hide();
   lblNotice_->hide();

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
+#include <span>
 #include <string_view>
 
 #include "protocol/job_lists.h"
@@ -13,23 +14,14 @@
 namespace qvrcom::ui {
 namespace {
 
-using protocol::kCancelledFile;
-using protocol::kCancelledPendingFile;
-using protocol::kCompletedFile;
-using protocol::kCompletedPendingFile;
-using protocol::kErrorFile;
-using protocol::kErrorPendingFile;
-using protocol::kIndexFile;
-using protocol::kRescheduleFile;
-
 bool stands_in(const jobs::BoardJob& job, std::string_view list) {
   return std::find(job.lists.begin(), job.lists.end(), list) != job.lists.end();
 }
 
-// Of these lists, those that hold the job.
-QString lists_among(const jobs::BoardJob& job, std::initializer_list<const char*> lists) {
+// Of `count` lists from the `first` on, those that hold the job.
+QString lists_among(const jobs::BoardJob& job, std::size_t first, std::size_t count) {
   QString found;
-  for (const char* list : lists) {
+  for (const char* list : std::span(protocol::kJobLists).subspan(first, count)) {
     if (!stands_in(job, list)) continue;
     if (!found.isEmpty()) found += QStringLiteral(", ");
     found += QLatin1String(list);
@@ -59,31 +51,9 @@ constexpr Column kColumns[] = {
     {"Site", [](const Model&, const Job& job) { return site_of(job); }},
     {"Start", [](const Model&, const Job& job) { return job.start ? moment_text(*job.start) : QString(); },
      [](const Job& job) { return job.start ? QVariant(qt_moment(*job.start)) : QVariant(); }},
-    {"Index",
-     [](const Model&, const Job& job) {
-       return lists_among(job, {kIndexFile, kRescheduleFile});
-     }},
-    {"Results",
-     [](const Model&, const Job& job) {
-       return lists_among(job, {kCompletedFile, kErrorFile, kCancelledFile});
-     }},
-    {"Pending",
-     [](const Model&, const Job& job) {
-       return lists_among(job, {kCompletedPendingFile, kErrorPendingFile, kCancelledPendingFile});
-     }},
-};
-
-// How a job ended, by the lists that say so.
-struct Ending {
-  const char* result;
-  const char* pending;
-  const char* state;
-};
-
-constexpr Ending kEndings[] = {
-    {kErrorFile, kErrorPendingFile, "Error"},
-    {kCancelledFile, kCancelledPendingFile, "Cancelled"},
-    {kCompletedFile, kCompletedPendingFile, "Completed"},
+    {"Index", [](const Model&, const Job& job) { return lists_among(job, 0, 2); }},
+    {"Results", [](const Model&, const Job& job) { return lists_among(job, 2, 3); }},
+    {"Pending", [](const Model&, const Job& job) { return lists_among(job, 5, 3); }},
 };
 
 QString live_state(protocol::JobState state) {
@@ -113,16 +83,16 @@ const jobs::BoardJob& at(const std::vector<jobs::BoardJob>& jobs, int row) {
 QString JobTableModel::state_of(const jobs::BoardJob& job) const {
   const auto live = states_.find(job.job);
   if (live != states_.end() && live->second == protocol::JobState::kRunning) return live_state(live->second);
-  for (const Ending& ending : kEndings) {
-    if (stands_in(job, ending.result) || stands_in(job, ending.pending)) return QLatin1String(ending.state);
-  }
+  const auto ending = job.ending();
+  if (ending && !job.lists.empty()) return QLatin1String(protocol::result_list(*ending).status);
   if (live != states_.end()) return live_state(live->second);
   if (job.lists.empty()) return QStringLiteral("Left behind");
-  return stands_in(job, kIndexFile) ? QStringLiteral("Waiting") : QStringLiteral("To be rescheduled");
+  return stands_in(job, protocol::kIndexFile) ? QStringLiteral("Waiting")
+                                              : QStringLiteral("To be rescheduled");
 }
 
 bool JobTableModel::has_ended(const jobs::BoardJob& job) const {
-  return !stoppable(job) && (job.lists.empty() || !job.ending().empty());
+  return !stoppable(job) && (job.lists.empty() || job.ending());
 }
 
 bool JobTableModel::stoppable(const jobs::BoardJob& job) const {

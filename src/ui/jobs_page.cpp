@@ -26,12 +26,6 @@ namespace {
 constexpr int kRest = 1000;
 constexpr int kRestPerLook = 20;
 
-constexpr const char* kLists[] = {
-    protocol::kIndexFile,        protocol::kRescheduleFile,       protocol::kCompletedFile,
-    protocol::kErrorFile,        protocol::kCancelledFile,        protocol::kCompletedPendingFile,
-    protocol::kErrorPendingFile, protocol::kCancelledPendingFile,
-};
-
 QString scheduler_text(const platform::StatusAnswer& answer) {
   if (answer.reach == platform::Reach::kSilent) return QLatin1String(kSchedulerSilent);
   const auto& status = answer.status;
@@ -162,7 +156,7 @@ void JobsPage::fit_columns(bool first) {
 
 QStringList JobsPage::watched_files() const {
   QStringList paths{qt_text(parts_.files.native(parts_.scheduler_files.folder()))};
-  for (const char* name : kLists)
+  for (const char* name : protocol::kJobLists)
     paths += qt_text(parts_.files.native(parts_.scheduler_files.path(name)));
   return paths;
 }
@@ -204,7 +198,7 @@ std::optional<jobs::BoardJob> JobsPage::unlisted_job() const {
 void JobsPage::show_buttons() {
   const jobs::BoardJob* job = selected();
   cmdStopJob_->setEnabled(job != nullptr && model_->stoppable(*job));
-  cmdProcess_->setEnabled(job != nullptr && job->has_folder && !job->ending().empty());
+  cmdProcess_->setEnabled(job != nullptr && job->has_folder && job->ending().has_value());
   cmdRemove_->setEnabled(job != nullptr && job->has_folder && model_->has_ended(*job));
   cmdOpenLog_->setEnabled(job != nullptr);
   cmdStart_->setEnabled(status_.reach == platform::Reach::kNotRunning);

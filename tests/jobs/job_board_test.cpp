@@ -32,7 +32,7 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   EXPECT_THAT(board.jobs[1].lists, ElementsAre("completed.sch", "CompletedToProcess.sch"));
   EXPECT_THAT(board.abandoned, ElementsAre("Nov3"));
   ASSERT_EQ(unprocessed_jobs(board).size(), 1U);
-  EXPECT_EQ(unprocessed_jobs(board)[0].ending(), "Completed");
+  EXPECT_EQ(unprocessed_jobs(board)[0].ending(), protocol::Ending::kCompleted);
   ASSERT_EQ(board.problems.size(), 1U);
   EXPECT_EQ(board.problems[0].file, "index.sch");
   EXPECT_EQ(board.problems[0].line, 3U);

@@ -21,11 +21,11 @@ TEST(JobReport, ReadsWhatWasWrittenAndPassesOverWhatIsTorn) {
   EXPECT_EQ(report->lines[2].text, "550 No, really  not");
   EXPECT_FALSE(report->has_deleted());
   EXPECT_TRUE(report->has_changed());
-  EXPECT_EQ(report->ending(), "");
+  EXPECT_EQ(report->ending(), std::nullopt);
 
   const auto ended = read_report(text + "\r\nENDED;;;;error;\r\n");
   EXPECT_TRUE(ended->has_deleted());
-  EXPECT_EQ(ended->ending(), "error");
+  EXPECT_EQ(ended->ending(), Ending::kError);
   EXPECT_FALSE(read_report("DELETING;part3;linestat;;;\r\n"));
 }
 

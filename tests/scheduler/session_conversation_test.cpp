@@ -109,7 +109,7 @@ TEST(SessionConversation, SkipsTheRestOfAFailedPartition) {
       device.troubles.insert(device.troubles.end(), {{"login", ""}, {"login", "530 No", true, 9}});
     const Held held = hold(device, plan_of(cells[0], std::stoi(cells[1]), cells[0] == kResetAll));
     EXPECT_EQ(told(device), cells[4]);
-    EXPECT_EQ(held.report.outcome, cells[5] == "done" ? Outcome::kCompleted : Outcome::kError);
+    EXPECT_EQ(held.report.ending, cells[5] == "done" ? Ending::kCompleted : Ending::kError);
     EXPECT_EQ(held.report.reason.empty(), cells[5] == "done");
     EXPECT_THAT(held.log, HasSubstr(cells[6]));
   }
@@ -120,7 +120,7 @@ TEST(SessionConversation, LogsInAgainNoMoreThanEightTimes) {
   device.troubles = {{"get linestat", "Cut", true, 64}};
   const Held held = hold(device, plan_of(kConfiguration, 12, false));
   EXPECT_EQ(std::ranges::count(told(device), 'L'), 9);
-  EXPECT_EQ(held.report.outcome, Outcome::kError);
+  EXPECT_EQ(held.report.ending, Ending::kError);
   EXPECT_THAT(held.report.reason, HasSubstr("too often"));
   EXPECT_THAT(held.log, HasSubstr("0 of 12 partitions are done"));
 }
@@ -138,9 +138,9 @@ TEST(SessionConversation, ACancelIsNotForgiven) {
   files.make_folders("\\JobA");
   const SessionReport report =
       hold_conversation(plan_of(kResetAll, 3, true), {}, line, device, files, [](auto) {});
-  EXPECT_EQ(report.outcome, Outcome::kCancelled);
+  EXPECT_EQ(report.ending, Ending::kCancelled);
   EXPECT_EQ(told(device), "L G0 A1 G1 D A2 G2");
-  EXPECT_EQ(jobs::report_of(files, "\\JobA")->ending(), "cancelled");
+  EXPECT_EQ(jobs::report_of(files, "\\JobA")->ending(), protocol::Ending::kCancelled);
 }
 
 TEST(SessionConversation, ReportsWhatItHasDone) {
@@ -162,7 +162,7 @@ TEST(SessionConversation, ReportsWhatItHasDone) {
             "STORING;part2;dbase;P2.dat;;\r\n"
             "STORED;part2;dbase;P2.dat;;\r\n"
             "ENDED;;;;completed;\r\n");
-  EXPECT_EQ(hold(device, plan, files).report.outcome, Outcome::kError) << "it has changed the device before";
+  EXPECT_EQ(hold(device, plan, files).report.ending, Ending::kError) << "it has changed the device before";
 }
 
 // The disk is full from the n-th line of the report on.
@@ -189,7 +189,7 @@ TEST(SessionConversation, DoesNothingThatItCannotReport) {
     };
     const Held held = hold(device, plan, files);
     EXPECT_EQ(told(device), told_until[room]);
-    EXPECT_EQ(held.report.outcome, Outcome::kError);
+    EXPECT_EQ(held.report.ending, Ending::kError);
     EXPECT_THAT(held.report.reason, HasSubstr("The job's report cannot be written, so nothing more is done"));
   }
 }
