@@ -23,6 +23,7 @@ constexpr std::array<HeaderField, 8> kJobFields{{{"SITENAME=", &ScriptHeader::si
                                                  {"INTERVAL=", &ScriptHeader::interval},
                                                  {"PERIOD=", &ScriptHeader::period}}};
 constexpr std::string_view kDialUpKey = "RAS=";
+constexpr std::uint64_t kUnknownSize = 20000;
 constexpr std::array<HeaderField, 3> kAccessFields{{{"FTPIPADDRESS=", &ScriptHeader::ftp_address},
                                                     {"FTPUSER=", &ScriptHeader::ftp_user},
                                                     {"FTPPASSWORD=", &ScriptHeader::ftp_password}}};
@@ -86,16 +87,31 @@ std::string read_transfer(const Fields& fields, ScriptCommand& command) {
   return {};
 }
 
+std::string transfer_text(const ScriptCommand& command) {
+  return "REMOTEFILE=" + command.remote + ";LOCALFILE=" + command.local +
+         ";SIZE=" + std::to_string(command.size.value_or(kUnknownSize));
+}
+
 struct CommandForm {
   std::string_view word;
   CommandKind kind;
-  std::string (*read)(const Fields&, ScriptCommand&);
+  std::string (*read)(const Fields&, ScriptCommand&);  // answers with what is wrong, or ""
+  std::string (*text)(const ScriptCommand&);           // behind the word
 };
 
-constexpr std::array<CommandForm, 4> kCommandForms{{{"FTPACCT", CommandKind::kAccount, read_account},
-                                                    {"FTPGET", CommandKind::kGet, read_transfer},
-                                                    {"FTPPUT", CommandKind::kPut, read_transfer},
-                                                    {"FTPDELETE", CommandKind::kDelete, read_delete}}};
+constexpr std::array<CommandForm, 4> kCommandForms{
+    {{"FTPACCT", CommandKind::kAccount, read_account,
+      [](const ScriptCommand& command) { return command.account; }},
+     {"FTPGET", CommandKind::kGet, read_transfer, transfer_text},
+     {"FTPPUT", CommandKind::kPut, read_transfer, transfer_text},
+     {"FTPDELETE", CommandKind::kDelete, read_delete,
+      [](const ScriptCommand& command) { return command.remote; }}}};
+
+std::string command_text(const ScriptCommand& command) {
+  const auto form = std::find_if(kCommandForms.begin(), kCommandForms.end(),
+                                 [&](const CommandForm& each) { return each.kind == command.kind; });
+  return std::string(form->word) + ';' + form->text(command) + ';';
+}
 
 std::string read_command(std::string_view line, ScriptCommand& command) {
   if (base::has_control_character(line)) return "control characters in a command";
@@ -242,6 +258,29 @@ std::string without_password(std::string_view script) {
 ScriptReading read_script(std::string_view text) {
   if (text.size() > kScriptLimit) return {{}, {0, {}, "the script is larger than 1 MiB"}};
   return Reader(text).read();
+}
+
+ScriptCommand select_partition(std::string_view partition) {
+  return {.kind = CommandKind::kAccount, .account = "part" + std::string(base::trim(partition))};
+}
+
+ScriptCommand get_file(std::string remote, std::string local) {
+  return {.kind = CommandKind::kGet, .remote = std::move(remote), .local = std::move(local)};
+}
+
+ScriptCommand put_file(std::string remote, std::string local, std::uint64_t size) {
+  return {.kind = CommandKind::kPut, .remote = std::move(remote), .local = std::move(local), .size = size};
+}
+
+ScriptCommand delete_file(std::string remote) {
+  return {.kind = CommandKind::kDelete, .remote = std::move(remote)};
+}
+
+std::string commands_text(const std::vector<ScriptCommand>& commands) {
+  std::string text;
+  for (const ScriptCommand& command : commands)
+    text.append(text.empty() ? "" : base::kCrLf).append(command_text(command));
+  return text;
 }
 
 }  // namespace qvrcom::protocol

@@ -43,12 +43,22 @@ enum class CommandKind { kAccount, kGet, kPut, kDelete };
 
 struct ScriptCommand {
   CommandKind kind = CommandKind::kAccount;
-  std::string account;                // kAccount: "part" + number
-  std::string remote;                 // kGet, kPut, kDelete: name of the device file
-  std::string local;                  // kGet, kPut: suite path
-  std::optional<std::uint64_t> size;  // kGet, kPut: a hint, nothing when it is no number
-  std::size_t line = 0;               // where it stands, counted from 1
+  std::string account = {};                          // kAccount: "part" + number
+  std::string remote = {};                           // kGet, kPut, kDelete: name of the device file
+  std::string local = {};                            // kGet, kPut: suite path
+  std::optional<std::uint64_t> size = std::nullopt;  // kGet, kPut: a hint, nothing when it is no number
+  std::size_t line = 0;                              // where it stands, counted from 1
 };
+
+// Commands as an operation asks for them. A partition is its number, blanks around it are dropped; a fetch
+// whose size is not known names 20000.
+ScriptCommand select_partition(std::string_view partition);
+ScriptCommand get_file(std::string remote, std::string local);
+ScriptCommand put_file(std::string remote, std::string local, std::uint64_t size);
+ScriptCommand delete_file(std::string remote);
+
+// The commands as lines of a script, no line end after the last one.
+std::string commands_text(const std::vector<ScriptCommand>& commands);
 
 // Opening and closing commands are the kind's: FTPCONNECT and FTPDISCONNECT, or TELNETSESSION and
 // TELNETDISCONNECT. They are checked and left out of `commands`.

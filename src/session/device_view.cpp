@@ -1,6 +1,7 @@
 #include "session/device_view.h"
 
 #include "base/text.h"
+#include "protocol/script_grammar.h"
 #include "session/job_steps.h"
 #include "session/operations.h"
 
@@ -17,9 +18,9 @@ void DeviceView::write() {
   frame_.show_step("Creating Script");
   const std::string partition(base::trim(session_.run.PartitionID));
   rules_.Write_Script_Header(script_header(session_, operation::kRetrieveAllMessageIndexes));
-  rules_.Write_Script("FTPACCT;part" + partition + ";" + std::string(base::kCrLf) +
-                      "FTPGET;REMOTEFILE=msgindex;LOCALFILE=" + session_.job.Folder + "\\msgindexP" +
-                      partition + ".dat;SIZE=20000;");
+  const std::string index_file = session_.job.Folder + "\\msgindexP" + partition + ".dat";
+  rules_.Write_Script(protocol::commands_text(
+      {protocol::select_partition(partition), protocol::get_file("msgindex", index_file)}));
   rules_.Write_Script_End();
   write_index(rules_, session_, operation::kRetrieveAllMessageIndexes);
 }

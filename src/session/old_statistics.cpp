@@ -16,6 +16,11 @@ double number_of(const std::string& text) {
 
 }  // namespace
 
+void add_clearing(std::vector<protocol::ScriptCommand>& commands) {
+  for (const char* file : {"linestat", "nodestat"})
+    commands.push_back(protocol::delete_file(file));
+}
+
 std::string OldStatistics::in_folder(const char* begin, const std::string& partition) const {
   return session_.job.Folder + "\\" + begin + std::string(base::trim(partition)) + ".dat";
 }
@@ -34,7 +39,10 @@ void OldStatistics::write_system() {
 void OldStatistics::write_partition(const std::string& partition, bool clears) {
   rules_.Write_Script_Stats(partition, line_file(partition), node_file(partition),
                             in_folder("getdBaseP", partition));
-  if (clears) rules_.Write_Script(kClearStatistics);
+  if (!clears) return;
+  std::vector<protocol::ScriptCommand> commands;
+  add_clearing(commands);
+  rules_.Write_Script(protocol::commands_text(commands));
 }
 
 // The session runs under configuration "1000", its outcome is decoded under "1".

@@ -1,15 +1,17 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "base/session_values.h"
+#include "protocol/script_grammar.h"
 #include "session/business_rules.h"
 #include "session/session_frame.h"
 
 namespace qvrcom::session {
 
 // What clears a partition's statistics on the device, in either form.
-inline constexpr const char* kClearStatistics = "FTPDELETE;linestat;\r\nFTPDELETE;nodestat;";
+void add_clearing(std::vector<protocol::ScriptCommand>& commands);
 
 // The older form of statistics: two binary files a partition, which are fetched together with the
 // configuration images that explain them, and decoded here. All files lie in the job's folder.

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "base/text.h"
+#include "protocol/script_grammar.h"
 #include "session/job_steps.h"
 #include "session/operations.h"
 
@@ -45,7 +46,7 @@ std::string SameLogOperations::local_file() const {
 void SameLogOperations::write(const std::string& local_file) {
   frame_.show_step("Creating Script");
   rules_.Write_Script_Header(script_header(session_, operation::kRetrieveSameLog));
-  rules_.Write_Script("FTPGET;REMOTEFILE=same.log;LOCALFILE=" + local_file + ";SIZE=20000;");
+  rules_.Write_Script(protocol::commands_text({protocol::get_file("same.log", local_file)}));
   rules_.Write_Script_End();
   write_index(rules_, session_, operation::kRetrieveSameLog);
 }

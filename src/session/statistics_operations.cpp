@@ -6,6 +6,7 @@
 #include "jobs/job_findings.h"
 #include "jobs/report_file.h"
 #include "protocol/job_report.h"
+#include "protocol/script_grammar.h"
 #include "session/job_steps.h"
 #include "session/operations.h"
 
@@ -108,13 +109,10 @@ void StatisticsOperations::write_old_form(const Job& job) {
 }
 
 void StatisticsOperations::write_new_form(const Job& job) {
-  const std::string line_end(base::kCrLf);
-  std::string script = "FTPACCT;part" + partition() + ";";
-  if (job.fetches) {
-    script += line_end + "FTPGET;REMOTEFILE=allstats.csv;LOCALFILE=" + downloaded_file() + ";SIZE=20000;";
-  }
-  if (job.clears) script += line_end + kClearStatistics;
-  rules_.Write_Script(script);
+  std::vector<protocol::ScriptCommand> commands{protocol::select_partition(session_.run.PartitionID)};
+  if (job.fetches) commands.push_back(protocol::get_file("allstats.csv", downloaded_file()));
+  if (job.clears) add_clearing(commands);
+  rules_.Write_Script(protocol::commands_text(commands));
 }
 
 // Asked twice: whatever is neither of the two answers counts as no generation, which takes the newer path.

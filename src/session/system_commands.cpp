@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "protocol/messages.h"
 #include "protocol/operation_names.h"
+#include "protocol/script_grammar.h"
 #include "session/job_steps.h"
 
 namespace qvrcom::session {
@@ -242,22 +243,14 @@ void SystemCommands::write(const Order& order) {
 // The partition's number is written without blanks for the device, and as it came in the local name.
 std::string SystemCommands::body_of(const Order& order) const {
   const Command& command = order.command;
-  const std::string remote = command.remote;
-  const std::string transfer = "REMOTEFILE=" + remote + ";LOCALFILE=" + local_path(order) + ";SIZE=";
-  std::string body;
-  const auto add = [&body](const std::string& line) {
-    if (!body.empty()) body += base::kCrLf;
-    body += line;
-  };
-  if (&command == &kCommands[kPartition]) {
-    add("FTPACCT;part" + std::string(base::trim(order.partition)) + ";");
-  }
-  if (command.transfer == Transfer::kFetch) add("FTPGET;" + transfer + "20000;");
-  if (command.transfer == Transfer::kSend) {
-    add("FTPPUT;" + transfer + std::to_string(parts_.files.length(local_path(order))) + ";");
-  }
-  if (command.deletes_remote) add("FTPDELETE;" + remote + ";");
-  return body;
+  const std::string local = local_path(order);
+  std::vector<protocol::ScriptCommand> commands;
+  if (&command == &kCommands[kPartition]) commands.push_back(protocol::select_partition(order.partition));
+  if (command.transfer == Transfer::kFetch) commands.push_back(protocol::get_file(command.remote, local));
+  if (command.transfer == Transfer::kSend)
+    commands.push_back(protocol::put_file(command.remote, local, parts_.files.length(local)));
+  if (command.deletes_remote) commands.push_back(protocol::delete_file(command.remote));
+  return protocol::commands_text(commands);
 }
 
 std::string SystemCommands::local_path(const Order& order) const {
