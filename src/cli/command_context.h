@@ -36,7 +36,7 @@ struct CommandContext {
   const jobs::JobBoard& jobs;
   const csv::ByteSources& byte_sources;
   SessionBatch& sessions;
-  const control::SessionRequestParts& requests;  // of the commands that run sessions
+  const requests::SessionRequestParts& requests;  // of the commands that run sessions
   TelnetTerminal& telnet;
 };
 

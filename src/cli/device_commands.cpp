@@ -5,14 +5,14 @@
 #include "cli/invocation.h"
 #include "cli/json_text.h"
 #include "cli/site_answers.h"
-#include "control/same_log_request.h"
-#include "control/view_request.h"
+#include "requests/same_log_request.h"
+#include "requests/view_request.h"
 
 namespace qvrcom::cli {
 namespace {
 
 SiteAnswer retrieve_same_log(CommandContext& context, const sitebook::SiteRecord& site) {
-  const control::SameLogAnswer answer = control::SameLogRequest(context.requests).run(site);
+  const requests::SameLogAnswer answer = requests::SameLogRequest(context.requests).run(site);
   const std::string file = answer.file.empty() ? "" : context.files.native(answer.file);
   SiteAnswer shown{.result = answer.result};
   shown.values = {{"file", file.empty() ? QJsonValue() : json(file)}};
@@ -21,10 +21,10 @@ SiteAnswer retrieve_same_log(CommandContext& context, const sitebook::SiteRecord
 }
 
 SiteAnswer view(CommandContext& context, const sitebook::SiteRecord& site, int partition) {
-  const control::ViewAnswer answer = control::ViewRequest(context.requests).run(site, partition);
+  const requests::ViewAnswer answer = requests::ViewRequest(context.requests).run(site, partition);
   SiteAnswer shown{.result = answer.result};
   shown.values = {{"partition", partition}, {"messages", QJsonValue()}};
-  if (answer.result != control::RequestResult::kDone) return shown;
+  if (answer.result != requests::RequestResult::kDone) return shown;
   QJsonArray messages;
   for (const std::string& message : answer.messages) {
     messages.append(json(message));

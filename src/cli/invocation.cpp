@@ -7,7 +7,7 @@
 #include "cli/arguments.h"
 #include "cli/command_context.h"
 #include "cli/commands.h"
-#include "control/job_news.h"
+#include "requests/job_news.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -48,10 +48,10 @@ namespace {
 
 // What ended while nobody waited for it is told at every start, and keeps no access code.
 void look_after_jobs(const Invocation& invocation, CommandContext& context) {
-  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
-  const control::LateResultsRequest late(context.requests, context.jobs);
+  requests::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
+  const requests::LateResultsRequest late(context.requests, context.jobs);
   const auto news =
-      control::look_after_jobs(context.jobs, upkeep, late, "\"qvrcomctl jobs process\" finishes them.");
+      requests::look_after_jobs(context.jobs, upkeep, late, "\"qvrcomctl jobs process\" finishes them.");
   if (!invocation.tells_late_results) return;
   for (const platform::Message& message : news)
     context.ui.show(message);

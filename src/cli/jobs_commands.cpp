@@ -8,7 +8,7 @@
 #include "cli/commands.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
-#include "control/job_news.h"
+#include "requests/job_news.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -116,7 +116,7 @@ void tell_problems(const std::vector<jobs::BoardProblem>& problems, Console& con
 ExitCode list(CommandContext& context, bool as_json) {
   const jobs::Board board = context.jobs.read();
   for (const jobs::UnreadList& list : board.unread)
-    context.ui.show(control::message_of(list));  // which prints no message a second time
+    context.ui.show(requests::message_of(list));  // which prints no message a second time
   const ExitCode code = board.unread.empty() ? ExitCode::kDone : ExitCode::kFailed;
   if (as_json) {
     context.console.out() << board_json(board);
@@ -129,14 +129,14 @@ ExitCode list(CommandContext& context, bool as_json) {
 
 // Without names: every job that waits for it.
 ExitCode process(CommandContext& context, const std::vector<std::string>& names) {
-  control::LateResultsRequest request(context.requests, context.jobs);
+  requests::LateResultsRequest request(context.requests, context.jobs);
   std::vector<jobs::BoardJob> jobs = request.waiting();
   if (!names.empty()) jobs = chosen_jobs(std::move(jobs), names);
   if (jobs.empty()) context.console.tell("No finished job waits to be processed.");
   std::vector<SessionStep> steps;
   for (const jobs::BoardJob& job : jobs) {
     steps.push_back({job.job, [&context, &request, job] {
-                       const control::LateResultsAnswer answer = request.process(job);
+                       const requests::LateResultsAnswer answer = request.process(job);
                        context.console.erase_status();
                        for (const std::string& file : answer.files)
                          context.console.print_path(context.files.native(file));
@@ -147,21 +147,21 @@ ExitCode process(CommandContext& context, const std::vector<std::string>& names)
 }
 
 struct RemovalText {
-  control::JobUpkeep::Removal removal;
+  requests::JobUpkeep::Removal removal;
   const char* text;  // after the job's name
 };
 
 constexpr RemovalText kRemovalTexts[] = {
-    {control::JobUpkeep::Removal::kUnknown, ": there is no such job."},
-    {control::JobUpkeep::Removal::kInUse, ": it waits or runs; \"qvrcomctl jobs stop\" ends it."},
+    {requests::JobUpkeep::Removal::kUnknown, ": there is no such job."},
+    {requests::JobUpkeep::Removal::kInUse, ": it waits or runs; \"qvrcomctl jobs stop\" ends it."},
 };
 
 ExitCode remove(CommandContext& context, const std::vector<std::string>& names) {
-  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
+  requests::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
   ExitCode code = ExitCode::kDone;
   for (const std::string& name : names) {
-    const control::JobUpkeep::Removal removal = upkeep.remove(name);
-    if (removal == control::JobUpkeep::Removal::kRemoved) {
+    const requests::JobUpkeep::Removal removal = upkeep.remove(name);
+    if (removal == requests::JobUpkeep::Removal::kRemoved) {
       context.console.print(name + ": its folder is removed.");
       continue;
     }
@@ -174,8 +174,8 @@ ExitCode remove(CommandContext& context, const std::vector<std::string>& names) 
 }
 
 ExitCode clean(CommandContext& context) {
-  control::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
-  const control::JobUpkeep::Cleaning cleaning = upkeep.clean();
+  requests::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
+  const requests::JobUpkeep::Cleaning cleaning = upkeep.clean();
   if (!cleaning.done) return ExitCode::kFailed;
   for (const std::string& job : cleaning.jobs)
     context.console.print(job + ": its folder is removed.");

@@ -8,11 +8,11 @@ ExitCode SessionBatch::run(const std::vector<SessionStep>& steps) {
   const CancelSignals cancel_signals([this] { sessions_.cancel(); });
   ExitCode code = ExitCode::kDone;
   for (const SessionStep& step : steps) {
-    const control::RequestResult result = run_one(step);
+    const requests::RequestResult result = run_one(step);
     const ExitCode one = code_of(result);
     if (one != ExitCode::kDone && steps.size() > 1 && !sessions_.cancelled())
-      console_.tell(step.name + (result == control::RequestResult::kDone ? ": done, but a part of it failed."
-                                                                         : ": not done."));
+      console_.tell(step.name + (result == requests::RequestResult::kDone ? ": done, but a part of it failed."
+                                                                          : ": not done."));
     code = worse(code, one);
     if (sessions_.scheduler_missing()) return code;
     if (sessions_.cancelled() && &step != &steps.back()) return ExitCode::kFailed;
@@ -20,18 +20,19 @@ ExitCode SessionBatch::run(const std::vector<SessionStep>& steps) {
   return code;
 }
 
-control::RequestResult SessionBatch::run_one(const SessionStep& step) {
+requests::RequestResult SessionBatch::run_one(const SessionStep& step) {
   ui_.begin_run();
-  const control::RequestResult result = step.run();
+  const requests::RequestResult result = step.run();
   console_.erase_status();
-  const bool left = result != control::RequestResult::kDone && sessions_.cancelled();
+  const bool left = result != requests::RequestResult::kDone && sessions_.cancelled();
   if (left && !sessions_.scheduler_missing()) tell_cancelled();
   return result;
 }
 
 // What was asked for may be there although tidying up behind it has failed: the job would be met again.
-ExitCode SessionBatch::code_of(control::RequestResult result) const {
-  if (result == control::RequestResult::kDone) return ui_.has_faulted() ? ExitCode::kFailed : ExitCode::kDone;
+ExitCode SessionBatch::code_of(requests::RequestResult result) const {
+  if (result == requests::RequestResult::kDone)
+    return ui_.has_faulted() ? ExitCode::kFailed : ExitCode::kDone;
   return sessions_.scheduler_missing() ? ExitCode::kMissing : ExitCode::kFailed;
 }
 

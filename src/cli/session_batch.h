@@ -8,21 +8,21 @@
 #include "cli/console_sessions.h"
 #include "cli/console_user_interface.h"
 #include "cli/exit_code.h"
-#include "control/session_request.h"
+#include "requests/session_request.h"
 
 namespace qvrcom::cli {
 
 // One communication session.
 struct SessionStep {
   std::string name;  // "Berne - 7, partition 2": what was not done
-  std::function<control::RequestResult()> run;
+  std::function<requests::RequestResult()> run;
 };
 
 // Communication sessions, one after another.
 class SessionBatch {
  public:
   SessionBatch(Console& console, ConsoleUserInterface& ui, ConsoleSessions& sessions,
-               const control::SessionRequestParts& parts)
+               const requests::SessionRequestParts& parts)
       : console_(console), ui_(ui), sessions_(sessions), parts_(parts) {}
 
   // One that fails does not stop the rest; a cancel and a scheduler that is not found do. One that brought
@@ -30,14 +30,14 @@ class SessionBatch {
   ExitCode run(const std::vector<SessionStep>& steps);
 
  private:
-  control::RequestResult run_one(const SessionStep& step);
-  ExitCode code_of(control::RequestResult result) const;
+  requests::RequestResult run_one(const SessionStep& step);
+  ExitCode code_of(requests::RequestResult result) const;
   void tell_cancelled();
 
   Console& console_;
   ConsoleUserInterface& ui_;
   ConsoleSessions& sessions_;
-  control::SessionRequestParts parts_;
+  requests::SessionRequestParts parts_;
 };
 
 }  // namespace qvrcom::cli

@@ -9,18 +9,17 @@
 #include "cli/invocation.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
-#include "control/site_list.h"
 
 namespace qvrcom::cli {
 namespace {
 
-const char* word_of(control::RequestResult result) {
+const char* word_of(requests::RequestResult result) {
   switch (result) {
-    case control::RequestResult::kDone:
+    case requests::RequestResult::kDone:
       return "done";
-    case control::RequestResult::kBusy:
+    case requests::RequestResult::kBusy:
       return "busy";
-    case control::RequestResult::kNotDone:
+    case requests::RequestResult::kNotDone:
       break;
   }
   return "failed";

@@ -34,7 +34,7 @@ struct LongText {
 // What a site answered: rows of cells for people, values for programs, lines for both. Values are there after
 // a failure, too.
 struct SiteAnswer {
-  control::RequestResult result = control::RequestResult::kNotDone;
+  requests::RequestResult result = requests::RequestResult::kNotDone;
   std::vector<std::vector<std::string>> rows = {};
   QJsonObject values = {};
   LongText lines = {};

@@ -6,9 +6,8 @@
 #include "cli/commands.h"
 #include "cli/csv_view.h"
 #include "cli/partition_list.h"
-#include "control/all_partitions_request.h"
-#include "control/site_list.h"
-#include "control/statistics_request.h"
+#include "requests/all_partitions_request.h"
+#include "requests/statistics_request.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -24,7 +23,7 @@ struct SessionOptions {
 };
 
 // Prints the native path of each file that a session leaves.
-class PrintedStatistics : public control::StatisticsDisplay {
+class PrintedStatistics : public requests::StatisticsDisplay {
  public:
   PrintedStatistics(Console& console, const platform::Files& files) : console_(console), files_(files) {}
   void ShowStatistics(const std::string& csvFile) override { console_.print_path(files_.native(csvFile)); }
@@ -34,9 +33,9 @@ class PrintedStatistics : public control::StatisticsDisplay {
   const platform::Files& files_;
 };
 
-control::RequestResult run_order(CommandContext& context, const control::StatisticsOrder& order) {
+requests::RequestResult run_order(CommandContext& context, const requests::StatisticsOrder& order) {
   PrintedStatistics printed(context.console, context.files);
-  return control::StatisticsRequest(context.requests, printed)
+  return requests::StatisticsRequest(context.requests, printed)
       .run(sitebook::session_text(order.site, &sitebook::SiteRecord::card_type), order);
 }
 
@@ -45,7 +44,7 @@ ExitCode run_sessions(CommandContext& context, const SessionOptions& options, co
   const std::vector<int> partitions = parse_partitions(options.partitions).value();
   for (const sitebook::SiteRecord& site : context.sites.find(options.sites)) {
     for (const int partition : partitions) {
-      const control::StatisticsOrder order{site, partition, operation};
+      const requests::StatisticsOrder order{site, partition, operation};
       steps.push_back({sitebook::title_of(site) + ", partition " + std::to_string(partition),
                        [&context, order] { return run_order(context, order); }});
     }
@@ -53,9 +52,9 @@ ExitCode run_sessions(CommandContext& context, const SessionOptions& options, co
   return context.sessions.run(steps);
 }
 
-control::RequestResult run_all_partitions(CommandContext& context, const sitebook::SiteRecord& site,
-                                          bool force) {
-  const auto answer = control::AllPartitionsRequest(context.requests).run(site, force);
+requests::RequestResult run_all_partitions(CommandContext& context, const sitebook::SiteRecord& site,
+                                           bool force) {
+  const auto answer = requests::AllPartitionsRequest(context.requests).run(site, force);
   context.console.erase_status();
   for (const base::PartitionFile& each : answer.files)
     context.console.print_path(context.files.native(each.file));

@@ -7,16 +7,16 @@
 #include "cli/invocation.h"
 #include "cli/json_text.h"
 #include "cli/site_answers.h"
-#include "control/system_request.h"
 #include "devicefiles/device_epoch.h"
+#include "requests/system_request.h"
 
 namespace qvrcom::cli {
 namespace {
 
 namespace operation = session::operation;
-using control::RequestResult;
-using control::SystemAnswer;
-using control::SystemOrder;
+using requests::RequestResult;
+using requests::SystemAnswer;
+using requests::SystemOrder;
 
 struct SystemOptions : SiteOptions {
   bool reset = false;
@@ -32,7 +32,7 @@ using Run = SiteAnswer (*)(CommandContext&, const sitebook::SiteRecord&, const S
 
 // Runs the order and tells what the answer lacks.
 SystemAnswer run_order(CommandContext& context, const SystemOrder& order) {
-  SystemAnswer answer = control::SystemRequest(context.requests).run(order);
+  SystemAnswer answer = requests::SystemRequest(context.requests).run(order);
   if (!answer.shortfall.empty()) context.console.tell(answer.shortfall);
   return answer;
 }
@@ -63,7 +63,7 @@ SiteAnswer log(CommandContext& context, const sitebook::SiteRecord& site, const 
   shown.lines = {.key = "log", .text = std::move(answer.log), .for_people = !saved};
   // A log that nobody could read may be the only one there is.
   if (!saved) {
-    shown.written = [&context](bool whole) { control::SystemRequest(context.requests).end_log(whole); };
+    shown.written = [&context](bool whole) { requests::SystemRequest(context.requests).end_log(whole); };
   }
   return shown;
 }
@@ -78,7 +78,7 @@ SiteAnswer read_clock(CommandContext& context, const sitebook::SiteRecord& site)
   if (is_done(answer))
     shown.rows = {{"Device clock", base::clock_text(answer.clock)},
                   {"PC clock", base::clock_text(pc)},
-                  {"Difference", control::clock_difference(answer.clock, pc)}};
+                  {"Difference", requests::clock_difference(answer.clock, pc)}};
   return shown;
 }
 

@@ -2,8 +2,7 @@
 
 #include "cli/command_context.h"
 #include "cli/commands.h"
-#include "control/site_list.h"
-#include "control/system_request.h"
+#include "requests/system_request.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -29,10 +28,10 @@ class TelnetScreen : public session::SessionScreen {
 
 ExitCode telnet(CommandContext& context, const std::string& key) {
   const sitebook::SiteRecord site = context.sites.find({key}).front();
-  const control::SessionRequestParts& parts = context.requests;
+  const requests::SessionRequestParts& parts = context.requests;
   TelnetScreen screen(parts.screen, context.telnet, parts.rules.session.job);
-  control::SystemRequest request({parts.rules, parts.database, parts.gate, screen, parts.link, parts.sites});
-  const control::SystemOrder order{.site = site, .operation = session::operation::kTelnetSession};
+  requests::SystemRequest request({parts.rules, parts.database, parts.gate, screen, parts.link, parts.sites});
+  const requests::SystemOrder order{.site = site, .operation = session::operation::kTelnetSession};
   return context.sessions.run({{sitebook::title_of(site), [&] { return request.run(order).result; }}});
 }
 

@@ -152,8 +152,8 @@ bool StatisticsControl::retrieve() {
   // The hidden lists are one row behind the site list: this is the card type of the site that is listed
   // after the selected one, and of none after the last.
   const std::string card_type = sites_.card_type(selected);
-  const StatisticsOrder order{.site = sites_.row(selected - 1), .partition = selected_partition()};
-  return request_.run(card_type, order) != RequestResult::kBusy;
+  const requests::StatisticsOrder order{.site = sites_.row(selected - 1), .partition = selected_partition()};
+  return request_.run(card_type, order) != requests::RequestResult::kBusy;
 }
 
 std::int32_t StatisticsControl::selected_partition() const {

@@ -6,14 +6,14 @@
 #include "control/control_view.h"
 #include "control/list_entry.h"
 #include "control/site_list.h"
-#include "control/statistics_request.h"
 #include "control/statistics_viewer.h"
 #include "platform/trap.h"
+#include "requests/statistics_request.h"
 
 namespace qvrcom::control {
 
 struct StatisticsControlParts {
-  StatisticsRequestParts request;
+  requests::StatisticsRequestParts request;
   ControlView& view;
   ControlEvents& events;
   StatisticsViewer& viewer;
@@ -22,7 +22,7 @@ struct StatisticsControlParts {
 
 // ucStatisticsMain without its window. The view tells it what the user chose (select_site, select_partition,
 // set_filename) and calls the handlers. Every handler is trapped.
-class StatisticsControl : public StatisticsDisplay {
+class StatisticsControl : public requests::StatisticsDisplay {
  public:
   explicit StatisticsControl(const StatisticsControlParts& parts);
 
@@ -65,7 +65,7 @@ class StatisticsControl : public StatisticsDisplay {
 
   StatisticsControlParts parts_;
   platform::Trap trap_;
-  StatisticsRequest request_;
+  requests::StatisticsRequest request_;
   ControlState state_;
   SiteList sites_;          // cmbSelectSite and the hidden lists
   ListEntries partitions_;  // cmbSelectPartition

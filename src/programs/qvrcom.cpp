@@ -8,8 +8,8 @@
 
 #include "base/fault.h"
 #include "cli/arguments.h"
-#include "control/job_news.h"
 #include "programs/statistics_windows.h"
+#include "requests/job_news.h"
 #include "ui/attempt.h"
 #include "ui/device_page.h"
 #include "ui/first_start.h"
@@ -71,7 +71,7 @@ int write_picture(const Arguments& given) {
 }
 
 // Says where the files are that came of a finished job.
-void tell_processed(const control::LateResultsAnswer& answer, programs::Suite& suite) {
+void tell_processed(const requests::LateResultsAnswer& answer, programs::Suite& suite) {
   std::string files;
   for (const std::string& file : answer.files)
     files += (files.empty() ? "" : "\n") + suite.files.native(file);
@@ -95,9 +95,9 @@ int run_desktop() {
   window.add_page(QStringLiteral("Stat&istics"), statistics);
   auto* sites = new ui::SitesPage({suite.sites, boxes, suite.files, windows.chooser()});
   window.add_page(QStringLiteral("Si&tes"), sites);
-  const control::SessionRequestParts request = windows.parts().request;
-  control::LateResultsRequest late(request, suite.jobs);
-  control::JobUpkeep upkeep(request, suite.jobs, suite.machine, suite.scheduler);
+  const requests::SessionRequestParts request = windows.parts().request;
+  requests::LateResultsRequest late(request, suite.jobs);
+  requests::JobUpkeep upkeep(request, suite.jobs, suite.machine, suite.scheduler);
   window.add_page(
       QStringLiteral("&Jobs"),
       new ui::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs, suite.files,
@@ -124,7 +124,7 @@ int run_desktop() {
   window.show();
   QTimer::singleShot(0, &window, [&] {
     const std::string advice = "\"Process\" on the page \"Jobs\" takes over what they have fetched.";
-    for (const platform::Message& message : control::look_after_jobs(suite.jobs, upkeep, late, advice))
+    for (const platform::Message& message : requests::look_after_jobs(suite.jobs, upkeep, late, advice))
       boxes.show(message);
   });
   return QApplication::exec();

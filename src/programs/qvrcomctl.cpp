@@ -8,8 +8,8 @@
 #include "base/fault.h"
 #include "cli/command_context.h"
 #include "cli/invocation.h"
-#include "control/session_progress.h"
 #include "programs/suite.h"
+#include "requests/session_progress.h"
 #include "session/session_run.h"
 
 namespace {
@@ -29,14 +29,14 @@ cli::ExitCode run(const cli::Invocation& invocation, cli::Console& console) {
   programs::Suite suite(ui, wait, kEditSite);
   suite.report_plugin_problems();
   session::SessionRun screen(suite.session_parts(), sessions);
-  const control::SessionRequestParts requests = suite.request_parts(screen);
+  const requests::SessionRequestParts requests = suite.request_parts(screen);
   cli::SessionBatch batch(console, ui, sessions, requests);
   adapters::TerminalLocal terminal(suite.layout.run_folder, suite.layout.runtime_folder);
   cli::TelnetTerminal telnet(console, terminal, STDIN_FILENO);
   const auto status = [&] { return suite.scheduler.status().status; };
   sessions.watch(
-      {[&] { return control::progress_line(control::progress_of(status(), suite.session.job.Name)); },
-       [&] { return control::running_line(status()); }});
+      {[&] { return requests::progress_line(requests::progress_of(status(), suite.session.job.Name)); },
+       [&] { return requests::running_line(status()); }});
   environment::SetUp set_up = suite.set_up();
   const adapters::ByteSourcesPosix byte_sources;
   cli::CommandContext context{console,

@@ -5,7 +5,7 @@
 #include "components/database_components.h"
 #include "components/image_components.h"
 #include "components/statistics_component.h"
-#include "control/session_progress.h"
+#include "requests/session_progress.h"
 
 namespace qvrcom::programs {
 
@@ -22,7 +22,7 @@ Suite::Suite(platform::UserInterface& user, session::SessionGate::WhenBusy when_
       jobs(scheduler_files),
       link({session, ui, clock, files, programs, channel, folders}),
       gate(session_lock, ui, std::move(when_busy),
-           [this] { return control::running_line(scheduler.status().status); }) {
+           [this] { return requests::running_line(scheduler.status().status); }) {
   components::add_database_components(components, connection);
   components::add_image_components(components, connection, files);
   components::add_statistics_component(components, {connection, dbase, folders, files, ui});

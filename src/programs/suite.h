@@ -8,12 +8,12 @@
 #include "adapters/scheduler_control_local.h"
 #include "adapters/xml_rows_qt.h"
 #include "components/component_registry.h"
-#include "control/statistics_request.h"
 #include "environment/command_set.h"
 #include "environment/database_connection.h"
 #include "environment/set_up.h"
 #include "jobs/job_board.h"
 #include "programs/host.h"
+#include "requests/statistics_request.h"
 #include "scheduler/session_reason.h"
 #include "session/frm_response.h"
 #include "session/scheduler_link.h"
@@ -40,7 +40,7 @@ class Suite : public Host {
   environment::MachineFolders proposed_folders() const;
 
   session::SessionParts session_parts() { return {rules_parts(), link, channel, scheduler}; }
-  control::StatisticsRequestParts request_parts(session::SessionScreen& screen) {
+  requests::StatisticsRequestParts request_parts(session::SessionScreen& screen) {
     return {rules_parts(), database, gate, screen, link, sites};
   }
 

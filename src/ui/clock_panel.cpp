@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <QTimer>
 
-#include "control/system_request.h"
+#include "requests/system_request.h"
 #include "ui/elements.h"
 
 namespace qvrcom::ui {
@@ -77,7 +77,7 @@ void ClockPanel::lay_out() {
 void ClockPanel::show_device(base::LocalTime moment, base::LocalTime arrived) {
   show_value(*lblDeviceClock_, kDeviceClock, moment_text(moment));
   lblDifference_->setText(QStringLiteral("Read at %1. ").arg(moment_text(arrived)) +
-                          qt_text(control::clock_difference(moment, arrived)));
+                          qt_text(requests::clock_difference(moment, arrived)));
   show_pc();
 }
 

@@ -8,8 +8,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "control/all_partitions_request.h"
 #include "environment/names.h"
+#include "requests/all_partitions_request.h"
 #include "siterules/firmware_rules.h"
 #include "ui/attempt.h"
 #include "ui/clock_panel.h"
@@ -22,7 +22,7 @@ namespace qvrcom::ui {
 namespace {
 
 namespace operation = session::operation;
-using control::RequestResult;
+using requests::RequestResult;
 
 constexpr const char* kTextFiles = "Text Files (*.txt)|*.txt";
 
@@ -151,16 +151,16 @@ void DevicePage::site_changed() {
   show_answer("", {}, {}, "");
 }
 
-control::SystemAnswer DevicePage::command(const char* operation, control::SystemOrder order) {
+requests::SystemAnswer DevicePage::command(const char* operation, requests::SystemOrder order) {
   order.site = picker_->row();
   order.operation = operation;
-  const control::SystemAnswer answer = control::SystemRequest(parts_.request).run(order);
+  const requests::SystemAnswer answer = requests::SystemRequest(parts_.request).run(order);
   lblState_->setText(outcome_line(operation, answer));
   return answer;
 }
 
 void DevicePage::read_clock() {
-  const control::SystemAnswer answer = command(operation::kGetDateAndTime);
+  const requests::SystemAnswer answer = command(operation::kGetDateAndTime);
   if (answer.result == RequestResult::kDone) return clock_->show_device(answer.clock, answer.arrived);
   if (answer.record.empty()) return;
   clock_->forget_device();
@@ -171,14 +171,14 @@ void DevicePage::set_clock() {
   if (!agreed(parts_.request.rules.ui, "Set the clock of " + picker_->title() + " to the PC's date and time?",
               "Set Clock"))
     return;
-  control::SystemOrder order;
+  requests::SystemOrder order;
   order.clock = parts_.request.rules.clock.now();
   command(operation::kSetDateAndTime, order);
   clock_->forget_device();  // what was read is no longer true
 }
 
 void DevicePage::get_information() {
-  const control::SystemAnswer answer = command(operation::kGetSystemInformation);
+  const requests::SystemAnswer answer = command(operation::kGetSystemInformation);
   if (answer.record.empty()) return;
   const bool known = answer.result == RequestResult::kDone;
   const QString text = known ? information_text(answer.information) : unread_text(answer.record);
@@ -187,16 +187,16 @@ void DevicePage::get_information() {
 
 void DevicePage::get_partition() {
   const int partition = picker_->partition();
-  control::SystemOrder order;
+  requests::SystemOrder order;
   order.partition = std::to_string(partition);
-  const control::SystemAnswer answer = command(operation::kRetrieveMessageIndex, order);
+  const requests::SystemAnswer answer = command(operation::kRetrieveMessageIndex, order);
   if (answer.result != RequestResult::kDone) return;
   show_text(operation::kRetrieveMessageIndex, partition_text(partition, answer.partition_times),
             "partition.txt");
 }
 
 void DevicePage::get_log() {
-  const control::SystemAnswer answer = command(operation::kGetLog);
+  const requests::SystemAnswer answer = command(operation::kGetLog);
   if (answer.result == RequestResult::kDone) show_log(operation::kGetLog, answer.log);
 }
 
@@ -204,9 +204,9 @@ void DevicePage::get_log() {
 void DevicePage::get_and_reset_log() {
   const auto path = parts_.chooser.save_file(kTextFiles, "log.txt");
   if (!path) return;
-  control::SystemOrder order;
+  requests::SystemOrder order;
   order.save_log_as = parts_.request.rules.files.from_native(*path);
-  const control::SystemAnswer answer = command(operation::kGetAndResetLog, order);
+  const requests::SystemAnswer answer = command(operation::kGetAndResetLog, order);
   const bool done = answer.result == RequestResult::kDone;
   if (done || !answer.log.empty()) show_log(operation::kGetAndResetLog, answer.log);
   if (done) lblState_->setText(lblState_->text() + QStringLiteral(". Saved in ") + qt_text(*path));
@@ -230,7 +230,7 @@ void DevicePage::send(const Sending& what) {
   const auto path =
       parts_.chooser.open_file({.filter = what.filter, .flags = control::FileChoice::kFileMustExist});
   if (!path) return;
-  control::SystemOrder order;
+  requests::SystemOrder order;
   order.file = parts_.request.rules.files.from_native(*path);
   std::uint64_t length = 0;
   const std::string refused = std::string("The ") + what.what + " cannot be sent.";
@@ -251,7 +251,7 @@ void DevicePage::reset_all_partitions() {
                   " and reset them on the device?",
               "Retrieve and Reset", "The device starts its counters anew."))
     return;
-  const auto answer = control::AllPartitionsRequest(parts_.request).run(picker_->row());
+  const auto answer = requests::AllPartitionsRequest(parts_.request).run(picker_->row());
   lblState_->setText(outcome_line(operation::kRetrieveResetAllStatistics, answer.result, {}));
   if (answer.files.empty()) return;
   std::vector<base::PartitionFile> files = answer.files;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "control/system_request.h"
+#include "requests/system_request.h"
 #include "sitebook/site_book.h"
 #include "ui/file_chooser.h"
 
@@ -18,7 +18,7 @@ class ClockPanel;
 class SitePicker;
 
 struct DevicePageParts {
-  control::SessionRequestParts request;
+  requests::SessionRequestParts request;
   sitebook::SiteBook& sites;
   FileChooserQt& chooser;
 };
@@ -42,7 +42,7 @@ class DevicePage : public QWidget {
   QString all_partitions_obstacle() const;
   void show_all_partitions(bool usable);
 
-  control::SystemAnswer command(const char* operation, control::SystemOrder order = {});
+  requests::SystemAnswer command(const char* operation, requests::SystemOrder order = {});
   void read_clock();
   void set_clock();
   void get_information();

@@ -88,20 +88,21 @@ QString unread_text(const std::string& bytes) {
   return lines.join(QLatin1Char('\n'));
 }
 
-QString outcome_line(const std::string& operation, const control::SystemAnswer& answer) {
+QString outcome_line(const std::string& operation, const requests::SystemAnswer& answer) {
   QString text = outcome_line(operation, answer.result, answer.status);
   if (!answer.shortfall.empty()) text += QLatin1String(". ") + qt_text(answer.shortfall);
   return text;
 }
 
-QString outcome_line(const std::string& operation, control::RequestResult result, const std::string& status) {
+QString outcome_line(const std::string& operation, requests::RequestResult result,
+                     const std::string& status) {
   const QString name = qt_text(operation).trimmed() + QLatin1String(": ");
   switch (result) {
-    case control::RequestResult::kDone:
+    case requests::RequestResult::kDone:
       return name + QStringLiteral("Completed");
-    case control::RequestResult::kBusy:
+    case requests::RequestResult::kBusy:
       return name + QStringLiteral("not done, another program has the session");
-    case control::RequestResult::kNotDone:
+    case requests::RequestResult::kNotDone:
       break;
   }
   if (status == "Completed") return name + QStringLiteral("no result");

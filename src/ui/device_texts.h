@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "base/session_values.h"
-#include "control/system_request.h"
 #include "devicefiles/system_information.h"
+#include "requests/system_request.h"
 
 // What a device answers, as the desktop writes it: lines, no line end behind the last.
 namespace qvrcom::ui {
@@ -20,9 +20,9 @@ QString files_text(const std::vector<base::PartitionFile>& files);
 QString unread_text(const std::string& bytes);
 
 // "Get Log File: Completed", or how else it ended.
-QString outcome_line(const std::string& operation, const control::SystemAnswer& answer);
+QString outcome_line(const std::string& operation, const requests::SystemAnswer& answer);
 
 // "Get Log File: not done (Error)"
-QString outcome_line(const std::string& operation, control::RequestResult result, const std::string& status);
+QString outcome_line(const std::string& operation, requests::RequestResult result, const std::string& status);
 
 }  // namespace qvrcom::ui

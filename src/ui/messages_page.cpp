@@ -30,7 +30,7 @@ QString count_of(std::size_t messages, int partition) {
 
 }  // namespace
 
-MessagesPage::MessagesPage(const control::SessionRequestParts& request, sitebook::SiteBook& sites,
+MessagesPage::MessagesPage(const requests::SessionRequestParts& request, sitebook::SiteBook& sites,
                            QWidget* parent)
     : QWidget(parent),
       request_(request),
@@ -76,12 +76,12 @@ void MessagesPage::site_changed() {
 
 void MessagesPage::view() {
   const int partition = picker_->partition();
-  const control::ViewAnswer answer = control::ViewRequest(request_).run(picker_->row(), partition);
+  const requests::ViewAnswer answer = requests::ViewRequest(request_).run(picker_->row(), partition);
   std::vector<QVariantList> rows;
   for (const std::string& message : answer.messages)
     rows.push_back({partition, number_of(message)});
   model_->show(std::move(rows));
-  lblState_->setText(answer.result == control::RequestResult::kDone
+  lblState_->setText(answer.result == requests::RequestResult::kDone
                          ? count_of(answer.messages.size(), partition)
                          : outcome_line(session::operation::kViewDevice, answer.result, {}));
 }

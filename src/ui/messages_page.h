@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "control/view_request.h"
+#include "requests/view_request.h"
 #include "sitebook/site_book.h"
 
 class QLabel;
@@ -18,7 +18,7 @@ class ValueTableModel;
 // The messages that a device has in one partition.
 class MessagesPage : public QWidget {
  public:
-  MessagesPage(const control::SessionRequestParts& request, sitebook::SiteBook& sites,
+  MessagesPage(const requests::SessionRequestParts& request, sitebook::SiteBook& sites,
                QWidget* parent = nullptr);
 
   void reload_sites();
@@ -28,7 +28,7 @@ class MessagesPage : public QWidget {
   void view();
   void site_changed();
 
-  control::SessionRequestParts request_;
+  requests::SessionRequestParts request_;
   SitePicker* picker_;
   ValueTableModel* model_;
   ValueSort* sorted_;

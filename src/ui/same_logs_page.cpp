@@ -101,9 +101,9 @@ void SameLogsPage::showEvent(QShowEvent* event) {
 }
 
 void SameLogsPage::retrieve() {
-  const control::SameLogAnswer answer = control::SameLogRequest(parts_.request).run(picker_->row());
+  const requests::SameLogAnswer answer = requests::SameLogRequest(parts_.request).run(picker_->row());
   refresh();
-  if (answer.result == control::RequestResult::kDone) return select(answer.file);
+  if (answer.result == requests::RequestResult::kDone) return select(answer.file);
   lblState_->setText(outcome_line(session::operation::kRetrieveSameLog, answer.result, {}));
 }
 

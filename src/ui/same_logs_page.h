@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "control/same_log_request.h"
+#include "requests/same_log_request.h"
 #include "sitebook/site_book.h"
 #include "ui/same_logs.h"
 
@@ -19,7 +19,7 @@ class ValueSort;
 class ValueTableModel;
 
 struct SameLogsPageParts {
-  control::SessionRequestParts request;
+  requests::SessionRequestParts request;
   sitebook::SiteBook& sites;
   const platform::Files& files;
   const environment::FilesAndFolders& folders;

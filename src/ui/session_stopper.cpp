@@ -38,8 +38,8 @@ void SessionStopper::show_modal() {
   screen_.show_modal();
   if (!session_.run.CancelRequested) return;
   const std::string job = session_.job.Name;
-  std::optional<control::SessionProgress> progress;
-  fault_of([&] { progress = control::progress_of(scheduler_.status().status, job); });
+  std::optional<requests::SessionProgress> progress;
+  fault_of([&] { progress = requests::progress_of(scheduler_.status().status, job); });
   if (!progress || !progress->waits_for.empty()) return;
   const bool stop =
       agreed(ui_, "The session is still running in JobPilot. Stop it, too?", "Stop Session",

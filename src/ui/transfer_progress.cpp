@@ -23,7 +23,7 @@ constexpr int kLines = 2;  // of the text of a session that waits
 
 }  // namespace
 
-QString progress_text(const control::SessionProgress& progress) {
+QString progress_text(const requests::SessionProgress& progress) {
   QString text = qt_text(progress.step);
   if (progress.bytes_done > 0) {
     if (!text.isEmpty()) text += QStringLiteral(": ");
@@ -40,7 +40,7 @@ QString progress_text(const control::SessionProgress& progress) {
 TransferSource transfer_source(platform::SchedulerControl& scheduler, const base::JobValues& job,
                                const jobs::SchedulerFiles& files) {
   return [&, asked = std::string(), told = std::string()]() mutable {
-    auto progress = control::progress_of(scheduler.status().status, job.Name);
+    auto progress = requests::progress_of(scheduler.status().status, job.Name);
     if (!progress || progress->waits_for.empty() || !progress->description.empty()) return progress;
     if (asked != progress->waits_for) {
       asked = progress->waits_for;
@@ -85,13 +85,13 @@ void TransferProgress::set_running(bool running) {
 void TransferProgress::look_and_plan() {
   QElapsedTimer taken;
   taken.start();
-  std::optional<control::SessionProgress> progress;
+  std::optional<requests::SessionProgress> progress;
   fault_of([&] { progress = source_(); });  // what cannot be asked is not shown
   show_progress(progress);
   timer_->start(std::max(kRest, kRestPerLook * static_cast<int>(taken.elapsed())));
 }
 
-void TransferProgress::show_progress(const std::optional<control::SessionProgress>& progress) {
+void TransferProgress::show_progress(const std::optional<requests::SessionProgress>& progress) {
   lblTransfer_->setText(progress ? progress_text(*progress) : QString());
   const bool measured = progress && progress->bytes_done > 0 && progress->bytes_hinted > 0;
   barTransfer_->setVisible(measured);

@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "base/session_values.h"
-#include "control/session_progress.h"
 #include "jobs/scheduler_files.h"
+#include "requests/session_progress.h"
 
 class QLabel;
 class QProgressBar;
@@ -15,10 +15,10 @@ class QTimer;
 namespace qvrcom::ui {
 
 // Asked again and again; nothing while the job does not run or wait, or with a scheduler that does not tell.
-using TransferSource = std::function<std::optional<control::SessionProgress>()>;
+using TransferSource = std::function<std::optional<requests::SessionProgress>()>;
 
 // "Fetching log: 512 bytes of about 20,000 bytes", and what a job that has to wait is waiting for.
-QString progress_text(const control::SessionProgress& progress);
+QString progress_text(const requests::SessionProgress& progress);
 
 // What the scheduler tells about the session's job; of a job that stands in no list its script tells what it
 // is. All three have to outlive the source.
@@ -34,7 +34,7 @@ class TransferProgress : public QWidget {
 
  private:
   void look_and_plan();
-  void show_progress(const std::optional<control::SessionProgress>& progress);
+  void show_progress(const std::optional<requests::SessionProgress>& progress);
 
   TransferSource source_;
   QLabel* lblTransfer_;

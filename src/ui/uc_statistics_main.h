@@ -17,7 +17,7 @@ namespace qvrcom::ui {
 
 // What a host hands to the control: all of it outlives the control.
 struct StatisticsMainParts {
-  control::StatisticsRequestParts request;
+  requests::StatisticsRequestParts request;
   control::StatisticsViewer& viewer;
   control::FileChooser& chooser;
 };

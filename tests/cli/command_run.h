@@ -122,7 +122,7 @@ class CommandRun {
     programs::Suite suite(ui);
     screen.suite = &suite;
     ConsoleSessions sessions(console, ui, suite.clock);
-    const control::SessionRequestParts requests = suite.request_parts(screen);
+    const requests::SessionRequestParts requests = suite.request_parts(screen);
     SessionBatch batch(console, ui, sessions, requests);
     FakeTerminal terminal;
     TelnetTerminal telnet(console, terminal, -1);

@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include "cli/command_run.h"
-#include "control/session_progress.h"
+#include "requests/session_progress.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -88,18 +88,18 @@ TEST(TransferText, SpeaksOfTheJobAtHandAlone) {
   status.running_job = "J";
   status.step = "Storing firmware";
   status.bytes_done = 512;
-  EXPECT_EQ(control::progress_line(control::progress_of(status, "J")), "Storing firmware, 512 bytes");
+  EXPECT_EQ(requests::progress_line(requests::progress_of(status, "J")), "Storing firmware, 512 bytes");
   status.bytes_hinted = 2048;
-  EXPECT_EQ(control::progress_line(control::progress_of(status, "J")),
+  EXPECT_EQ(requests::progress_line(requests::progress_of(status, "J")),
             "Storing firmware, 512 of about 2048 bytes");
   status.bytes_hinted = 1;
-  EXPECT_EQ(control::progress_line(control::progress_of(status, "J")), "Storing firmware, 512 bytes");
-  EXPECT_EQ(control::progress_line(control::progress_of(status, "other")), "");
+  EXPECT_EQ(requests::progress_line(requests::progress_of(status, "J")), "Storing firmware, 512 bytes");
+  EXPECT_EQ(requests::progress_line(requests::progress_of(status, "other")), "");
   status.jobs = {{"done", "", protocol::JobState::kFinished}, {"other", "", protocol::JobState::kWaiting}};
-  EXPECT_EQ(control::progress_line(control::progress_of(status, "other")),
+  EXPECT_EQ(requests::progress_line(requests::progress_of(status, "other")),
             "waits for J, Storing firmware, 512 bytes");
-  EXPECT_EQ(control::progress_line(control::progress_of(status, "done")), "");
-  EXPECT_EQ(control::progress_line(control::progress_of({}, "J")), "");
+  EXPECT_EQ(requests::progress_line(requests::progress_of(status, "done")), "");
+  EXPECT_EQ(requests::progress_line(requests::progress_of({}, "J")), "");
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "control/memory_lock.h"
+#include "doubles/memory_lock.h"
 #include "session/memory_suite.h"
 
 namespace qvrcom::control {
@@ -55,7 +55,7 @@ struct ControlTest : ::testing::Test, ControlView, ControlEvents, StatisticsView
 
   session::MemorySuite suite;
   session::Shown shown;
-  MemoryLock lock;
+  doubles::MemoryLock lock;
   std::vector<Fields> sites;
   base::Field firmware = "6.62";
   std::optional<std::string> chosen;

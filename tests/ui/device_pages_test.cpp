@@ -85,7 +85,7 @@ struct DevicePages : ::testing::Test {
   std::vector<platform::Message>& boxes() { return windows.suite.ui.messages; }
 
   MemoryWindows windows{{"USA_Office"}};
-  control::SessionRequestParts request = windows.parts().request;
+  requests::SessionRequestParts request = windows.parts().request;
   environment::DatabaseConnection connection{windows.suite.engine, windows.suite.folders};
   sitebook::SiteBook sites{connection};
   GivenPaths chooser;

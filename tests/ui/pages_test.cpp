@@ -335,13 +335,13 @@ TEST_F(PagesTest, NamesEveryElementAndTakesItsColoursFromThePalette) {
   main.add_page("Stat&istics", new StatisticsPage(control.parts()));
   main.add_page("Si&tes", new SitesPage({sites, ui, files, chooser}));
   main.add_page("&Jobs", new JobsPage(jobs_parts()));
-  const control::SessionRequestParts request = control.parts().request;
+  const requests::SessionRequestParts request = control.parts().request;
   main.add_page("&Device", new DevicePage({request, sites, chooser}));
   main.add_page("SAME Lo&gs", new SameLogsPage({request, sites, files, folders}));
   main.add_page("&Messages", new MessagesPage(request, sites));
   SiteDialog site(
       "Edit Site", {}, [](const auto&) { return std::vector<sitebook::SiteProblem>(); }, nullptr);
-  ResponseDialog response({}, nullptr, [] { return control::SessionProgress{{}, {}, "Sending", 1, 2}; });
+  ResponseDialog response({}, nullptr, [] { return requests::SessionProgress{{}, {}, "Sending", 1, 2}; });
   TextWindow text("Log", "line", nullptr);
   const auto check = [](QWidget& window) {
     QStringList mnemonics;

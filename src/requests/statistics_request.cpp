@@ -1,8 +1,8 @@
-#include "control/statistics_request.h"
+#include "requests/statistics_request.h"
 
 #include "platform/trap.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 StatisticsRequest::StatisticsRequest(const SessionRequestParts& parts, StatisticsDisplay& display)
     : parts_(parts), request_(parts), display_(display), trap_(parts.rules.ui, platform::kControlTrap) {}
@@ -34,4 +34,4 @@ RequestResult StatisticsRequest::result_of(const StatisticsOrder& order) const {
   return done ? RequestResult::kDone : RequestResult::kNotDone;
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

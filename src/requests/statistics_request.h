@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <string>
 
-#include "control/session_request.h"
-#include "control/site_list.h"
 #include "platform/trap.h"
+#include "requests/session_request.h"
 #include "session/operations.h"
+#include "sitebook/site_record.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 // One statistics job that somebody asks for.
 struct StatisticsOrder {
@@ -48,4 +48,4 @@ class StatisticsRequest {
   platform::Trap trap_;
 };
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

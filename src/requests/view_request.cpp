@@ -1,6 +1,6 @@
-#include "control/view_request.h"
+#include "requests/view_request.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 // A list that was read ends with a spare element; one that was not is empty.
 ViewAnswer ViewRequest::run(const sitebook::SiteRecord& site, std::int32_t partition) {
@@ -20,4 +20,4 @@ ViewAnswer ViewRequest::run(const sitebook::SiteRecord& site, std::int32_t parti
   return answer;
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

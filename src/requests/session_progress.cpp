@@ -1,8 +1,8 @@
-#include "control/session_progress.h"
+#include "requests/session_progress.h"
 
 #include <algorithm>
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 namespace {
 
 const protocol::ScheduledJob* find_job(const protocol::SchedulerStatus& status, const std::string& name) {
@@ -42,4 +42,4 @@ std::string running_line(const std::optional<protocol::SchedulerStatus>& status)
   return status ? progress_line(progress_of(status, status->running_job)) : std::string();
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "control/session_request.h"
 #include "platform/trap.h"
+#include "requests/session_request.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 struct ViewAnswer {
   RequestResult result = RequestResult::kNotDone;
@@ -28,4 +28,4 @@ class ViewRequest {
   platform::Trap trap_;
 };
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -1,6 +1,6 @@
-#include "control/same_log_request.h"
+#include "requests/same_log_request.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 SameLogAnswer SameLogRequest::run(const sitebook::SiteRecord& site) {
   SameLogAnswer answer;
@@ -16,4 +16,4 @@ SameLogAnswer SameLogRequest::run(const sitebook::SiteRecord& site) {
   return answer;
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

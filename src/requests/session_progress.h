@@ -6,7 +6,7 @@
 
 #include "platform/scheduler_control.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 // What the scheduler does for a session's job, or for the job that it waits for.
 struct SessionProgress {
@@ -28,4 +28,4 @@ std::string progress_line(const std::optional<SessionProgress>& progress);
 // The same of the session that runs, whoever ordered it.
 std::string running_line(const std::optional<protocol::SchedulerStatus>& status);
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

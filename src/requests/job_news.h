@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "control/job_upkeep.h"
-#include "control/late_results_request.h"
 #include "jobs/job_board.h"
 #include "platform/message.h"
+#include "requests/job_upkeep.h"
+#include "requests/late_results_request.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 platform::Message message_of(const jobs::UnreadList& list);
 
@@ -18,4 +18,4 @@ platform::Message message_of(const jobs::UnreadList& list);
 std::vector<platform::Message> look_after_jobs(const jobs::JobBoard& board, JobUpkeep& upkeep,
                                                const LateResultsRequest& late, const std::string& advice);
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

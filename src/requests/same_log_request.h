@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "control/session_request.h"
 #include "platform/trap.h"
+#include "requests/session_request.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 struct SameLogAnswer {
   RequestResult result = RequestResult::kNotDone;
@@ -26,4 +26,4 @@ class SameLogRequest {
   platform::Trap trap_;
 };
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "base/session_values.h"
-#include "control/session_request.h"
 #include "platform/trap.h"
+#include "requests/session_request.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 struct AllPartitionsAnswer {
   // kDone when there are files and no partition that arrived failed to become one.
@@ -32,4 +32,4 @@ class AllPartitionsRequest {
   platform::Trap trap_;
 };
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

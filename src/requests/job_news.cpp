@@ -1,8 +1,8 @@
-#include "control/job_news.h"
+#include "requests/job_news.h"
 
 #include "base/fault.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 namespace {
 
 platform::Message news(const std::string& text, const std::string& detail, platform::Icon icon) {
@@ -34,4 +34,4 @@ std::vector<platform::Message> look_after_jobs(const jobs::JobBoard& board, JobU
   return told;
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -12,7 +12,7 @@
 #include "session/session_screen.h"
 #include "sitebook/site_book.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 enum class RequestResult {
   kNotDone,  // refused, failed or cancelled; a message has said which
@@ -68,4 +68,4 @@ class SessionRequest {
   SessionRequestParts parts_;
 };
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -1,4 +1,4 @@
-#include "control/late_results_request.h"
+#include "requests/late_results_request.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include "protocol/job_lists.h"
 #include "protocol/job_name.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 namespace {
 
 namespace operation = session::operation;
@@ -120,4 +120,4 @@ std::string LateResultsRequest::notice(const jobs::Board& board) const {
          names + ".";
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -1,4 +1,4 @@
-#include "control/session_request.h"
+#include "requests/session_request.h"
 
 #include <utility>
 
@@ -10,7 +10,7 @@
 #include "siterules/device_address.h"
 #include "siterules/site_lookups.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 namespace {
 
 // Which address the site's connection method asks for and does not find; "" when it is there.
@@ -134,4 +134,4 @@ void SessionRequest::name_session_site() const {
   site.FirmwareVersion = rows.empty() ? "0" : rows[0].text("FirmwareVersion", "0");
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

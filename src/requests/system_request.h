@@ -5,12 +5,12 @@
 
 #include "base/date_serial.h"
 #include "base/session_values.h"
-#include "control/session_request.h"
 #include "devicefiles/system_information.h"
 #include "platform/trap.h"
+#include "requests/session_request.h"
 #include "session/system_commands.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 // One system command that somebody asks for.
 struct SystemOrder {
@@ -74,4 +74,4 @@ class SystemRequest {
   platform::Trap trap_;
 };
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

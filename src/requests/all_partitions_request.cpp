@@ -1,9 +1,9 @@
-#include "control/all_partitions_request.h"
+#include "requests/all_partitions_request.h"
 
 #include "environment/names.h"
 #include "session/refusals.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 AllPartitionsAnswer AllPartitionsRequest::run(const sitebook::SiteRecord& site, bool force) {
   AllPartitionsAnswer answer;
@@ -37,4 +37,4 @@ bool AllPartitionsRequest::refuses_firmware() const {
   return true;
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "control/session_request.h"
 #include "jobs/job_board.h"
+#include "requests/session_request.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 struct LateResultsAnswer {
   RequestResult result = RequestResult::kNotDone;
@@ -41,4 +41,4 @@ class LateResultsRequest {
   platform::Trap trap_;
 };
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -1,4 +1,4 @@
-#include "control/job_upkeep.h"
+#include "requests/job_upkeep.h"
 
 #include <algorithm>
 #include <charconv>
@@ -9,7 +9,7 @@
 #include "protocol/messages.h"
 #include "session/file_rescue.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 namespace {
 
 constexpr int kLogDays = 90;
@@ -142,4 +142,4 @@ int JobUpkeep::log_days() const {
   return is_good ? days : kLogDays;
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "control/session_request.h"
 #include "jobs/job_board.h"
 #include "platform/machine.h"
 #include "platform/scheduler_control.h"
+#include "requests/session_request.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 
 // What jobs leave behind: folders that nobody waits for, access codes in them, old logs. Nothing is touched
 // while a session runs. Files that their device has been told to delete are brought to safety before their
@@ -56,4 +56,4 @@ class JobUpkeep {
   platform::Trap trap_;
 };
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -1,4 +1,4 @@
-#include "control/system_request.h"
+#include "requests/system_request.h"
 
 #include <algorithm>
 #include <iterator>
@@ -11,7 +11,7 @@
 #include "session/file_rescue.h"
 #include "siterules/device_address.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 namespace {
 
 namespace operation = session::operation;
@@ -201,4 +201,4 @@ bool SystemRequest::take_partition_times(const Call&, SystemAnswer& answer) {
                       [](const base::TimeRecord& time) { return time == base::TimeRecord{}; });
 }
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

@@ -2,18 +2,18 @@
 
 #include <gmock/gmock.h>
 
-#include "control/all_partitions_request.h"
-#include "control/job_upkeep.h"
-#include "control/late_results_request.h"
-#include "control/memory_lock.h"
-#include "control/same_log_request.h"
-#include "control/statistics_request.h"
-#include "control/system_request.h"
-#include "control/view_request.h"
 #include "devicefiles/device_time.h"
+#include "doubles/memory_lock.h"
+#include "requests/all_partitions_request.h"
+#include "requests/job_upkeep.h"
+#include "requests/late_results_request.h"
+#include "requests/same_log_request.h"
+#include "requests/statistics_request.h"
+#include "requests/system_request.h"
+#include "requests/view_request.h"
 #include "session/memory_suite.h"
 
-namespace qvrcom::control {
+namespace qvrcom::requests {
 namespace {
 
 using ::testing::ElementsAre;
@@ -51,7 +51,7 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
   }
 
   session::DialogRun run;
-  MemoryLock lock;
+  doubles::MemoryLock lock;
   session::SessionRun screen{run.parts(), run};
   std::string how_far;
   session::SessionGate gate{lock, run.ui, {}, [this] { return how_far; }};
@@ -388,4 +388,4 @@ TEST_F(DeviceRequests, ReportAFailureWithoutItsDescription) {
 }
 
 }  // namespace
-}  // namespace qvrcom::control
+}  // namespace qvrcom::requests

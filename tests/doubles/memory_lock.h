@@ -5,7 +5,7 @@
 
 #include "platform/session_lock.h"
 
-namespace qvrcom::control {
+namespace qvrcom::doubles {
 
 // The session lock of one program, and of another one that has `owner` as its name.
 struct MemoryLock : platform::SessionLock {
@@ -22,4 +22,4 @@ struct MemoryLock : platform::SessionLock {
   bool held = false;
 };
 
-}  // namespace qvrcom::control
+}  // namespace qvrcom::doubles
