@@ -8,18 +8,18 @@
 
 #include "base/fault.h"
 #include "cli/arguments.h"
+#include "desktop/device_page.h"
+#include "desktop/first_start.h"
+#include "desktop/jobs_page.h"
+#include "desktop/main_window.h"
+#include "desktop/messages_page.h"
+#include "desktop/same_logs_page.h"
+#include "desktop/sites_page.h"
+#include "desktop/statistics_page.h"
 #include "programs/statistics_windows.h"
 #include "requests/job_news.h"
 #include "ui/attempt.h"
-#include "ui/device_page.h"
-#include "ui/first_start.h"
-#include "ui/jobs_page.h"
-#include "ui/main_window.h"
 #include "ui/message_boxes.h"
-#include "ui/messages_page.h"
-#include "ui/same_logs_page.h"
-#include "ui/sites_page.h"
-#include "ui/statistics_page.h"
 #include "ui/uc_stats.h"
 #include "ui/widget_text.h"
 
@@ -85,30 +85,31 @@ void tell_processed(const requests::LateResultsAnswer& answer, programs::Suite& 
 int run_desktop() {
   ui::MessageBoxes boxes;
   programs::Suite suite(boxes);
-  if (!ui::prepare_machine({boxes, suite.machine, suite.files}, suite.set_up(), suite.proposed_folders()))
+  if (!desktop::prepare_machine({boxes, suite.machine, suite.files}, suite.set_up(),
+                                suite.proposed_folders()))
     return kNotSetUp;
   suite.report_plugin_problems();
 
   programs::StatisticsWindows windows(suite);
-  ui::MainWindow window;
-  auto* statistics = new ui::StatisticsPage(windows.parts());
+  desktop::MainWindow window;
+  auto* statistics = new desktop::StatisticsPage(windows.parts());
   window.add_page(QStringLiteral("Stat&istics"), statistics);
-  auto* sites = new ui::SitesPage({suite.sites, boxes, suite.files, windows.chooser()});
+  auto* sites = new desktop::SitesPage({suite.sites, boxes, suite.files, windows.chooser()});
   window.add_page(QStringLiteral("Si&tes"), sites);
   const requests::SessionRequestParts request = windows.parts().request;
   requests::LateResultsRequest late(request, suite.jobs);
   requests::JobUpkeep upkeep(request, suite.jobs, suite.machine, suite.scheduler);
   window.add_page(
       QStringLiteral("&Jobs"),
-      new ui::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs, suite.files,
-                        suite.folders, boxes, windows.logs(),
-                        [&](const jobs::BoardJob& job) { tell_processed(late.process(job), suite); },
-                        [&](const std::string& job) { upkeep.remove(job); }}));
-  auto* device = new ui::DevicePage({request, suite.sites, windows.chooser()});
+      new desktop::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs, suite.files,
+                             suite.folders, boxes, windows.logs(),
+                             [&](const jobs::BoardJob& job) { tell_processed(late.process(job), suite); },
+                             [&](const std::string& job) { upkeep.remove(job); }}));
+  auto* device = new desktop::DevicePage({request, suite.sites, windows.chooser()});
   window.add_page(QStringLiteral("&Device"), device);
-  auto* same_logs = new ui::SameLogsPage({request, suite.sites, suite.files, suite.folders});
+  auto* same_logs = new desktop::SameLogsPage({request, suite.sites, suite.files, suite.folders});
   window.add_page(QStringLiteral("SAME Lo&gs"), same_logs);
-  auto* messages = new ui::MessagesPage(request, suite.sites);
+  auto* messages = new desktop::MessagesPage(request, suite.sites);
   window.add_page(QStringLiteral("&Messages"), messages);
   const auto reload_lists = [=] {
     statistics->reload_sites();
@@ -116,7 +117,7 @@ int run_desktop() {
     same_logs->reload_sites();
     messages->reload_sites();
   };
-  QObject::connect(sites, &ui::SitesPage::sites_changed, &window, reload_lists);
+  QObject::connect(sites, &desktop::SitesPage::sites_changed, &window, reload_lists);
   windows.when_sites_change([=] {
     sites->reload();
     reload_lists();

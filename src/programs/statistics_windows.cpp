@@ -3,8 +3,8 @@
 #include <QApplication>
 #include <QTimer>
 
+#include "desktop/site_dialog.h"
 #include "ui/attempt.h"
-#include "ui/site_dialog.h"
 #include "ui/uc_stats.h"
 
 namespace qvrcom::programs {
@@ -38,7 +38,7 @@ void StatisticsWindows::edit_site(QWidget* over) {
   ui::attempt(suite_.ui, "The site cannot be edited.", [&] {
     for (const sitebook::SiteRecord& site : suite_.sites.list()) {
       if (std::to_string(site.site_id) != suite_.session.site.SiteID) continue;
-      if (ui::edit_stored_site(suite_.sites, suite_.ui, site, over, "access-code")) tell_change();
+      if (desktop::edit_stored_site(suite_.sites, suite_.ui, site, over, "access-code")) tell_change();
       return;
     }
     throw base::Fault("It is no longer in the site book.");

@@ -4,13 +4,13 @@
 #include <functional>
 
 #include "adapters/byte_source_posix.h"
+#include "desktop/session_logs.h"
+#include "desktop/session_stopper.h"
 #include "programs/suite.h"
 #include "session/session_run.h"
 #include "ui/file_chooser.h"
 #include "ui/frm_response.h"
 #include "ui/frm_view_statistics.h"
-#include "ui/session_logs.h"
-#include "ui/session_stopper.h"
 #include "ui/uc_statistics_main.h"
 #include "ui/visual_components.h"
 
@@ -25,7 +25,7 @@ class StatisticsWindows {
   StatisticsWindows& operator=(const StatisticsWindows&) = delete;
 
   ui::StatisticsMainParts parts() { return {suite_.request_parts(stopper_), viewer_, chooser_}; }
-  const ui::SessionLogs& logs() const { return logs_; }
+  const desktop::SessionLogs& logs() const { return logs_; }
   ui::FileChooserQt& chooser() { return chooser_; }
   ui::VisualComponents& components() { return components_; }
 
@@ -38,10 +38,10 @@ class StatisticsWindows {
 
   Suite& suite_;
   adapters::ByteSourcesPosix sources_;
-  ui::SessionLogs logs_;
+  desktop::SessionLogs logs_;
   ui::ResponseDialogs dialogs_;
   session::SessionRun screen_;
-  ui::SessionStopper stopper_;
+  desktop::SessionStopper stopper_;
   ui::VisualComponents components_;
   ui::StatisticsViewerWindow viewer_;
   ui::FileChooserQt chooser_;

@@ -2,11 +2,13 @@
 
 #include <QCoreApplication>
 
+#include "platform/scheduler_control.h"
 #include "session/memory_suite.h"
+#include "session/session_gate.h"
+#include "session/session_run.h"
 #include "sitebook/site_book.h"
 #include "ui/frm_response.h"
-#include "ui/session_stopper.h"
-#include "ui/statistics_page.h"
+#include "ui/uc_statistics_main.h"
 
 namespace qvrcom::ui {
 
@@ -72,7 +74,7 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
   std::optional<std::string> open_file(const control::FileChoice&) override { return chosen; }
 
   StatisticsMainParts parts() {
-    return {{suite.parts().rules, database, gate, stopper, suite.link, site_book}, *this, *this};
+    return {{suite.parts().rules, database, gate, screen, suite.link, site_book}, *this, *this};
   }
 
   session::MemorySuite suite;
@@ -85,7 +87,6 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
                            [this](QWidget*) { ++logs_opened; }}};
   session::SessionRun screen{suite.parts(), dialogs};
   ManualScheduler control;
-  SessionStopper stopper{screen, suite.ui, control, suite.session};
   session::SessionGate gate{lock, suite.ui};
   environment::DataBase database{suite.connection};
   sitebook::SiteBook site_book{suite.connection};

@@ -1,0 +1,212 @@
+#include "desktop/sites_page.h"
+#include "jobs/report_file.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <optional>
+
+#include "desktop/button_strip.h"
+#include "desktop/site_dialog.h"
+#include "desktop/tables.h"
+#include "desktop/text_window.h"
+#include "ui/attempt.h"
+#include "ui/elements.h"
+
+namespace qvrcom::desktop {
+namespace {
+
+using sitebook::AccessCodes;
+
+constexpr const char* kFilter = "Site Lists (*.csv)|*.csv";
+
+QString report_of(const sitebook::ImportResult& result) {
+  QString report = QStringLiteral("Nothing was imported. These lines are refused:\n\n");
+  for (const sitebook::ImportProblem& problem : result.problems)
+    report += QStringLiteral("Line %1: %2\n").arg(problem.line).arg(ui::qt_text(problem.reason));
+  return report;
+}
+
+QString count_of(std::size_t sites) {
+  return sites == 1 ? QStringLiteral("1 site") : QStringLiteral("%1 sites").arg(sites);
+}
+
+// What the file shall hold; nothing when there shall be none. Nobody is asked about codes that are not there.
+std::optional<AccessCodes> ask_for_codes(platform::UserInterface& ui,
+                                         const std::vector<sitebook::SiteRecord>& sites) {
+  const auto with_code = std::count_if(sites.begin(), sites.end(), [](const sitebook::SiteRecord& site) {
+    return !site.access_code.value_or("").empty();
+  });
+  if (with_code == 0) return AccessCodes::kIncluded;
+  const platform::Button answer = ui.show(
+      {.text = "Shall the file hold the access codes of " +
+               ui::utf8(count_of(static_cast<std::size_t>(with_code))) +
+               "?\n\nIncluded, they stand in it in the clear: only you can read the file, but whoever "
+               "is given it can reach the devices. Left out, the codes in the site book stay as they are "
+               "when such a file is imported.",
+       .title = platform::kSuiteTitle,
+       .icon = platform::Icon::kWarning,
+       .buttons = platform::Buttons::kYesNoCancel,
+       .act = "Include Codes",
+       .refrain = "Leave Out"});
+  if (answer == platform::Button::kYes) return AccessCodes::kIncluded;
+  return answer == platform::Button::kNo ? std::optional(AccessCodes::kLeftOut) : std::nullopt;
+}
+
+QString outcome_of(const sitebook::ImportResult& result) {
+  return count_of(result.added) + QStringLiteral(" added, ") + count_of(result.changed) +
+         QStringLiteral(" changed.");
+}
+
+}  // namespace
+
+SitesPage::SitesPage(const SitesPageParts& parts, QWidget* parent)
+    : QWidget(parent),
+      parts_(parts),
+      model_(new SiteTableModel(this)),
+      sorted_(new ValueSort(model_, this)),
+      table_(ui::named(new QTableView(this), "tblSites", QStringLiteral("Sites"))),
+      lblState_(ui::named(new QLabel(this), "lblSitesState", QStringLiteral("State of the site book"))) {
+  setObjectName(QStringLiteral("sitesPage"));
+  lay_out();
+  connect_table();
+  reload();
+}
+
+void SitesPage::lay_out() {
+  prepare_row_table(*table_, *sorted_);
+  auto* all = new QVBoxLayout(this);
+  all->addWidget(ui::label_for(table_, "lblSites", QStringLiteral("&Sites in the site book:"), this));
+  all->addWidget(table_, 1);
+  lblState_->setWordWrap(true);
+  lblState_->setTextFormat(Qt::PlainText);
+  all->addWidget(lblState_);
+  all->addWidget(make_buttons());
+}
+
+QWidget* SitesPage::make_buttons() {
+  static constexpr StripButton<SitesPage> kRows[] = {
+      {&SitesPage::cmdAdd_, "cmdAddSite", "&Add...", &SitesPage::add_site},
+      {&SitesPage::cmdEdit_, "cmdEditSite", "&Edit...", &SitesPage::edit_site},
+      {&SitesPage::cmdDelete_, "cmdDeleteSite", "De&lete...", &SitesPage::delete_site},
+      {&SitesPage::cmdImport_, "cmdImportSites", "Im&port...", &SitesPage::import_sites},
+      {&SitesPage::cmdExport_, "cmdExportSites", "E&xport...", &SitesPage::export_sites},
+      {&SitesPage::cmdReload_, "cmdReloadSites", "&Refresh", &SitesPage::changed},
+  };
+  return button_strip(this, kRows, 3);
+}
+
+void SitesPage::connect_table() {
+  connect(table_, &QTableView::activated, this, &SitesPage::edit_site);
+  connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SitesPage::show_state);
+  connect(sorted_, &QAbstractItemModel::modelReset, this, &SitesPage::show_state);
+}
+
+void SitesPage::reload() {
+  const auto fault = base::fault_of([this] { model_->show(parts_.sites.list()); });
+  readable_ = !fault;
+  if (fault) model_->show({});
+  table_->resizeColumnsToContents();
+  show_state();
+  lblState_->setText(fault ? QStringLiteral("The site book cannot be used. ") +
+                                 ui::qt_text(ui::sentence_of(*fault))
+                           : count_of(model_->sites().size()));
+}
+
+void SitesPage::show_state() {
+  const bool one = selected() != nullptr;
+  for (QPushButton* button : {cmdEdit_, cmdDelete_})
+    button->setEnabled(readable_ && one);
+  for (QPushButton* button : {cmdAdd_, cmdImport_})
+    button->setEnabled(readable_);
+  cmdExport_->setEnabled(readable_ && !model_->sites().empty());
+}
+
+const sitebook::SiteRecord* SitesPage::selected() const {
+  const QModelIndexList rows = table_->selectionModel()->selectedRows();
+  if (rows.isEmpty()) return nullptr;
+  return &model_->sites()[static_cast<std::size_t>(sorted_->mapToSource(rows.constFirst()).row())];
+}
+
+void SitesPage::changed() {
+  reload();
+  emit sites_changed();
+}
+
+void SitesPage::add_site() {
+  SiteDialog dialog(
+      QStringLiteral("Add Site"), {}, [this](const auto& site) { return parts_.sites.problems(site); }, this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  if (ui::attempt(parts_.ui, "The site cannot be added.", [&] { parts_.sites.add(dialog.site()); }))
+    changed();
+}
+
+void SitesPage::edit_site() {
+  if (selected() == nullptr || !readable_) return;
+  const sitebook::SiteRecord stored = *selected();
+  if (edit_stored_site(parts_.sites, parts_.ui, stored, this)) changed();
+}
+
+void SitesPage::delete_site() {
+  if (selected() == nullptr) return;
+  const sitebook::SiteRecord site = *selected();
+  const std::string question = "Delete the site \"" + sitebook::title_of(site) + "\" from the site book?";
+  if (!ui::agreed(parts_.ui, question, "Delete Site")) return;
+  if (ui::attempt(parts_.ui, "The site cannot be deleted.", [&] { parts_.sites.remove({&site.site_id, 1}); }))
+    changed();
+}
+
+void SitesPage::import_sites() {
+  const auto path =
+      parts_.chooser.open_file({.filter = kFilter, .flags = control::FileChoice::kFileMustExist});
+  if (!path) return;
+  std::string text;
+  sitebook::ImportResult result;
+  const bool read = ui::attempt(parts_.ui, "The sites cannot be imported.", [&] {
+    text = parts_.files.load(parts_.files.from_native(*path));
+    result = sitebook::try_csv(parts_.sites.list(), text);
+  });
+  if (!read || is_refused(result) || !agrees_to(result)) return;
+  if (!ui::attempt(parts_.ui, "The sites cannot be imported.",
+                   [&] { result = sitebook::import_csv(parts_.sites, text); }))
+    return;
+  if (is_refused(result)) return;  // the book was changed meanwhile
+  changed();
+  parts_.ui.show({.text = ui::utf8(outcome_of(result)),
+                  .title = platform::kSuiteTitle,
+                  .icon = platform::Icon::kInformation});
+}
+
+bool SitesPage::is_refused(const sitebook::ImportResult& result) {
+  if (result.problems.empty()) return false;
+  TextWindow(QStringLiteral("Import Sites"), report_of(result), this).exec();
+  return true;
+}
+
+bool SitesPage::agrees_to(const sitebook::ImportResult& result) {
+  if (result.changed == 0) return true;
+  const std::string text = "The file changes " + ui::utf8(count_of(result.changed)) +
+                           " of the site book and adds " + ui::utf8(count_of(result.added)) +
+                           ". Columns that it does not have stay as they are.";
+  return ui::agreed(parts_.ui, text, "Import");
+}
+
+void SitesPage::export_sites() {
+  std::vector<sitebook::SiteRecord> sites;
+  const char* failed = "The sites cannot be exported.";
+  if (!ui::attempt(parts_.ui, failed, [&] { sites = parts_.sites.list(); })) return;
+  const auto codes = ask_for_codes(parts_.ui, sites);
+  if (!codes) return;
+  const auto path = parts_.chooser.save_file(kFilter, "sites.csv");
+  if (!path) return;
+  ui::attempt(parts_.ui, failed, [&] {
+    parts_.files.save(parts_.files.from_native(*path), sitebook::export_csv(sites, *codes),
+                      platform::Readers::kOwner);
+    lblState_->setText(count_of(sites.size()) + QStringLiteral(" exported to ") + ui::qt_text(*path));
+  });
+}
+
+}  // namespace qvrcom::desktop

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QWidget>
+
+#include "desktop/site_table_model.h"
+#include "platform/files.h"
+#include "platform/user_interface.h"
+#include "sitebook/site_csv.h"
+#include "ui/file_chooser.h"
+
+class QLabel;
+class QPushButton;
+class QTableView;
+
+namespace qvrcom::desktop {
+
+class ValueSort;
+
+struct SitesPageParts {
+  sitebook::SiteBook& sites;
+  platform::UserInterface& ui;
+  platform::Files& files;
+  ui::FileChooserQt& chooser;
+};
+
+// The site book for people.
+class SitesPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit SitesPage(const SitesPageParts& parts, QWidget* parent = nullptr);
+
+  // Reads the book anew. When it cannot be read the page says why and offers nothing but to try again.
+  void reload();
+
+ signals:
+  void sites_changed();
+
+ private:
+  void lay_out();
+  QWidget* make_buttons();
+  void connect_table();
+  void add_site();
+  void edit_site();
+  void delete_site();
+  void import_sites();
+  bool is_refused(const sitebook::ImportResult& result);
+  bool agrees_to(const sitebook::ImportResult& result);
+  void export_sites();
+  void changed();
+  void show_state();
+  const sitebook::SiteRecord* selected() const;
+
+  SitesPageParts parts_;
+  SiteTableModel* model_;
+  ValueSort* sorted_;
+  QTableView* table_;
+  QLabel* lblState_;
+  QPushButton* cmdAdd_ = nullptr;
+  QPushButton* cmdEdit_ = nullptr;
+  QPushButton* cmdDelete_ = nullptr;
+  QPushButton* cmdImport_ = nullptr;
+  QPushButton* cmdExport_ = nullptr;
+  QPushButton* cmdReload_ = nullptr;
+  bool readable_ = false;
+};
+
+}  // namespace qvrcom::desktop

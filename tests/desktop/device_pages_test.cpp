@@ -1,0 +1,401 @@
+// The pages that ask a device: each run goes through the real session dialog on memory parts.
+
+#include <gmock/gmock.h>
+
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTableView>
+#include <QTemporaryDir>
+
+#include "adapters/files_posix.h"
+#include "adapters/paths.h"
+#include "desktop/device_page.h"
+#include "desktop/device_texts.h"
+#include "desktop/messages_page.h"
+#include "desktop/same_logs_page.h"
+#include "desktop/session_stopper.h"
+#include "devicefiles/device_time.h"
+#include "ui/memory_windows.h"
+#include "ui/modal_driver.h"
+#include "ui/reading_text.h"
+#include "ui/transfer_progress.h"
+#include "ui/widget_text.h"
+
+namespace qvrcom::desktop {
+namespace {
+
+using ui::child;
+using ui::ManualScheduler;
+using ui::MemoryWindows;
+using ui::ModalDriver;
+using ui::press;
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+const base::LocalTime kMoment = base::local_time(2026, 11, 15, 9, 8, 7);
+
+// Answers with the paths it was given.
+struct GivenPaths : ui::FileChooserQt {
+  std::optional<std::string> open_file(const control::FileChoice&) override { return open; }
+  std::optional<std::string> save_file(const std::string&, const std::string& name) override {
+    proposed = name;
+    return save;
+  }
+  std::optional<std::string> open, save;
+  std::string proposed;
+};
+
+struct DevicePages : ::testing::Test {
+  DevicePages() {
+    windows.suite.scheduler.sends = [this](const std::string& local) -> std::optional<std::string> {
+      return device[local.substr(local.rfind('\\') + 1)];
+    };
+  }
+  template <class Page>
+  Page& open(std::unique_ptr<Page> made) {
+    page = std::move(made);
+    page->show();
+    child<QComboBox>(*page, "cmbSite").setCurrentIndex(1);
+    return static_cast<Page&>(*page);
+  }
+  DevicePage& device_page() {
+    return open(std::make_unique<DevicePage>(DevicePageParts{request, sites, chooser}));
+  }
+  // Clicks, and closes the session dialog when its run has ended.
+  void run(
+      const char* button, const char* info = nullptr, const std::function<void()>& before_ok = [] {}) {
+    const auto ended = [](QWidget& dialog) {
+      return child<QPushButton>(dialog, "cmdCancel").accessibleName() == "OK";
+    };
+    const ModalDriver driver({ModalDriver::Step(ended, [&](QWidget& dialog) {
+      const std::string shown = ui::utf8(child<QLabel>(dialog, "lblInfo").text());
+      EXPECT_EQ(info == nullptr ? shown : info, shown);
+      before_ok();
+      press(dialog, Qt::Key_Return);
+    })});
+    child<QPushButton>(*page, button).click();
+  }
+  void click(const char* button) { child<QPushButton>(*page, button).click(); }
+  std::string label(const char* name) { return ui::utf8(child<QLabel>(*page, name).text()); }
+  std::string text(const char* name = "txtAnswer") {
+    return ui::utf8(child<QPlainTextEdit>(*page, name).toPlainText());
+  }
+  std::map<std::string, std::string>& files() { return windows.suite.files.content; }
+  std::vector<platform::Message>& boxes() { return windows.suite.ui.messages; }
+
+  MemoryWindows windows{{"USA_Office"}};
+  SessionStopper stopper{windows.screen, windows.suite.ui, windows.control, windows.suite.session};
+  requests::SessionRequestParts request{windows.parts().request.rules,
+                                        windows.database,
+                                        windows.gate,
+                                        stopper,
+                                        windows.suite.link,
+                                        windows.site_book};
+  environment::DatabaseConnection connection{windows.suite.engine, windows.suite.folders};
+  sitebook::SiteBook sites{connection};
+  GivenPaths chooser;
+  std::map<std::string, std::string> device;  // by local name
+  std::unique_ptr<QWidget> page;
+};
+
+TEST_F(DevicePages, OffersNothingWithoutASite) {
+  device_page();
+  EXPECT_TRUE(child<QPushButton>(*page, "cmdGetLog").isEnabled());
+  child<QComboBox>(*page, "cmbSite").setCurrentIndex(0);
+  for (const char* name : {"cmdReadClock", "cmdSetClock", "cmdGetLog", "cmdSendFirmware", "cmdAllPartitions"})
+    EXPECT_FALSE(child<QPushButton>(*page, name).isEnabled()) << name;
+}
+
+TEST_F(DevicePages, PutTheClocksSideBySideAndSetTheDevice) {
+  windows.suite.clock.time = kMoment + std::chrono::seconds(90);
+  device["time"] = devicefiles::write_device_time({kMoment});
+  device_page();
+  EXPECT_EQ(label("lblDeviceClock"), "not read yet");
+  run("cmdReadClock", "Get Date And Time Completed",
+      [&] { windows.suite.clock.time += std::chrono::hours(2); });  // somebody answers the telephone
+  EXPECT_EQ(label("lblDeviceClock"), "2026-11-15 09:08:07");
+  EXPECT_THAT(label("lblPcClock"), StartsWith("2026-11-15 11:09:3"));
+  EXPECT_THAT(
+      label("lblDifference"),
+      testing::MatchesRegex("Read at 2026-11-15 09:09:3.\\. The device is 9. seconds behind the PC\\."));
+
+  windows.suite.ui.answers = {platform::Button::kCancel};
+  click("cmdSetClock");
+  EXPECT_THAT(windows.suite.scheduler.uploads, IsEmpty());
+  const base::LocalTime now = windows.suite.clock.now();
+  run("cmdSetClock");
+  EXPECT_THAT(windows.suite.scheduler.uploads, ElementsAre(devicefiles::write_device_time({now})));
+  EXPECT_EQ(label("lblDeviceClock"), "not read yet");
+  EXPECT_EQ(boxes().size(), 2U);
+}
+
+TEST_F(DevicePages, TellWhatTheDeviceIsOrShowItsBytes) {
+  devicefiles::SystemInformation information;
+  information.firmware = "6.62";
+  information.memory = 8000 * 3600;
+  information.uptime = 90'061;
+  information.moment = kMoment;
+  device["sysinfo.dat"] = devicefiles::write_system_information(information);
+  device_page();
+  run("cmdInformation");
+  EXPECT_THAT(text(), testing::ContainsRegex("Firmware: +6\\.62\n"));
+  EXPECT_THAT(text(), HasSubstr("01:00:00 ("));
+  EXPECT_THAT(text(), HasSubstr("1 day 01:01:01\n"));
+
+  device["sysinfo.dat"] = std::string(72, '\x5a');
+  run("cmdInformation");
+  EXPECT_THAT(text(), StartsWith("The device answered in a form that is not known here. Its 72 bytes:\n"));
+  EXPECT_THAT(text(), HasSubstr("0040  5a 5a 5a 5a 5a 5a 5a 5a"));
+  EXPECT_EQ(boxes().size(), 1U);
+
+  device["msgindexP3.dat"] = std::string("\0\0\xFA\0\0\x0E\xA6\0", 8);
+  child<QSpinBox>(*page, "txtPartition").setValue(3);
+  run("cmdPartition");
+  EXPECT_THAT(text(), testing::ContainsRegex("Recorded: +0 min 8 s\nRoom for recordings: +2 min 0 s"));
+}
+
+TEST_F(DevicePages, ShowAndSaveTheLog) {
+  device["log"] = "started\xB0\r\nstopped\r\n";
+  windows.suite.files.make_folders("C:\\Logs");
+  device_page();
+  run("cmdGetLog");
+  EXPECT_EQ(text(), "started\xC2\xB0\nstopped\n");
+  EXPECT_EQ(label("lblAnswer"), "Answer of t&he device (Get Log File):");
+  chooser.save = "C:\\Logs\\one";
+  click("cmdSaveAnswer");
+  EXPECT_EQ(chooser.proposed, "log.txt");
+  EXPECT_EQ(files()["C:\\Logs\\one"], device["log"]);
+
+  chooser.save.reset();
+  click("cmdGetAndResetLog");  // nothing is reset that has no place to be kept
+  EXPECT_EQ(windows.suite.scheduler.scripts.size(), 1U);
+  chooser.save = "C:\\Logs\\two";
+  run("cmdGetAndResetLog");
+  EXPECT_EQ(files()["C:\\Logs\\two"], device["log"]);
+  EXPECT_THAT(label("lblDeviceState"), HasSubstr(". Saved in C:\\Logs\\two"));
+
+  chooser.save = "C:\\None\\three";
+  run("cmdGetAndResetLog");
+  EXPECT_EQ(text(), "started\xC2\xB0\nstopped\n");  // it can still be saved elsewhere
+  EXPECT_EQ(label("lblDeviceState"), "Get and Reset Log File: no result");
+
+  windows.suite.ui.answers = {platform::Button::kCancel};
+  const std::size_t before = windows.suite.scheduler.scripts.size();
+  click("cmdResetLog");
+  EXPECT_EQ(windows.suite.scheduler.scripts.size(), before);
+  run("cmdResetLog");
+}
+
+TEST_F(DevicePages, AskBeforeAFileIsSentAndRefuseWhatIsNone) {
+  files()["C:\\image"] = std::string(12'345, 'f');
+  files()["C:\\empty"] = "";
+  device_page();
+  const auto refused = [&](const char* path, const char* description) {
+    boxes().clear();
+    chooser.open = path;
+    click("cmdSendFirmware");
+    EXPECT_EQ(windows.suite.requests(), "");
+    ASSERT_EQ(boxes().size(), 1U);
+    EXPECT_THAT(boxes()[0].text, HasSubstr(description));
+  };
+  refused("C:\\empty", "The firmware cannot be sent.\nThe file is empty.");
+  refused("C:\\none", "The firmware cannot be sent.");
+  windows.suite.ui.answers = {platform::Button::kCancel};
+  refused("C:\\image", "USA_Office - 101?\nC:\\image (12,345 bytes)");
+
+  chooser.open = "C:\\image";
+  run("cmdSendCannedMessages", "Send Canned Messages Completed");
+  EXPECT_THAT(windows.suite.scheduler.uploads, ElementsAre(files()["C:\\image"]));
+  EXPECT_EQ(label("lblDeviceState"), "Send Canned Messages: Completed");
+}
+
+// What cannot work for a site is not offered, and says why.
+TEST_F(DevicePages, OfferWhatWorksForTheSiteAlone) {
+  DevicePage& shown = device_page();
+  struct Row {
+    const char* firmware;
+    const char* card_type;
+    bool log, all;
+    const char* all_reason;
+    const char* site_reason;
+  };
+  for (const Row& row : {
+           Row{"6.62", "NEW", true, false, "not with firmware 6.62", ""},
+           Row{"0", "NEW", true, false, "does not tell the site's firmware", ""},
+           Row{"5.ca", "OLD", false, false, "", "control card is of the old kind"},
+           Row{"5.ca", "NEW", true, true, "", ""},
+       }) {
+    windows.list_sites({"USA_Office"}, row.firmware, row.card_type);
+    shown.reload_sites();
+    EXPECT_EQ(child<QPushButton>(shown, "cmdGetLog").isEnabled(), row.log);
+    EXPECT_EQ(child<QPushButton>(shown, "cmdAllPartitions").isEnabled(), row.all);
+    EXPECT_EQ(child<QLabel>(shown, "lblAllPartitions").isVisible(), *row.all_reason != '\0');
+    EXPECT_THAT(label("lblAllPartitions"), HasSubstr(row.all_reason));
+    EXPECT_THAT(label("lblSiteProblem"), HasSubstr(row.site_reason));
+  }
+  windows.suite.scheduler.sends = [](const std::string&) { return "x"; };
+  run("cmdAllPartitions");
+  EXPECT_THAT(text(), StartsWith("Statistics files: 64\nPartition  1: "));
+}
+
+// A session that was left runs on in the scheduler: the question comes behind the dialog, and only when the
+// scheduler says that it runs.
+TEST_F(DevicePages, AskWhetherASessionThatWasLeftIsToBeStopped) {
+  windows.suite.scheduler.result_file = "";
+  device_page();
+  struct Row {
+    bool answers;
+    const char* running;  // "" is the session's own job
+    platform::Button button;
+    std::size_t questions;
+    bool stops;
+  };
+  for (const Row& row :
+       {Row{false, "", platform::Button::kOk, 0, false},
+        Row{true, "Nov1526000000000", platform::Button::kOk, 0, false},
+        Row{true, "", platform::Button::kCancel, 1, false}, Row{true, "", platform::Button::kOk, 1, true}}) {
+    boxes().clear();
+    windows.control.log.clear();
+    windows.suite.ui.answers = {row.button};
+    const ModalDriver driver({[&](QWidget& dialog) {
+      windows.control.now.reset();
+      const std::string& own = windows.suite.session.job.Name;
+      if (row.answers) {
+        windows.control.now.emplace();
+        windows.control.now->running_job = *row.running == '\0' ? own : row.running;
+        windows.control.now->step = "Fetching log";
+        windows.control.now->jobs = {{own, "", protocol::JobState::kWaiting}};
+      }
+      EXPECT_EQ(boxes().size(), 0U);
+      child<QPushButton>(dialog, "cmdCancel").click();
+    }});
+    click("cmdGetLog");
+    ASSERT_EQ(boxes().size(), row.questions);
+    EXPECT_EQ(windows.control.log.size(), row.stops ? 1U : 0U);
+    if (row.questions == 0) continue;
+    EXPECT_EQ(boxes()[0].act, "Stop Session");
+    EXPECT_THAT(boxes()[0].detail, HasSubstr(": Fetching log.\n"));
+  }
+  EXPECT_THAT(windows.control.log, ElementsAre("stop " + windows.suite.session.job.Name));
+}
+
+TEST_F(DevicePages, ListTheMessagesOfAPartition) {
+  MessagesPage& messages = open(std::make_unique<MessagesPage>(request, sites));
+  device["msgindexP3.dat"] = std::string("\0\0\0\0\0\0\0\0\0\0\0\x0C\0\0\0\x50", 16);
+  child<QSpinBox>(messages, "txtPartition").setValue(3);
+  run("cmdViewMessages");
+  const QAbstractItemModel& cells = *child<QTableView>(messages, "tblMessages").model();
+  ASSERT_EQ(cells.rowCount(), 1);
+  EXPECT_EQ(cells.index(0, 0).data().toInt(), 3);
+  EXPECT_EQ(cells.index(0, 1).data().toInt(), 12);
+  EXPECT_EQ(label("lblMessagesState"), "1 message in partition 3");
+  windows.suite.scheduler.result_file = "error.sch";
+  run("cmdViewMessages");
+  EXPECT_EQ(cells.rowCount(), 0);
+  EXPECT_EQ(label("lblMessagesState"), "View QVR+/RDN: not done");
+}
+
+// The retrieval files into the memory suite, the list reads a real folder.
+TEST_F(DevicePages, ListReadAndSearchTheSameLogs) {
+  const QTemporaryDir folder;
+  adapters::FilesPosix real;
+  doubles::MemoryMachine machine;
+  machine.special_folders = {{46, adapters::suite_path(folder.path().toStdString())}};
+  const environment::FilesAndFolders folders(machine, real);
+  const std::string logs = folders.GetSAMELogsFolder();
+  ASSERT_TRUE(QDir().mkpath(ui::qt_text(real.native(logs))));
+  const auto file = [&](const char* name, const std::string& bytes, int minute) {
+    real.replace(logs + name, bytes);
+    QFile stored(ui::qt_text(real.native(logs + name)));
+    ASSERT_TRUE(stored.open(QIODevice::ReadWrite));
+    stored.setFileTime(QDateTime({2026, 11, 15}, {9, minute}), QFileDevice::FileModificationTime);
+  };
+  file("asame.log", "alpha\r\nBeta\r\nalpha\r\n", 7);
+  file("bsame.log", std::string(100, 'x'), 9);
+  file("notes.txt", "", 8);
+
+  open(std::make_unique<SameLogsPage>(SameLogsPageParts{request, sites, real, folders}));
+  auto& table = child<QTableView>(*page, "tblSameLogs");
+  const auto cell = [&](int row, int column) {
+    return ui::utf8(table.model()->index(row, column).data().toString());
+  };
+  ASSERT_EQ(table.model()->rowCount(), 2);
+  EXPECT_EQ(cell(0, 0), "bsame.log");
+  EXPECT_EQ(cell(0, 1), "100");
+  EXPECT_EQ(cell(1, 2), "2026-11-15 09:07:00");
+  table.sortByColumn(1, Qt::AscendingOrder);
+  EXPECT_EQ(cell(0, 0), "asame.log");
+
+  table.selectRow(0);
+  EXPECT_EQ(text("txtSameLog"), "alpha\nBeta\nalpha\n");
+  const auto found = [&](const char* button, const char* state) {
+    click(button);
+    EXPECT_EQ(label("lblSameLogsState"), state) << button;
+  };
+  child<QLineEdit>(*page, "txtFindInLog").setText("ALPHA");
+  found("cmdFindNextInLog", "Found in line 1.");
+  found("cmdFindNextInLog", "Found in line 3.");
+  found("cmdFindNextInLog", "Found in line 1.");  // round the end
+  found("cmdFindPreviousInLog", "Found in line 3.");
+  child<QLineEdit>(*page, "txtFindInLog").setText("gamma");
+  found("cmdFindNextInLog", "\"gamma\" was not found.");
+
+  device["same.log"] = "EAS";
+  run("cmdRetrieveSameLog", "Retrieve SAME Log Completed");
+  EXPECT_EQ(text("txtSameLog"), "alpha\nBeta\nalpha\n");  // what is read stays
+  ASSERT_FALSE(windows.suite.session.run.SameLogFile.empty());
+}
+
+TEST(TransferProgressTest, FollowsTheSessionsJobAndWhatItWaitsFor) {
+  ManualScheduler scheduler;
+  base::JobValues job;
+  job.Name = "Nov1526120000000";
+  session::MemorySuite suite;
+  const jobs::SchedulerFiles files(suite.session.run, suite.folders, suite.files);
+  ui::TransferProgress progress(ui::transfer_source(scheduler, job, files), nullptr);
+  progress.show();
+  auto& bar = child<QWidget>(progress, "barTransfer");
+  const QLabel& line = child<QLabel>(progress, "lblTransfer");
+  const auto look = [&] {
+    progress.set_running(true);
+    if (!QTest::qWaitFor([&] { return !line.text().isEmpty(); }, 5000)) ADD_FAILURE() << "nothing is told";
+    return ui::utf8(line.text());
+  };
+  const auto look_in_vain = [&] {
+    progress.set_running(true);
+    QTest::qWait(300);
+    return ui::utf8(line.text());
+  };
+  EXPECT_EQ(look_in_vain(), "");  // another maker's scheduler
+  scheduler.now.emplace();
+  scheduler.now->running_job = "Nov1526120000001";
+  scheduler.now->step = "Sending firmware";
+  scheduler.now->bytes_done = 5000;
+  scheduler.now->bytes_hinted = 20'000;
+  EXPECT_EQ(look_in_vain(), "");
+  scheduler.now->jobs = {{job.Name, "Send", protocol::JobState::kWaiting}};
+  const char* waiting = " which is here: Sending firmware: 5,000 bytes of about 20,000 bytes";
+  EXPECT_EQ(look(), std::string("Waiting for job Nov1526120000001,") + waiting);
+  scheduler.now->jobs.push_back({"Nov1526120000001", "Send Firmware File", protocol::JobState::kRunning});
+  EXPECT_EQ(look(), std::string("Waiting for job Nov1526120000001 (Send Firmware File),") + waiting);
+  scheduler.now->running_job = job.Name;
+  EXPECT_EQ(look(), "Sending firmware: 5,000 bytes of about 20,000 bytes");
+  EXPECT_TRUE(bar.isVisible());
+  EXPECT_EQ(bar.property("value").toInt() * 4, bar.property("maximum").toInt());
+  scheduler.now->bytes_hinted = 0;
+  EXPECT_EQ(look(), "Sending firmware: 5,000 bytes");
+  EXPECT_FALSE(bar.isVisible());
+  progress.set_running(false);
+  EXPECT_EQ(ui::utf8(line.text()), "");
+}
+
+}  // namespace
+}  // namespace qvrcom::desktop

@@ -1,0 +1,467 @@
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTemporaryDir>
+
+#include "adapters/database_qt.h"
+#include "adapters/files_posix.h"
+#include "adapters/paths.h"
+#include "desktop/device_page.h"
+#include "desktop/first_start.h"
+#include "desktop/jobs_page.h"
+#include "desktop/main_window.h"
+#include "desktop/messages_page.h"
+#include "desktop/same_logs_page.h"
+#include "desktop/site_dialog.h"
+#include "desktop/sites_page.h"
+#include "desktop/statistics_page.h"
+#include "desktop/tables.h"
+#include "desktop/text_window.h"
+#include "doubles/settable_machine.h"
+#include "protocol/script_grammar.h"
+#include "ui/memory_windows.h"
+#include "ui/message_boxes.h"
+#include "ui/modal_driver.h"
+#include "ui/widget_text.h"
+
+namespace qvrcom::desktop {
+namespace {
+
+using ui::child;
+using ui::ManualScheduler;
+using ui::MemoryWindows;
+using ui::ModalDriver;
+using ui::press;
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// The pages on real files and a real database in a folder of their own.
+struct PagesTest : ::testing::Test {
+  environment::MachineFolders machine_folders() const {
+    const std::string root = adapters::suite_path(folder.path().toStdString());
+    return {root + "\\Data", root + "\\Docs", root + "\\App"};
+  }
+  bool prepare() {
+    return prepare_machine({ui, machine, files}, {machine, machine, files, engine}, machine_folders());
+  }
+  QString path(const char* name) const { return folder.filePath(QLatin1String(name)); }
+  void write(const QString& to, const std::string& text) { files.replace(ui::utf8(to), text); }
+  SitesPage& sites_page() {
+    page = std::make_unique<SitesPage>(SitesPageParts{sites, ui, files, chooser});
+    page->show();
+    return *page;
+  }
+  QPushButton& button(const char* name) { return child<QPushButton>(*page, name); }
+
+  QTemporaryDir folder;
+  adapters::FilesPosix files;
+  adapters::QtDatabaseEngine engine{files};
+  doubles::SettableMachine machine;
+  doubles::RecordingUserInterface ui;
+  environment::FilesAndFolders folders{machine, files};
+  environment::DatabaseConnection connection{engine, folders};
+  sitebook::SiteBook sites{connection};
+  ui::FileChooserQt chooser{folder.path()};
+  std::unique_ptr<SitesPage> page;
+
+  base::RunValues run;
+  jobs::SchedulerFiles scheduler_files{run, folders, files};
+  jobs::JobBoard board{scheduler_files};
+  ManualScheduler scheduler;
+  session::MemoryPrograms programs;
+  SessionLogs logs{ui, files, folders};
+  JobsPageParts jobs_parts() {
+    return {board,
+            scheduler_files,
+            scheduler,
+            programs,
+            files,
+            folders,
+            ui,
+            logs,
+            [this](const jobs::BoardJob& job) { scheduler.log.push_back("process " + job.job); },
+            [this](const std::string& job) { scheduler.log.push_back("remove " + job); }};
+  }
+};
+
+TEST_F(PagesTest, SetsAFreshMachineUpOnceAndPutsBackWhatHasGone) {
+  ui.answers = {platform::Button::kCancel};
+  EXPECT_FALSE(prepare());
+  EXPECT_THAT(QDir(folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), IsEmpty());
+
+  EXPECT_TRUE(prepare());
+  EXPECT_EQ(ui.messages.size(), 3U);
+  EXPECT_TRUE(prepare());
+  EXPECT_EQ(ui.messages.size(), 3U);
+
+  const std::string database = folders.GetDatabaseFolder() + "NewDB.mdb";
+  files.remove(database);
+  ui.answers = {platform::Button::kCancel};
+  EXPECT_TRUE(prepare());
+  EXPECT_FALSE(files.file_exists(database));
+  EXPECT_THAT(ui.messages.back().text, testing::HasSubstr("The database "));
+  EXPECT_TRUE(prepare());
+  EXPECT_TRUE(files.file_exists(database));
+}
+
+TEST_F(PagesTest, AddsEditsAndDeletesSites) {
+  prepare();
+  SitesPage& shown = sites_page();
+  QSignalSpy changes(&shown, &SitesPage::sites_changed);
+  {
+    const ModalDriver driver({[](QWidget& dialog) {
+      auto& reasons = child<QLabel>(dialog, "lblReasons");
+      const auto fill = [&](const char* field, const char* text) {
+        child<QLineEdit>(dialog, field).setText(QString::fromUtf8(text));
+      };
+      fill("field-name", "a;b");
+      EXPECT_FALSE(reasons.text().isEmpty());
+      press(dialog, Qt::Key_Return);  // OK waits
+      EXPECT_TRUE(dialog.isVisible());
+      fill("field-name", "Büro");
+      fill("field-id", "101");
+      child<QComboBox>(dialog, "field-method").setCurrentIndex(2);
+      EXPECT_EQ(reasons.text(), "");
+      press(dialog, Qt::Key_Return);
+    }});
+    button("cmdAddSite").click();
+  }
+  ASSERT_EQ(sites.list().size(), 1U);
+  const sitebook::SiteRecord added = sites.list()[0];
+  EXPECT_EQ(added.name, "Büro");
+  EXPECT_EQ(added.method, "1");
+  EXPECT_EQ(added.lan, std::nullopt);
+
+  child<QTableView>(shown, "tblSites").selectRow(0);
+  {
+    const ModalDriver driver({[](QWidget& dialog) {
+      child<QLineEdit>(dialog, "field-access-code").setText("geheim");
+      press(dialog, Qt::Key_Return);
+    }});
+    button("cmdEditSite").click();
+  }
+  EXPECT_EQ(sites.list()[0].access_code, "geheim");
+  const QAbstractItemModel& cells = *child<QTableView>(shown, "tblSites").model();
+  EXPECT_FALSE(cells.index(0, 6).data().toString().contains("geheim"));
+
+  child<QTableView>(shown, "tblSites").selectRow(0);
+  ui.answers = {platform::Button::kCancel, platform::Button::kOk};
+  button("cmdDeleteSite").click();
+  EXPECT_EQ(sites.list().size(), 1U);
+  button("cmdDeleteSite").click();
+  EXPECT_THAT(sites.list(), IsEmpty());
+  EXPECT_EQ(changes.count(), 3);
+}
+
+TEST_F(PagesTest, ImportsAllSitesOrTellsWhyNone) {
+  prepare();
+  SitesPage& shown = sites_page();
+  write(path("good.csv"), "name,id\r\nOne,1\r\nTwo,2\r\n");
+  write(path("bad.csv"), "name,id\r\nThree,3\r\nFo;ur,4\r\n");
+  const auto choose = [](const QString& file) {
+    return [file](QWidget& dialog) {
+      child<QLineEdit>(dialog, "fileNameEdit").setText(file);
+      press(dialog, Qt::Key_Return);
+    };
+  };
+  {
+    const ModalDriver driver({choose(path("good.csv"))});
+    button("cmdImportSites").click();
+  }
+  EXPECT_EQ(sites.list().size(), 2U);
+  {
+    const ModalDriver driver({choose(path("bad.csv")), [](QWidget& report) {
+                                EXPECT_TRUE(
+                                    child<QPlainTextEdit>(report, "text").toPlainText().contains("Line 3: "));
+                                press(report, Qt::Key_Escape);
+                              }});
+    button("cmdImportSites").click();
+  }
+  EXPECT_EQ(sites.list().size(), 2U);
+  EXPECT_EQ(child<QLabel>(shown, "lblSitesState").text(), "2 sites");
+  sitebook::SiteRecord one = sites.find({"1"})[0];
+  one.access_code = "geheim";
+  sites.edit(one);
+  write(path("some.csv"), "name,id\r\nUno,1\r\n");
+  ui.answers = {platform::Button::kCancel, platform::Button::kOk};
+  for (const char* name : {"One", "Uno"}) {
+    const ModalDriver driver({choose(path("some.csv"))});
+    button("cmdImportSites").click();
+    EXPECT_EQ(sites.find({"1"})[0].name, name);
+  }
+  EXPECT_EQ(sites.find({"1"})[0].access_code, "geheim");
+}
+
+TEST_F(PagesTest, ExportsToAPrivateFileAndAsksAboutTheAccessCodes) {
+  prepare();
+  sitebook::SiteRecord site;
+  site.name = "One";
+  site.access_code = "geheim";
+  sites.add(site);
+  sites_page();
+  ui.messages.clear();
+  ui.answers = {platform::Button::kCancel, platform::Button::kNo, platform::Button::kYes};
+  button("cmdExportSites").click();  // no file is asked for
+  ASSERT_EQ(ui.messages.size(), 1U);
+  EXPECT_THAT(ui.messages[0].text, testing::StartsWith("Shall the file hold the access codes of 1 site?"));
+  write(path("out.csv"), "open to everybody");
+  for (const bool held : {false, true}) {
+    const ModalDriver driver({[&](QWidget& dialog) {
+                                child<QLineEdit>(dialog, "fileNameEdit").setText(path("out.csv"));
+                                press(dialog, Qt::Key_Return);
+                              },
+                              [](QWidget& overwrite) {
+                                for (auto* each : overwrite.findChildren<QPushButton*>()) {
+                                  if (each->text().contains("Overwrite")) each->click();
+                                }
+                              }});
+    button("cmdExportSites").click();
+    EXPECT_EQ(files.read(ui::utf8(path("out.csv"))).find("geheim") != std::string::npos, held);
+    EXPECT_FALSE(QFile::permissions(path("out.csv")) & (QFile::ReadGroup | QFile::ReadOther));
+  }
+}
+
+TEST_F(PagesTest, SaysWhyTheSiteBookCannotBeUsed) {
+  prepare();
+  const std::string database = folders.GetDatabaseFolder() + "NewDB.mdb";
+  const std::string copy = files.read(database);
+  files.replace(database, "no database");
+  SitesPage& shown = sites_page();
+  EXPECT_TRUE(child<QLabel>(shown, "lblSitesState").text().startsWith("The site book cannot be used. "));
+  for (const char* name : {"cmdAddSite", "cmdEditSite", "cmdDeleteSite", "cmdImportSites", "cmdExportSites"})
+    EXPECT_FALSE(button(name).isEnabled()) << name;
+  int told = 0;
+  QObject::connect(&shown, &SitesPage::sites_changed, &shown, [&] { ++told; });
+  files.replace(database, copy);
+  button("cmdReloadSites").click();
+  EXPECT_EQ(child<QLabel>(shown, "lblSitesState").text(), "0 sites");
+  EXPECT_EQ(told, 1) << "the other pages have lists of sites, too";
+}
+
+TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
+  prepare();
+  const auto line = [&](const std::string& job) {
+    return "46341.5;15/11/2026 12:00:00^Retrieve^Office^101^46341.5^^^1^;" + scheduler_files.path(job) +
+           "\\" + job + ".scr;\r\n";
+  };
+  write(ui::qt_text(scheduler_files.path("index.sch")), line("Nov1526120000001") + line("Nov1526120000002"));
+  JobsPage jobs(jobs_parts());
+  jobs.show();
+  auto& table = child<QTableView>(jobs, "tblJobs");
+  const auto column = [&](int number) {
+    std::vector<std::string> texts;
+    for (int row = 0; row < table.model()->rowCount(); ++row)
+      texts.push_back(ui::utf8(table.model()->index(row, number).data().toString()));
+    return texts;
+  };
+  EXPECT_THAT(column(1), ElementsAre("Waiting", "Waiting"));
+  table.selectRow(1);
+  EXPECT_FALSE(child<QPushButton>(jobs, "cmdStopJob").isEnabled());
+
+  write(ui::qt_text(scheduler_files.path("error.sch")), line("Nov1526120000001"));
+  scheduler.now.emplace();
+  scheduler.now->jobs = {{"Nov1526120000002", "Retrieve", protocol::JobState::kRunning}};
+  jobs.look();
+  EXPECT_THAT(column(1), ElementsAre("Error", "Running"));
+  EXPECT_THAT(column(6), ElementsAre("error.sch", ""));
+  child<QPushButton>(jobs, "cmdStopJob").click();  // the row is still selected
+  EXPECT_THAT(scheduler.log, ElementsAre("stop Nov1526120000002"));
+  child<QPushButton>(jobs, "cmdStopScheduler").click();
+  EXPECT_TRUE(child<QPushButton>(jobs, "cmdStartScheduler").isEnabled());
+  child<QPushButton>(jobs, "cmdStartScheduler").click();
+  EXPECT_THAT(programs.started, ElementsAre(folders.GetAppPath() + "JobPilot.exe"));
+  scheduler.absent = platform::Reach::kSilent;
+  jobs.look();
+  EXPECT_EQ(ui::utf8(child<QLabel>(jobs, "lblScheduler").text()),
+            "A scheduler is running, but it does not answer.");
+  EXPECT_FALSE(child<QPushButton>(jobs, "cmdStartScheduler").isEnabled());
+
+  // A session that was left: its script alone tells what it is.
+  protocol::ScriptHeader header;
+  header.description = "Get Log File";
+  header.site_name = "Depot";
+  header.site_id = "102";
+  const std::string left = scheduler_files.path("Jan0127120000000");
+  files.make_folder(left);
+  files.replace(left + "\\Jan0127120000000.scr",
+                protocol::header_text(header, protocol::ScriptKind::kTransfer) + "\r\nFTPDISCONNECT;\r\n");
+  scheduler.now.emplace();
+  scheduler.now->running_job = "Jan0127120000000";
+  scheduler.log.clear();
+  jobs.look();
+  EXPECT_THAT(column(1), ElementsAre("Error", "Waiting", "Running"));
+  EXPECT_EQ(column(2)[2], "Get Log File");
+  EXPECT_EQ(column(3)[2], "Depot - 102");
+  table.sortByColumn(0, Qt::DescendingOrder);  // January 2027 before November 2026
+  EXPECT_THAT(column(0), ElementsAre("Jan0127120000000", "Nov1526120000002", "Nov1526120000001"));
+  table.selectRow(0);
+  child<QPushButton>(jobs, "cmdStopJob").click();
+  EXPECT_THAT(scheduler.log, ElementsAre("stop Jan0127120000000"));
+  scheduler.now->running_job.clear();
+  files.make_folder(scheduler_files.path("Nov1526120000001"));
+  jobs.look();
+  EXPECT_THAT(column(1), ElementsAre("Left behind", "Waiting", "Error"));
+  scheduler.log.clear();
+  table.selectRow(0);
+  EXPECT_FALSE(child<QPushButton>(jobs, "cmdProcessJob").isEnabled());
+  child<QPushButton>(jobs, "cmdRemoveJob").click();
+  table.selectRow(1);
+  EXPECT_FALSE(child<QPushButton>(jobs, "cmdRemoveJob").isEnabled());
+  table.selectRow(2);
+  child<QPushButton>(jobs, "cmdProcessJob").click();
+  EXPECT_THAT(scheduler.log, ElementsAre("remove Jan0127120000000", "process Nov1526120000001"));
+
+  table.selectRow(1);
+  ui.messages.clear();
+  child<QPushButton>(jobs, "cmdOpenJobLog").click();
+  ASSERT_EQ(ui.messages.size(), 1U);
+  EXPECT_THAT(ui.messages[0].text, testing::HasSubstr("has written no log"));
+
+  files.make_folder(scheduler_files.path("cancelled.sch"));
+  jobs.look();
+  EXPECT_THAT(column(1), ElementsAre("Waiting", "Error"));
+  EXPECT_THAT(ui::utf8(child<QLabel>(jobs, "lblJobsState").text()),
+              testing::StartsWith("The list cancelled.sch cannot be read. Path/File access error: "));
+}
+
+// Whatever can have the focus has a name for those who cannot see it, no mnemonic is there twice among what
+// is in sight together, and every colour is the palette's.
+TEST_F(PagesTest, NamesEveryElementAndTakesItsColoursFromThePalette) {
+  prepare();
+  MemoryWindows control({"USA_Office"});
+  MainWindow main;
+  main.add_page("Stat&istics", new StatisticsPage(control.parts()));
+  main.add_page("Si&tes", new SitesPage({sites, ui, files, chooser}));
+  main.add_page("&Jobs", new JobsPage(jobs_parts()));
+  const requests::SessionRequestParts request = control.parts().request;
+  main.add_page("&Device", new DevicePage({request, sites, chooser}));
+  main.add_page("SAME Lo&gs", new SameLogsPage({request, sites, files, folders}));
+  main.add_page("&Messages", new MessagesPage(request, sites));
+  SiteDialog site(
+      "Edit Site", {}, [](const auto&) { return std::vector<sitebook::SiteProblem>(); }, nullptr);
+  ui::ResponseDialog response({}, nullptr, [] { return requests::SessionProgress{{}, {}, "Sending", 1, 2}; });
+  TextWindow text("Log", "line", nullptr);
+  const auto check = [](QWidget& window) {
+    QStringList mnemonics;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+      EXPECT_TRUE(widget->styleSheet().isEmpty()) << widget->objectName().toStdString();
+      EXPECT_EQ(widget->palette().resolveMask(), 0U) << widget->objectName().toStdString();
+      if (!widget->isVisible()) continue;
+      const QAccessibleInterface* face = QAccessible::queryAccessibleInterface(widget);
+      if (widget->focusPolicy() != Qt::NoFocus && face != nullptr) {
+        EXPECT_FALSE(face->text(QAccessible::Name).isEmpty())
+            << widget->metaObject()->className() << " " << widget->objectName().toStdString();
+      }
+      const QKeySequence key = QKeySequence::mnemonic(widget->property("text").toString());
+      if (key.isEmpty()) continue;
+      EXPECT_FALSE(mnemonics.contains(key.toString())) << ui::utf8(key.toString());
+      mnemonics += key.toString();
+    }
+  };
+  main.show();
+  for (int index = 0; index < 6; ++index) {
+    main.show_page(index);
+    check(main);
+  }
+  for (QWidget* window : std::initializer_list<QWidget*>{&site, &response, &text}) {
+    window->show();
+    check(*window);
+    window->hide();
+  }
+}
+
+// Each value stands before the next one.
+TEST(ValueOrderTest, PutsValuesInOrderAndNamesAsTheLocaleDoes) {
+  const QVariant rows[][2] = {
+      {QVariant(), 0},
+      {QString(), "a"},
+      {9, 10},
+      {qulonglong(4'000'000'000), 5'000'000'000.0},
+      {10, "1"},
+      {QDateTime({2026, 11, 30}, {9, 0}), QDateTime({2027, 1, 1}, {8, 0})},
+      {name_value("Nov3026235959000"), name_value("Jan0127000000000")},
+      {name_value("Nov3026235959001same.log"), name_value("Nov3026235959002same.log")},
+      {name_value("Jan0127000000000"), name_value("Nov day")},
+      {"Office 9", "office 10"},
+      {"10.0.0.5", "10.0.0.12"},
+      {"\u00c4pfel", "Zebra"},
+      {"alpha", "Beta"},
+  };
+  const ValueOrder order;
+  for (const auto& [left, right] : rows) {
+    EXPECT_TRUE(order.less(left, right)) << ui::utf8(left.toString()) << ", " << ui::utf8(right.toString());
+    EXPECT_FALSE(order.less(right, left)) << ui::utf8(left.toString()) << ", " << ui::utf8(right.toString());
+  }
+}
+
+TEST(MessageBoxesTest, ShowsTextTitleAndDetailAtOnce) {
+  ui::MessageBoxes boxes;
+  struct Row {
+    platform::Message message;
+    const char* title;
+    Qt::Key key;
+    platform::Button answer;
+  };
+  const Row rows[] = {
+      {{.text = "ERROR! cmdOK_Click"}, "Host", Qt::Key_Return, platform::Button::kOk},
+      {{.text = "a\r\nb & c <b>", .title = "QVRCOM+", .detail = "why <b>\nnext"},
+       "QVRCOM+",
+       Qt::Key_Escape,
+       platform::Button::kOk},
+      {{.text = "?", .title = "T", .buttons = platform::Buttons::kOkCancel},
+       "T",
+       Qt::Key_Escape,
+       platform::Button::kCancel},
+      {{.text = "?", .title = "T", .buttons = platform::Buttons::kYesNoCancel},
+       "T",
+       Qt::Key_Return,
+       platform::Button::kYes},
+      {{.text = "?", .title = "T", .buttons = platform::Buttons::kYesNoCancel},
+       "T",
+       Qt::Key_Escape,
+       platform::Button::kCancel},
+      {{.text = "Reset?", .title = "T", .buttons = platform::Buttons::kOkCancel, .act = "Reset Log"},
+       "T",
+       Qt::Key_Return,
+       platform::Button::kCancel},
+      {{.text = "?", .title = "T", .buttons = platform::Buttons::kYesNoCancel, .act = "Reset Log"},
+       "T",
+       Qt::Key_Return,
+       platform::Button::kNo},
+  };
+  for (const Row& row : rows) {
+    const ModalDriver driver({[&](QWidget& box) {
+      EXPECT_EQ(box.property("text").toString(), ui::qt_text(row.message.text));
+      EXPECT_EQ(box.windowTitle(), row.title);
+      if (!row.message.detail.empty()) {
+        const auto& detail = child<QLabel>(box, "qt_msgbox_informativelabel");
+        EXPECT_TRUE(detail.isVisible());
+        EXPECT_EQ(detail.textFormat(), Qt::PlainText);
+        EXPECT_EQ(ui::utf8(detail.text()), row.message.detail);
+      }
+      QStringList captions;
+      for (const QPushButton* button : box.findChildren<QPushButton*>())
+        captions += ui::shown_caption(button->text());
+      EXPECT_EQ(captions.contains("Reset Log"), !row.message.act.empty());
+      press(box, row.key);
+    }});
+    EXPECT_EQ(boxes.show(row.message), row.answer) << row.message.text;
+  }
+}
+
+TEST(FileChooserTest, WritesFiltersAsQtReadsThem) {
+  EXPECT_EQ(ui::qt_filter("Statistics Files (*.csv)|*.csv"), "Statistics Files (*.csv)");
+  EXPECT_EQ(ui::qt_filter("Sound|*.wav;*.au"), "Sound (*.wav *.au)");
+}
+
+}  // namespace
+}  // namespace qvrcom::desktop
