@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Holds every #include of src/ against the floors drawn in src/CMakeLists.txt.
 
-A folder may include from the folders that its qvrcom_floor() line names and from theirs. The core floors
-may include the standard library alone. Exit code 1 with one line per breach, 0 when the house is in order.
+A folder may include from the folders that its qvrcom_floor() line names and from theirs, and includes from
+each that its line names. The core floors may include the standard library alone. Exit code 1 with one line per breach, 0 when the house is in order.
 """
 import pathlib
 import re
@@ -40,6 +40,11 @@ def reachable(floors, name, path=()):
             raise SystemExit(f"{name} depends on {floor}, which is no floor")
         below |= {floor} | reachable(floors, floor, path + (name,))
     return below
+
+
+def folders_included(folder):
+    texts = (source.read_text(encoding="utf-8") for source in folder.rglob("*.[ch]*"))
+    return {own.split("/")[0] for text in texts for own, _ in INCLUDE.findall(text) if own}
 
 
 def breaches_of(source, floor, allowed, links, floors):
@@ -86,6 +91,9 @@ def main(root):
             breaches.append(f"{folder}: no qvrcom_floor() line names it")
             continue
         allowed = reachable(floors, folder.name)
+        unused = set(floors[folder.name][0]) - folders_included(folder)
+        breaches += [f"src/CMakeLists.txt: {folder.name} names {floor}, and includes nothing of it"
+                     for floor in sorted(unused)]
         for source in sorted(folder.rglob("*.[ch]*")):
             breaches += breaches_of(source, folder.name, allowed, floors[folder.name][1], set(floors))
     breaches += [f"includes in a circle: {circle}" for circle in include_cycles(src)]
