@@ -1,6 +1,7 @@
 #include "desktop/session_logs.h"
 
 #include "desktop/text_window.h"
+#include "protocol/job_log.h"
 #include "protocol/job_name.h"
 #include "ui/attempt.h"
 #include "ui/widget_text.h"
@@ -30,7 +31,7 @@ std::string SessionLogs::read(const std::string& path) const {
 void SessionLogs::show(const std::string& job_name, QWidget* parent) const {
   ui::attempt(ui_, "The log of job " + job_name + " cannot be shown.", [&] {
     if (!protocol::is_job_name(job_name)) throw base::Fault("This is no name of a job.");
-    const std::string path = folders_.GetLogsFolder() + job_name + ".log";
+    const std::string path = protocol::log_path(folders_.GetLogsFolder(), job_name);
     const QString text = ui::qt_text(read(path));
     TextWindow window(QStringLiteral("Session Log - ") + ui::qt_text(files_.native(path)), text, parent);
     window.show_end();

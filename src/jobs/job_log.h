@@ -13,4 +13,8 @@ namespace qvrcom::jobs {
 void write_job_log(platform::Files& files, const platform::Clock& clock, const std::string& logs_folder,
                    const std::string& job_name, std::string_view sentence);
 
+// Why the job failed or was cancelled; "" when its log does not tell, or is not there.
+std::string reason_of(const platform::Files& files, const std::string& logs_folder,
+                      const std::string& job_name);
+
 }  // namespace qvrcom::jobs

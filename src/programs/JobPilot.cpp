@@ -152,9 +152,9 @@ class JobPilot : public platform::SchedulerControl {
  private:
   scheduler::EngineParts parts(platform::MessageChannel& channel) {
     scheduler::SettingsReading reading = scheduler::read_settings(host_.machine);
-    scheduler::SessionLog log(host_.files, host_.clock, host_.folders.GetLogsFolder());
+    scheduler::RunLog log(host_.files, host_.clock, host_.folders.GetLogsFolder());
     for (const std::string& complaint : reading.complaints)
-      log.write(scheduler::SessionLog::kProgram, complaint);
+      log.write(scheduler::RunLog::kProgram, complaint);
     return {host_.files,
             host_.clock,
             channel,

@@ -24,7 +24,7 @@ StatisticsWindows::StatisticsWindows(Suite& suite)
       dialogs_({[&suite] { return failed(suite) ? suite.ui.reason() : std::string(); },
                 [&suite] { return failed(suite); },
                 [this](QWidget* over) { logs_.show(suite_.session.job.Name, over); },
-                [&suite] { return failed(suite) && scheduler::advice_for(suite.ui.reason()).about_site; },
+                [&suite] { return failed(suite) && session::advice_for(suite.ui.reason()).about_site; },
                 [this](QWidget* over) { edit_site(over); }},
                ui::transfer_source(suite.scheduler, suite.session.job, suite.scheduler_files)),
       screen_(suite.session_parts(), dialogs_),

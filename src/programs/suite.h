@@ -14,8 +14,8 @@
 #include "jobs/job_board.h"
 #include "programs/host.h"
 #include "requests/statistics_request.h"
-#include "scheduler/session_reason.h"
 #include "session/frm_response.h"
+#include "session/reasoned_boxes.h"
 #include "session/scheduler_link.h"
 #include "session/session_gate.h"
 #include "sitebook/site_book.h"
@@ -45,7 +45,7 @@ class Suite : public Host {
   }
 
   base::Session session;
-  scheduler::ReasonedBoxes ui;
+  session::ReasonedBoxes ui;
   adapters::QtDatabaseEngine engine;
   adapters::QtXmlRows xml_rows;
   adapters::MessageChannelLocal channel;

@@ -6,6 +6,7 @@
 #include "base/date_serial.h"
 #include "environment/names.h"
 #include "protocol/job_lists.h"
+#include "protocol/job_log.h"
 #include "protocol/messages.h"
 #include "session/file_rescue.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr int kLogDays = 90;
 constexpr int kMostLogDays = 36500;
-constexpr std::string_view kLogExtension = ".log";
+using protocol::kLogExtension;
 
 bool waits(const jobs::BoardJob& job) {
   return !job.ending();

@@ -5,7 +5,6 @@
 #include "base/text.h"
 #include "protocol/index_line.h"
 #include "protocol/job_name.h"
-#include "scheduler/session_log.h"
 
 namespace qvrcom::scheduler {
 namespace {
@@ -40,7 +39,8 @@ std::string left_alone_sentence(const WaitingLine& line, Due due) {
     return "The job " + line.job + " has an interval or a period and is left alone: nothing repeats here.";
   const auto start = base::from_date_serial(line.start);
   return "The job " + line.job + " is left alone until its start" +
-         (start ? ", " + log_stamp(*start) : std::string{}) + ", has come and jobs are submitted again.";
+         (start ? ", " + base::clock_text(*start) : std::string{}) +
+         ", has come and jobs are submitted again.";
 }
 
 std::vector<std::string> jobs_named_in(std::string_view damaged_line) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "jobs/job_log.h"
 #include "jobs/report_file.h"
 #include "protocol/index_line.h"
 #include "protocol/job_lists.h"
@@ -211,10 +212,10 @@ void SchedulerEngine::start(std::string_view text) {
                      "The job " + line.job + " has no folder and is listed as an error.");
   const auto fault = fault_of([&] {
     if (finish_from_report(std::string(text), line.job)) return;
-    SessionPlan plan = make_plan(parts_.files, parts_.scheduler_folder, line.job, line.script_path);
+    RunPlan plan = make_plan(parts_.files, parts_.scheduler_folder, line.job, line.script_path);
     log_.write(line.job, "The session begins: " + line.description + ", " + line.site_name + ".");
     running_ = {std::string(text), line.job, "Starting", 0};
-    session_ = std::make_unique<SessionThread>(std::move(plan), parts_.settings, parts_.ways, parts_.wake);
+    session_ = std::make_unique<RunThread>(std::move(plan), parts_.settings, parts_.ways, parts_.wake);
   });
   if (fault) finish_with(Ending::kError, text, line.job, sentence_of(*fault));
   if (!session_) found_finished_ = true;
@@ -226,7 +227,7 @@ bool SchedulerEngine::finish_from_report(const std::string& line, const std::str
   if (!earlier) return false;
   const bool failed = earlier->ending != Ending::kCompleted;
   if (earlier->ended) log_.write(job, "The session had ended before the scheduler was started again.");
-  if (earlier->ended && failed && last_reason(parts_.files, parts_.logs_folder, job).empty())
+  if (earlier->ended && failed && jobs::reason_of(parts_.files, parts_.logs_folder, job).empty())
     earlier->reason = kEndedBeforeReason;
   finish_with(earlier->ending, line, job, earlier->reason);
   return true;
@@ -278,8 +279,8 @@ void SchedulerEngine::tick() {
 }
 
 void SchedulerEngine::take_events() {
-  SessionThread::News news = session_->take_news();
-  for (SessionEvent& event : news.events) {
+  RunThread::News news = session_->take_news();
+  for (RunEvent& event : news.events) {
     if (!event.text.empty()) log_.write(running_.job, event.text);
     if (event.step.empty()) continue;
     running_.step = std::move(event.step);
@@ -288,7 +289,7 @@ void SchedulerEngine::take_events() {
   if (news.report) finish(*news.report);
 }
 
-void SchedulerEngine::finish(const SessionReport& report) {
+void SchedulerEngine::finish(const RunResult& report) {
   session_.reset();
   const Running ended = std::exchange(running_, {});
   finish_with(report.ending, ended.line, ended.job, report.reason);

@@ -13,9 +13,9 @@
 #include "platform/scheduler_control.h"
 #include "scheduler/due_lines.h"
 #include "scheduler/result_lists.h"
+#include "scheduler/run_log.h"
+#include "scheduler/run_thread.h"
 #include "scheduler/scheduler_settings.h"
-#include "scheduler/session_log.h"
-#include "scheduler/session_thread.h"
 
 namespace qvrcom::scheduler {
 
@@ -24,7 +24,7 @@ struct EngineParts {
   platform::Files& files;
   platform::Clock& clock;
   platform::MessageChannel& channel;
-  SessionWays ways;
+  RunWays ways;
   std::string scheduler_folder;  // suite path, ends in a backslash
   std::string logs_folder;       // likewise
   SchedulerSettings settings;
@@ -99,18 +99,18 @@ class SchedulerEngine {
   void end_cut_reports();
   bool finish_from_report(const std::string& line, const std::string& job);
   void take_events();
-  void finish(const SessionReport& report);
+  void finish(const RunResult& report);
   void finish_with(Ending ending, std::string_view line, const std::string& log, const std::string& reason);
   void list_finished();
   std::vector<protocol::ScheduledJob> jobs_of(std::string_view text, const WaitingLine& line) const;
   void answer();
-  void note(const std::string& sentence) { log_.write(SessionLog::kProgram, sentence); }
+  void note(const std::string& sentence) { log_.write(RunLog::kProgram, sentence); }
 
   EngineParts parts_;
   ResultLists lists_;
-  SessionLog log_;
+  RunLog log_;
   Running running_;
-  std::unique_ptr<SessionThread> session_;
+  std::unique_ptr<RunThread> session_;
 
   // A look through the index: it goes on from tick to tick, and behind the end of each session.
   IndexLines index_;

@@ -8,7 +8,7 @@ namespace qvrcom::scheduler {
 
 namespace operation = protocol::operation;
 
-std::vector<ScriptBlock> blocks_of(const std::vector<SessionPlan::Step>& steps) {
+std::vector<ScriptBlock> blocks_of(const std::vector<RunPlan::Step>& steps) {
   std::vector<ScriptBlock> blocks;
   for (std::size_t i = 0; i < steps.size(); ++i) {
     const bool account = steps[i].kind == protocol::CommandKind::kAccount;

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "scheduler/session_plan.h"
+#include "scheduler/run_plan.h"
 
 namespace qvrcom::scheduler {
 
@@ -17,7 +17,7 @@ struct ScriptBlock {
 };
 
 // All steps in their order; a script without a step has no block.
-std::vector<ScriptBlock> blocks_of(const std::vector<SessionPlan::Step>& steps);
+std::vector<ScriptBlock> blocks_of(const std::vector<RunPlan::Step>& steps);
 
 // Whether a job of this description goes on with the next partition when one has failed: those that take a
 // device as a whole, where a partition may be missing. The description counts as it stands.

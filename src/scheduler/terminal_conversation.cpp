@@ -5,14 +5,14 @@
 namespace qvrcom::scheduler {
 namespace {
 
-platform::TerminalOrder order_of(const SessionPlan& plan, const SchedulerSettings& settings) {
+platform::TerminalOrder order_of(const RunPlan& plan, const SchedulerSettings& settings) {
   return {plan.job_name,
           plan.login.host,
           plan.telnet_port,
           {settings.limits.connect, settings.attach, settings.terminal_idle, settings.limits.session}};
 }
 
-void tell_stage(platform::TerminalStage stage, const std::string& place, const SessionTelling& telling) {
+void tell_stage(platform::TerminalStage stage, const std::string& place, const RunTelling& telling) {
   if (stage == platform::TerminalStage::kConnected) {
     telling.done("Connected to " + place + ".");
     telling.begin("Waiting for a terminal");
@@ -30,11 +30,10 @@ std::string end_sentence(const platform::TerminalTraffic& traffic) {
 
 }  // namespace
 
-SessionReport hold_terminal(const SessionPlan& plan, const SchedulerSettings& settings,
-                            platform::TerminalRelay& relay, platform::Dialer& dialer,
-                            const std::atomic<bool>& cancelled,
-                            const std::function<void(SessionEvent)>& tell) {
-  const SessionTelling telling(tell);
+RunResult hold_terminal(const RunPlan& plan, const SchedulerSettings& settings,
+                        platform::TerminalRelay& relay, platform::Dialer& dialer,
+                        const std::atomic<bool>& cancelled, const std::function<void(RunEvent)>& tell) {
+  const RunTelling telling(tell);
   const platform::TerminalOrder order = order_of(plan, settings);
   const std::string place = order.host + " port " + std::to_string(order.port);
   const auto fault = fault_of([&] {

@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "jobs/job_log.h"
 #include "protocol/job_lists.h"
+#include "protocol/job_log.h"
 #include "siterules/device_address.h"
 
 namespace qvrcom::session {
@@ -20,7 +21,7 @@ void take_base_time(const BusinessRulesParts& parts, std::span<const std::string
   const auto is_taken = [&](const std::string& suffix) {
     const std::string name = base::job_name_stamp(job.SessionStart) + suffix;
     return name == job.Name || parts.files.folder_exists(scheduler + name) ||
-           parts.files.file_exists(logs + name + ".log");
+           parts.files.file_exists(protocol::log_path(logs, name));
   };
   job.SessionStart = parts.clock.now();
   while (std::any_of(suffixes.begin(), suffixes.end(), is_taken)) {

@@ -8,6 +8,7 @@
 #include "doubles/manual_clock.h"
 #include "doubles/memory_channel.h"
 #include "doubles/memory_files.h"
+#include "jobs/job_log.h"
 #include "protocol/index_line.h"
 #include "protocol/script_grammar.h"
 #include "scheduler/scripted_device.h"
@@ -89,7 +90,7 @@ class SchedulerEngineTest : public testing::Test {
   }
   std::string list(const std::string& name) const { return file(kFolder + name + ".sch"); }
   std::string log(const std::string& job) const { return file(kLogs + job + ".log"); }
-  std::string reason(const std::string& job) const { return last_reason(files_, kLogs, job); }
+  std::string reason(const std::string& job) const { return jobs::reason_of(files_, kLogs, job); }
 
   doubles::MemoryFiles files_;
   doubles::ManualClock clock_;

@@ -10,23 +10,20 @@
 
 namespace qvrcom::scheduler {
 
-// "2026-11-15 12:10:05"
-std::string log_stamp(base::LocalTime moment);
-
 // Logs that people read: one file a job, "NAME.log", each line a time stamp and a full sentence, CR LF,
 // readable by the user alone. What belongs to no job is in "JobPilot.log".
-class SessionLog {
+class RunLog {
  public:
   static constexpr const char* kProgram = "JobPilot";
 
   // `folder` ends in a backslash; it is made when the first line is written.
-  SessionLog(platform::Files& files, const platform::Clock& clock, std::string folder)
+  RunLog(platform::Files& files, const platform::Clock& clock, std::string folder)
       : files_(files), clock_(clock), folder_(std::move(folder)) {}
 
   // A log that cannot be written stops nothing: what cannot be said is lost.
   void write(std::string_view log_name, std::string_view sentence);
 
-  // The sentence by which `last_reason` finds why a job did not end well.
+  // Why a job did not end well.
   void write_reason(std::string_view log_name, std::string_view reason);
 
  private:
@@ -47,7 +44,7 @@ class CountedSentences {
   void add(std::string sentence);
 
   // Into the program's log; it starts over.
-  void write_to(SessionLog& log);
+  void write_to(RunLog& log);
 
  private:
   static constexpr std::size_t kMostTold = 20;
@@ -56,9 +53,5 @@ class CountedSentences {
   std::vector<std::string> told_;
   std::size_t counted_ = 0;
 };
-
-// Why the job failed or was cancelled, as its log in `logs_folder` tells it last; "" when it does not.
-std::string last_reason(const platform::Files& files, const std::string& logs_folder,
-                        const std::string& job_name);
 
 }  // namespace qvrcom::scheduler

@@ -1,4 +1,4 @@
-#include "scheduler/session_reason.h"
+#include "session/reasoned_boxes.h"
 
 #include <gmock/gmock.h>
 
@@ -7,7 +7,7 @@
 #include "doubles/recording_user_interface.h"
 #include "platform/device_connection.h"
 
-namespace qvrcom::scheduler {
+namespace qvrcom::session {
 namespace {
 
 namespace device_fault = platform::device_fault;
@@ -59,4 +59,4 @@ TEST(ReasonedBoxesTest, TellWhyASessionFailedAndWhatToDo) {
 }
 
 }  // namespace
-}  // namespace qvrcom::scheduler
+}  // namespace qvrcom::session

@@ -1,13 +1,14 @@
-#include "scheduler/session_reason.h"
+#include "session/reasoned_boxes.h"
 
 #include <algorithm>
 #include <iterator>
 
 #include "base/fault.h"
+#include "jobs/job_log.h"
 #include "platform/device_connection.h"
-#include "scheduler/session_log.h"
+#include "protocol/job_log.h"
 
-namespace qvrcom::scheduler {
+namespace qvrcom::session {
 namespace {
 
 namespace device_fault = platform::device_fault;
@@ -60,7 +61,7 @@ std::string ReasonedBoxes::reason() const {
   std::string reason;
   // A log that cannot be read keeps no box from being shown.
   base::fault_of(
-      [&] { reason = last_reason(parts_.files, parts_.folders.GetLogsFolder(), parts_.job.Name); });
+      [&] { reason = jobs::reason_of(parts_.files, parts_.folders.GetLogsFolder(), parts_.job.Name); });
   return reason;
 }
 
@@ -77,11 +78,12 @@ platform::Button ReasonedBoxes::show(const platform::Message& message) {
 std::string ReasonedBoxes::detail_of(const std::string& reason) const {
   if (reason.empty()) return {};
   const Advice& advice = advice_for(reason);
-  const std::string log = parts_.files.native(parts_.folders.GetLogsFolder() + parts_.job.Name + ".log");
+  const std::string log =
+      parts_.files.native(protocol::log_path(parts_.folders.GetLogsFolder(), parts_.job.Name));
   std::string next = advice.text;
   if (next.empty()) next = "The session's log tells every step: " + log;
   if (advice.about_site && !parts_.edit_site.empty()) next += " " + parts_.edit_site;
   return reason + " " + next;
 }
 
-}  // namespace qvrcom::scheduler
+}  // namespace qvrcom::session

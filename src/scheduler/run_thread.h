@@ -14,12 +14,12 @@
 #include "platform/files.h"
 #include "platform/terminal_relay.h"
 #include "scheduler/device_line.h"
-#include "scheduler/session_telling.h"
+#include "scheduler/run_telling.h"
 
 namespace qvrcom::scheduler {
 
 // What a session reaches the world with.
-struct SessionWays {
+struct RunWays {
   platform::DeviceConnections& devices;
   platform::TerminalRelays& terminals;
   platform::Dialer& dialer;
@@ -28,14 +28,13 @@ struct SessionWays {
 
 // A conversation on a thread of its own. All that the two threads share is a list of events, the report, two
 // atomic values, the cancel of the connection and the files, whose operations stand each for itself.
-class SessionThread {
+class RunThread {
  public:
   // `wake` is called on the session's thread whenever there is news.
-  SessionThread(SessionPlan plan, const SchedulerSettings& settings, const SessionWays& ways,
-                std::function<void()> wake);
-  ~SessionThread();  // cancels and waits
-  SessionThread(const SessionThread&) = delete;
-  SessionThread& operator=(const SessionThread&) = delete;
+  RunThread(RunPlan plan, const SchedulerSettings& settings, const RunWays& ways, std::function<void()> wake);
+  ~RunThread();  // cancels and waits
+  RunThread(const RunThread&) = delete;
+  RunThread& operator=(const RunThread&) = delete;
 
   void cancel();
 
@@ -43,8 +42,8 @@ class SessionThread {
   bool wait_for(std::chrono::milliseconds time);
 
   struct News {
-    std::vector<SessionEvent> events;
-    std::optional<SessionReport> report;  // once, when the conversation has ended
+    std::vector<RunEvent> events;
+    std::optional<RunResult> report;  // once, when the conversation has ended
   };
   News take_news();
 
@@ -52,11 +51,11 @@ class SessionThread {
   std::uint64_t bytes_done() const { return bytes_done_; }
 
  private:
-  SessionReport hold();
+  RunResult hold();
   void run();
-  void tell(SessionEvent event);
+  void tell(RunEvent event);
 
-  const SessionPlan plan_;
+  const RunPlan plan_;
   const SchedulerSettings settings_;
   platform::Dialer& dialer_;
   platform::Files& files_;

@@ -8,7 +8,7 @@
 #include "platform/files.h"
 #include "platform/user_interface.h"
 
-namespace qvrcom::scheduler {
+namespace qvrcom::session {
 
 // What to do about a session that failed for this reason, as its log tells it.
 struct Advice {
@@ -42,4 +42,4 @@ class ReasonedBoxes : public platform::UserInterface {
   Parts parts_;
 };
 
-}  // namespace qvrcom::scheduler
+}  // namespace qvrcom::session

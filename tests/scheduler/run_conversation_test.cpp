@@ -1,4 +1,4 @@
-#include "scheduler/session_conversation.h"
+#include "scheduler/run_conversation.h"
 
 #include <gmock/gmock.h>
 
@@ -19,8 +19,8 @@ constexpr const char* kConfiguration = "Retrieve Entire Configuration";
 constexpr const char* kReport = "\\JobA\\JobA.rpt";
 
 // The device's own "dbase", then "linestat" of so many partitions, with its deletion where that is asked for.
-SessionPlan plan_of(const std::string& description, int partitions, bool deletes) {
-  SessionPlan plan;
+RunPlan plan_of(const std::string& description, int partitions, bool deletes) {
+  RunPlan plan;
   plan.description = description;
   plan.folder = "\\JobA";
   plan.login = {"192.0.2.7", 21, "admin", "secret"};
@@ -47,23 +47,23 @@ std::string told(const ScriptedDevice& device) {
 }
 
 struct Held {
-  SessionReport report;
+  RunResult report;
   std::string log;
 };
 
-Held hold(ScriptedDevice& device, const SessionPlan& plan, doubles::MemoryFiles& files) {
+Held hold(ScriptedDevice& device, const RunPlan& plan, doubles::MemoryFiles& files) {
   files.make_folders("\\JobA");
   SchedulerSettings settings;
   settings.login_pause = std::chrono::milliseconds(1);
   DeviceLine line(device, [](std::uint64_t) {});
   Held held;
-  held.report = hold_conversation(plan, settings, line, device, files, [&](const SessionEvent& event) {
+  held.report = hold_conversation(plan, settings, line, device, files, [&](const RunEvent& event) {
     if (!event.text.empty()) held.log += event.text + "\n";
   });
   return held;
 }
 
-Held hold(ScriptedDevice& device, const SessionPlan& plan) {
+Held hold(ScriptedDevice& device, const RunPlan& plan) {
   doubles::MemoryFiles files;
   return hold(device, plan, files);
 }
@@ -90,7 +90,7 @@ Retrieve Entire Configuration|1|0 1||L G0 A1 G1 C|done|
 Retrieve Entire Configuration |2|account part1=501 Not present||L G0 A1|error|
 Retrieve Statistics All Partitions|2|get linestat > 1=Cut||L G0 A1 G1|error|)";
 
-TEST(SessionConversation, SkipsTheRestOfAFailedPartition) {
+TEST(RunConversation, SkipsTheRestOfAFailedPartition) {
   for (const std::string_view row : base::lines_of(kCases)) {
     SCOPED_TRACE(row);
     const std::vector<std::string_view> fields = base::split(row, "|");
@@ -115,7 +115,7 @@ TEST(SessionConversation, SkipsTheRestOfAFailedPartition) {
   }
 }
 
-TEST(SessionConversation, LogsInAgainNoMoreThanEightTimes) {
+TEST(RunConversation, LogsInAgainNoMoreThanEightTimes) {
   ScriptedDevice device;
   device.troubles = {{"get linestat", "Cut", true, 64}};
   const Held held = hold(device, plan_of(kConfiguration, 12, false));
@@ -125,7 +125,7 @@ TEST(SessionConversation, LogsInAgainNoMoreThanEightTimes) {
   EXPECT_THAT(held.log, HasSubstr("0 of 12 partitions are done"));
 }
 
-TEST(SessionConversation, ACancelIsNotForgiven) {
+TEST(RunConversation, ACancelIsNotForgiven) {
   ScriptedDevice device;
   device.fails_at = "get linestat > 2";
   DeviceLine line(device, [](std::uint64_t) {});
@@ -136,17 +136,17 @@ TEST(SessionConversation, ACancelIsNotForgiven) {
   });
   doubles::MemoryFiles files;
   files.make_folders("\\JobA");
-  const SessionReport report =
+  const RunResult report =
       hold_conversation(plan_of(kResetAll, 3, true), {}, line, device, files, [](auto) {});
   EXPECT_EQ(report.ending, Ending::kCancelled);
   EXPECT_EQ(told(device), "L G0 A1 G1 D A2 G2");
   EXPECT_EQ(jobs::report_of(files, "\\JobA")->ending(), protocol::Ending::kCancelled);
 }
 
-TEST(SessionConversation, ReportsWhatItHasDone) {
+TEST(RunConversation, ReportsWhatItHasDone) {
   ScriptedDevice device;
   device.troubles = {{"remove", "450 Busy"}};
-  SessionPlan plan = plan_of(kResetAll, 2, true);
+  RunPlan plan = plan_of(kResetAll, 2, true);
   plan.steps.push_back({CommandKind::kPut, "dbase", "\\JobA\\P2.dat", 0});
   doubles::MemoryFiles files;
   hold(device, plan, files);
@@ -166,8 +166,8 @@ TEST(SessionConversation, ReportsWhatItHasDone) {
 }
 
 // The disk is full from the n-th line of the report on.
-TEST(SessionConversation, DoesNothingThatItCannotReport) {
-  SessionPlan plan = plan_of(kResetAll, 2, true);
+TEST(RunConversation, DoesNothingThatItCannotReport) {
+  RunPlan plan = plan_of(kResetAll, 2, true);
   plan.steps.push_back({CommandKind::kPut, "dbase", "P", 0});
   const std::vector<std::string> told_until{"",
                                             "L G0",
@@ -194,7 +194,7 @@ TEST(SessionConversation, DoesNothingThatItCannotReport) {
   }
 }
 
-TEST(SessionConversation, OverwritesNothingOnceItHasChangedTheDevice) {
+TEST(RunConversation, OverwritesNothingOnceItHasChangedTheDevice) {
   ScriptedDevice device;
   doubles::MemoryFiles files;
   files.content = {{"1", "old"}, {"2", "old"}};
@@ -204,10 +204,10 @@ TEST(SessionConversation, OverwritesNothingOnceItHasChangedTheDevice) {
               HasSubstr("part2 is skipped. Fetching linestat: The device has been changed, and 2 is"));
 }
 
-TEST(SessionConversation, DeletesNothingOfAnAccountThatHasFailed) {
+TEST(RunConversation, DeletesNothingOfAnAccountThatHasFailed) {
   ScriptedDevice device;
   device.troubles = {{"get linestat > 1", "550 No"}};
-  SessionPlan plan = plan_of(kResetAll, 2, false);
+  RunPlan plan = plan_of(kResetAll, 2, false);
   plan.steps.push_back({CommandKind::kAccount, "part1", {}, 0});
   plan.steps.push_back({CommandKind::kDelete, "linestat", {}, 0});
   hold(device, plan);

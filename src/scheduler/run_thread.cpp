@@ -1,14 +1,14 @@
-#include "scheduler/session_thread.h"
+#include "scheduler/run_thread.h"
 
 #include <utility>
 
-#include "scheduler/session_conversation.h"
+#include "scheduler/run_conversation.h"
 #include "scheduler/terminal_conversation.h"
 
 namespace qvrcom::scheduler {
 
-SessionThread::SessionThread(SessionPlan plan, const SchedulerSettings& settings, const SessionWays& ways,
-                             std::function<void()> wake)
+RunThread::RunThread(RunPlan plan, const SchedulerSettings& settings, const RunWays& ways,
+                     std::function<void()> wake)
     : plan_(std::move(plan)),
       settings_(settings),
       dialer_(ways.dialer),
@@ -20,34 +20,34 @@ SessionThread::SessionThread(SessionPlan plan, const SchedulerSettings& settings
                     : nullptr),
       thread_([this] { run(); }) {}
 
-SessionThread::~SessionThread() {
+RunThread::~RunThread() {
   cancel();
   thread_.join();
 }
 
-void SessionThread::cancel() {
+void RunThread::cancel() {
   line_.cancel();
   if (terminal_) terminal_->cancel();
 }
 
-bool SessionThread::wait_for(std::chrono::milliseconds time) {
+bool RunThread::wait_for(std::chrono::milliseconds time) {
   std::unique_lock lock(mutex_);
   return ended_.wait_for(lock, time, [this] { return news_.report.has_value(); });
 }
 
-SessionThread::News SessionThread::take_news() {
+RunThread::News RunThread::take_news() {
   const std::lock_guard lock(mutex_);
   return std::exchange(news_, {});
 }
 
-SessionReport SessionThread::hold() {
-  const auto teller = [this](SessionEvent event) { tell(std::move(event)); };
+RunResult RunThread::hold() {
+  const auto teller = [this](RunEvent event) { tell(std::move(event)); };
   if (terminal_) return hold_terminal(plan_, settings_, *terminal_, dialer_, line_.cancelled(), teller);
   return hold_conversation(plan_, settings_, line_, dialer_, files_, teller);
 }
 
-void SessionThread::run() {
-  SessionReport report = hold();
+void RunThread::run() {
+  RunResult report = hold();
   line_.drop();  // here, where a device that is slow to let go holds up nobody
   {
     const std::lock_guard lock(mutex_);
@@ -57,7 +57,7 @@ void SessionThread::run() {
   wake_();
 }
 
-void SessionThread::tell(SessionEvent event) {
+void RunThread::tell(RunEvent event) {
   if (!event.step.empty()) bytes_done_ = 0;
   {
     const std::lock_guard lock(mutex_);

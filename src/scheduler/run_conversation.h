@@ -5,9 +5,9 @@
 #include "platform/dialer.h"
 #include "platform/files.h"
 #include "scheduler/device_line.h"
+#include "scheduler/run_plan.h"
+#include "scheduler/run_telling.h"
 #include "scheduler/scheduler_settings.h"
-#include "scheduler/session_plan.h"
-#include "scheduler/session_telling.h"
 
 namespace qvrcom::scheduler {
 
@@ -18,8 +18,8 @@ namespace qvrcom::scheduler {
 // not arrived whole is fetched once more before it counts as failed; one that the device is asked to delete
 // something after must not be empty. Each step is written into the job's report before the next; a report
 // that cannot be written ends the session with an error.
-SessionReport hold_conversation(const SessionPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
-                                platform::Dialer& dialer, platform::Files& files,
-                                const std::function<void(SessionEvent)>& tell);
+RunResult hold_conversation(const RunPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
+                            platform::Dialer& dialer, platform::Files& files,
+                            const std::function<void(RunEvent)>& tell);
 
 }  // namespace qvrcom::scheduler

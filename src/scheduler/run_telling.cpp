@@ -1,4 +1,4 @@
-#include "scheduler/session_telling.h"
+#include "scheduler/run_telling.h"
 
 #include "base/text.h"
 
@@ -27,7 +27,7 @@ std::string bytes_text(std::uint64_t count) {
   return std::to_string(count) + (count == 1 ? " byte" : " bytes");
 }
 
-std::string SessionTelling::reason(const base::Fault& fault) {
+std::string RunTelling::reason(const base::Fault& fault) {
   const std::string& what = fault.description();
   const std::string& tried = fault.detail();
   std::string text = what;
@@ -36,14 +36,14 @@ std::string SessionTelling::reason(const base::Fault& fault) {
   return readable(std::move(text));
 }
 
-SessionReport SessionTelling::report(const std::optional<base::Fault>& fault, bool cancelled) {
+RunResult RunTelling::report(const std::optional<base::Fault>& fault, bool cancelled) {
   if (!fault) return {};
   if (cancelled) return {Ending::kCancelled, "The session was stopped in the scheduler."};
   return {Ending::kError, reason(*fault)};
 }
 
-void dial_up(const SessionPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,
-             const std::atomic<bool>& cancelled, const SessionTelling& telling) {
+void dial_up(const RunPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,
+             const std::atomic<bool>& cancelled, const RunTelling& telling) {
   if (!plan.dial) return;
   if (settings.dial_command.empty())
     throw base::Fault(

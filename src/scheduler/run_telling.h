@@ -9,19 +9,19 @@
 #include "base/fault.h"
 #include "platform/dialer.h"
 #include "scheduler/result_lists.h"
+#include "scheduler/run_plan.h"
 #include "scheduler/scheduler_settings.h"
-#include "scheduler/session_plan.h"
 
 namespace qvrcom::scheduler {
 
 // Something a session did or begins to do.
-struct SessionEvent {
+struct RunEvent {
   std::string text;        // a full sentence for the log; "" when there is nothing to tell
   std::string step;        // what is begun, "Fetching allstats.csv"; "" when nothing is
   std::uint64_t hint = 0;  // the expected size of that transfer, 0 when nobody said
 };
 
-struct SessionReport {
+struct RunResult {
   Ending ending = Ending::kCompleted;
   std::string reason;  // a full sentence, "" when it was completed
 };
@@ -33,9 +33,9 @@ std::string readable(std::string text);
 std::string bytes_text(std::uint64_t count);
 
 // What a session tells of itself.
-class SessionTelling {
+class RunTelling {
  public:
-  explicit SessionTelling(const std::function<void(SessionEvent)>& tell) : tell_(tell) {}
+  explicit RunTelling(const std::function<void(RunEvent)>& tell) : tell_(tell) {}
 
   void begin(const std::string& step, std::uint64_t hint = 0) const { tell_({{}, readable(step), hint}); }
   void done(const std::string& sentence) const { tell_({readable(sentence), {}, 0}); }
@@ -46,14 +46,14 @@ class SessionTelling {
   static std::string reason(const base::Fault& fault);
 
   // How a session ended that this fault ended, or none.
-  static SessionReport report(const std::optional<base::Fault>& fault, bool cancelled);
+  static RunResult report(const std::optional<base::Fault>& fault, bool cancelled);
 
  private:
-  const std::function<void(SessionEvent)>& tell_;
+  const std::function<void(RunEvent)>& tell_;
 };
 
 // Brings up the plan's dial-up connection, if it has one. Fault when that fails.
-void dial_up(const SessionPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,
-             const std::atomic<bool>& cancelled, const SessionTelling& telling);
+void dial_up(const RunPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,
+             const std::atomic<bool>& cancelled, const RunTelling& telling);
 
 }  // namespace qvrcom::scheduler

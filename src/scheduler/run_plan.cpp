@@ -1,4 +1,4 @@
-#include "scheduler/session_plan.h"
+#include "scheduler/run_plan.h"
 
 #include <map>
 #include <utility>
@@ -42,8 +42,8 @@ class Planner {
     return std::move(*reading.script);
   }
 
-  SessionPlan::Step step(const protocol::ScriptCommand& command) const {
-    SessionPlan::Step step{command.kind, command.remote, {}, command.size.value_or(0)};
+  RunPlan::Step step(const protocol::ScriptCommand& command) const {
+    RunPlan::Step step{command.kind, command.remote, {}, command.size.value_or(0)};
     if (command.kind == CommandKind::kAccount) step.remote = command.account;
     need_clean(step.remote, "Line " + std::to_string(command.line) + " of the script");
     if (command.kind == CommandKind::kGet || command.kind == CommandKind::kPut)
@@ -53,11 +53,11 @@ class Planner {
   }
 
   // A file that one fetch has brought is not overwritten by another.
-  static void need_files_of_their_own(const std::vector<SessionPlan::Step>& steps) {
+  static void need_files_of_their_own(const std::vector<RunPlan::Step>& steps) {
     std::map<std::string, std::pair<std::string, std::string>>
         sources;  // by local file: account, device file
     std::string account;
-    for (const SessionPlan::Step& step : steps) {
+    for (const RunPlan::Step& step : steps) {
       if (step.kind == CommandKind::kAccount) account = step.remote;
       if (step.kind != CommandKind::kGet) continue;
       const std::pair source(account, step.remote);
@@ -117,12 +117,12 @@ class Planner {
 
 }  // namespace
 
-SessionPlan make_plan(const platform::Files& files, const std::string& scheduler_folder,
-                      const std::string& job_name, const std::string& script_path) {
+RunPlan make_plan(const platform::Files& files, const std::string& scheduler_folder,
+                  const std::string& job_name, const std::string& script_path) {
   const Planner planner(files, scheduler_folder, job_name);
   const protocol::Script script = planner.read(script_path);
 
-  SessionPlan plan;
+  RunPlan plan;
   const protocol::ScriptHeader& header = script.header;
   plan.job_name = job_name;
   plan.folder = scheduler_folder + job_name;

@@ -1,4 +1,4 @@
-#include "scheduler/session_plan.h"
+#include "scheduler/run_plan.h"
 
 #include <gmock/gmock.h>
 
@@ -10,7 +10,7 @@
 namespace qvrcom::scheduler {
 namespace {
 
-TEST(SessionPlan, OverwritesNoFileOfTheJob) {
+TEST(RunPlan, OverwritesNoFileOfTheJob) {
   const std::string folder = "\\data\\Scheduler\\";
   const auto get = [&](const std::string& remote, const std::string& local) {
     return "FTPGET;REMOTEFILE=" + remote + ";LOCALFILE=" + folder + "JobA\\" + local + ";";

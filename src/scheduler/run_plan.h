@@ -12,7 +12,7 @@
 namespace qvrcom::scheduler {
 
 // A conversation with a device, checked: nothing in it reaches outside the job's folder.
-struct SessionPlan {
+struct RunPlan {
   struct Dial {
     std::string connection;
     std::string number;
@@ -38,7 +38,7 @@ struct SessionPlan {
 // it. `script_path` is where the index says the script lies: it must be that place. Fault with the reason, a
 // full sentence as its description, when there is no script, it is damaged, names a file outside the job's
 // folder, or a link stands on the way.
-SessionPlan make_plan(const platform::Files& files, const std::string& scheduler_folder,
-                      const std::string& job_name, const std::string& script_path);
+RunPlan make_plan(const platform::Files& files, const std::string& scheduler_folder,
+                  const std::string& job_name, const std::string& script_path);
 
 }  // namespace qvrcom::scheduler

@@ -1,4 +1,4 @@
-#include "scheduler/session_conversation.h"
+#include "scheduler/run_conversation.h"
 
 #include <algorithm>
 #include <array>
@@ -21,8 +21,8 @@ constexpr std::size_t kMostNamed = 200;  // accounts in the summary
 
 class Conversation {
  public:
-  Conversation(const SessionPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
-               platform::Dialer& dialer, platform::Files& files, const SessionTelling& telling)
+  Conversation(const RunPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
+               platform::Dialer& dialer, platform::Files& files, const RunTelling& telling)
       : plan_(plan),
         settings_(settings),
         line_(line),
@@ -33,16 +33,16 @@ class Conversation {
         blocks_(blocks_of(plan.steps)),
         forgiving_(forgives_blocks(plan.description, blocks_)) {}
 
-  SessionReport hold() {
+  RunResult hold() {
     const auto fault = fault_of([this] { converse(); });
-    SessionReport report = SessionTelling::report(fault, line_.cancelled());
+    RunResult report = RunTelling::report(fault, line_.cancelled());
     if (fault && report.ending == Ending::kError && !told_) fail(*fault);
     end_report(report.ending);
     return report;
   }
 
  private:
-  using Step = SessionPlan::Step;
+  using Step = RunPlan::Step;
   using StepRoutine = void (Conversation::*)(const Step&);
   static const std::array<StepRoutine, 4> kSteps;  // by CommandKind
 
@@ -114,7 +114,7 @@ class Conversation {
                        account_,
                        of_file ? running_->remote : std::string{},
                        {},
-                       SessionTelling::reason(fault)});
+                       RunTelling::reason(fault)});
       });
   }
 
@@ -157,7 +157,7 @@ class Conversation {
     std::uint64_t length = 0;
     const auto get = [&] { length = line_.current().get(step.remote, step.local, least); };
     if (const auto fault = fault_of_kind<platform::IncompleteFile>(get)) {
-      telling_.done(SessionTelling::reason(*fault) + " It is fetched once more.");
+      telling_.done(RunTelling::reason(*fault) + " It is fetched once more.");
       get();
     }
     return length;
@@ -188,7 +188,7 @@ class Conversation {
     const auto fault = fault_of([&] {
       report_.write({ReportWord::kEnded, {}, {}, {}, protocol::result_list(ending).report_word});
     });
-    if (fault) telling_.done("The report has no last line. " + SessionTelling::reason(*fault));
+    if (fault) telling_.done("The report has no last line. " + RunTelling::reason(*fault));
   }
 
   // Everything asked for is done: a device that takes leave badly spoils nothing.
@@ -209,12 +209,12 @@ class Conversation {
                   " partitions are done; skipped: " + names + ".");
   }
 
-  const SessionPlan& plan_;
+  const RunPlan& plan_;
   const SchedulerSettings& settings_;
   DeviceLine& line_;
   platform::Dialer& dialer_;
   platform::Files& files_;
-  const SessionTelling& telling_;
+  const RunTelling& telling_;
   ReportWriter report_;
   const std::vector<ScriptBlock> blocks_;
   const bool forgiving_;
@@ -237,10 +237,10 @@ const std::array<Conversation::StepRoutine, 4> Conversation::kSteps{
 
 }  // namespace
 
-SessionReport hold_conversation(const SessionPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
-                                platform::Dialer& dialer, platform::Files& files,
-                                const std::function<void(SessionEvent)>& tell) {
-  const SessionTelling telling(tell);
+RunResult hold_conversation(const RunPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
+                            platform::Dialer& dialer, platform::Files& files,
+                            const std::function<void(RunEvent)>& tell) {
+  const RunTelling telling(tell);
   return Conversation(plan, settings, line, dialer, files, telling).hold();
 }
 
