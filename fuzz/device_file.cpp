@@ -1,9 +1,5 @@
 // Any bytes as a file of the device, read by QVRCOM_READ: written back alike by QVRCOM_WRITE, or refused with
 // a reason.
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-
 #include "base/fault.h"
 #include "devicefiles/configuration_image.h"
 #include "devicefiles/crc32.h"
@@ -11,6 +7,7 @@
 #include "devicefiles/line_statistics.h"
 #include "devicefiles/node_statistics.h"
 #include "devicefiles/system_information.h"
+#include "entry.h"
 
 namespace {
 
@@ -19,9 +16,9 @@ using namespace qvrcom;
 void try_device_file(std::string_view bytes) {
   try {
     const auto value = devicefiles::QVRCOM_READ(bytes);
-    if (!(devicefiles::QVRCOM_READ(devicefiles::QVRCOM_WRITE(value)) == value)) std::abort();
+    require(devicefiles::QVRCOM_READ(devicefiles::QVRCOM_WRITE(value)) == value);
   } catch (const base::Fault& fault) {
-    if (fault.description().empty() || fault.detail().empty()) std::abort();
+    require(!fault.description().empty() && !fault.detail().empty());
   }
 }
 
@@ -39,12 +36,12 @@ std::string sealed(std::string bytes) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::string bytes(reinterpret_cast<const char*>(data), size);
-  try_device_file(bytes);
-  if (size < 16) return 0;
+void fuzz(std::string_view text) {
+  try_device_file(text);
+  if (text.size() < 16) return;
+  std::string bytes(text);
   try_device_file(sealed(bytes));
-  put_number(bytes, 8, static_cast<std::uint32_t>(size));  // where files of sections hold their length
+  put_number(bytes, 8,
+             static_cast<std::uint32_t>(bytes.size()));  // where files of sections hold their length
   try_device_file(sealed(bytes));
-  return 0;
 }

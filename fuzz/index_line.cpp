@@ -2,28 +2,17 @@
 // line with the same texts.
 #include "protocol/index_line.h"
 
-#include <cstdint>
-#include <cstdlib>
-
 #include "base/date_serial.h"
+#include "entry.h"
 #include "jobs/job_index.h"
 #include "protocol/job_name.h"
 
-namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void fuzz(std::string_view text) {
   using namespace qvrcom;
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
   const std::string folder = jobs::JobIndex::Get_Folder(text);
   const protocol::IndexLineReading reading = protocol::read_index_line(text);
   require(reading.line.has_value() == reading.reason.empty());
-  if (!reading.line) return 0;
+  if (!reading.line) return;
   const protocol::IndexLine& line = *reading.line;
   require(protocol::is_job_name(line.job) && line.job == folder);
   const auto again = protocol::read_index_line(protocol::index_line_text(
@@ -32,5 +21,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // Serials without an exponent may outgrow the line.
   require(!again.line || (again.line->creation == line.creation && again.line->start == line.start &&
                           again.line->description == line.description));
-  return 0;
 }

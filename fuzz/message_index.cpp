@@ -1,20 +1,16 @@
 // Any bytes as a message index: never more records than its length tells, and each reads what its bytes say.
 #include "jobs/message_index.h"
 
-#include <cstdint>
-#include <cstdlib>
+#include "entry.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void fuzz(std::string_view bytes) {
   using namespace qvrcom::jobs;
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   const auto messages = read_message_index(bytes);
-  if (messages.size() > size / 8) std::abort();
+  require(messages.size() <= bytes.size() / 8);
   for (std::size_t k = 0; k < messages.size(); ++k) {
     const std::size_t record = 8 + 8 * k;
-    const auto byte = [&](std::size_t offset) { return offset < size ? data[offset] : 0; };
-    const auto low = static_cast<std::uint8_t>(static_cast<std::uint16_t>(messages[k].number));
-    if (low != byte(record + 3) || static_cast<std::uint8_t>(messages[k].size) != byte(record + 7))
-      std::abort();
+    const auto byte = [&](std::size_t offset) { return offset < bytes.size() ? bytes[offset] : '\0'; };
+    require(static_cast<char>(messages[k].number) == byte(record + 3));
+    require(static_cast<char>(messages[k].size) == byte(record + 7));
   }
-  return 0;
 }

@@ -2,35 +2,22 @@
 // carry nothing that could become a second command on the device's control connection.
 #include "protocol/script_grammar.h"
 
-#include <cstdint>
-#include <cstdlib>
-
 #include "base/text.h"
+#include "entry.h"
 
-namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void fuzz(std::string_view text) {
   using namespace qvrcom;
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
   const protocol::ScriptReading reading = protocol::read_script(text);
   require(reading.script.has_value() == reading.problem.reason.empty());
-  if (!reading.script) return 0;
-  const protocol::Script& script = *reading.script;
+  if (!reading.script) return;
+  const jobs::Script& script = *reading.script;
   require(script.commands.size() <= protocol::kScriptCommandLimit);
   for (const protocol::ScriptCommand& command : script.commands) {
     require(!base::has_control_character(command.account + command.remote + command.local));
     require(!command.account.empty() || !command.remote.empty());
   }
   // A header that was read is written as one that reads the same, but for blanks and the default user.
-  const auto again =
-      protocol::read_script(protocol::header_text(script.header, protocol::ScriptKind::kTelnet));
+  const auto again = protocol::read_script(protocol::header_text(script.header, protocol::ScriptKind::kTelnet));
   require(again.script && again.script->header.site_name == script.header.site_name &&
           again.script->header.period == script.header.period);
-  return 0;
 }

@@ -3,12 +3,11 @@
 #include "sitebook/site_csv.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+#include "entry.h"
+
+void fuzz(std::string_view text) {
   using namespace qvrcom::sitebook;
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
   std::vector<SiteRecord> stored(2);
   stored[0].site_id = 1;
   stored[0].identifier = "7";
@@ -17,9 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const ImportResult result = try_csv(stored, text);
   const auto lines = static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char byte) { return byte == '\n' || byte == '\r'; }));
-  if (!result.problems.empty() && result.added + result.changed != 0) std::abort();
-  if (result.changed > stored.size() || result.added > lines) std::abort();
+  require(result.problems.empty() || result.added + result.changed == 0);
+  require(result.changed <= stored.size() && result.added <= lines);
   for (const ImportProblem& problem : result.problems)
-    if (problem.line == 0 || problem.line > lines + 1 || problem.reason.empty()) std::abort();
-  return 0;
+    require(problem.line > 0 && problem.line <= lines + 1 && !problem.reason.empty());
 }
