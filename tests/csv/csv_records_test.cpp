@@ -2,11 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
-
-#include "csv/record_scanner.h"
 
 namespace qvrcom::csv {
 namespace {
@@ -45,30 +42,6 @@ const std::vector<Case> kCases = {
 TEST(CsvRecords, ReadsEveryForm) {
   for (const Case& each : kCases)
     EXPECT_EQ(parse_csv(each.text), each.records) << each.name;
-}
-
-struct Trace {
-  std::string events;
-  void begin_record(std::uint64_t offset) { events += "<" + std::to_string(offset) + ">"; }
-  void content(std::string_view piece) { events += piece; }
-  void end_field() { events += "|"; }
-  void end_record() { events += "$"; }
-};
-
-std::string trace(std::string_view text, std::size_t piece) {
-  Trace sink;
-  RecordScanner scanner(sink);
-  for (; !text.empty(); text.remove_prefix(std::min(piece, text.size())))
-    scanner.feed(text.substr(0, piece));
-  sink.events += scanner.finish() ? "unclosed" : "";
-  return sink.events;
-}
-
-TEST(CsvRecords, AnswersTheSameHoweverTheBytesAreCut) {
-  for (const Case& each : kCases)
-    for (const std::size_t piece : {std::size_t{1}, std::size_t{2}, std::size_t{3}})
-      EXPECT_EQ(trace(each.text, piece), trace(each.text, each.text.size() + 1)) << each.name;
-  EXPECT_EQ(trace("a\r\n\"b", 1), "<0>a|$<3>b|$unclosed");
 }
 
 TEST(CsvRecords, WritesWhatItReads) {

@@ -6,7 +6,6 @@ namespace qvrcom::csv {
 namespace {
 
 TEST(CsvText, LosesNoByte) {
-  EXPECT_EQ(to_utf8("plain"), "plain");
   EXPECT_EQ(to_utf8("caf\xC3\xA9"), "caf\xC3\xA9");
   EXPECT_EQ(to_utf8("caf\xE9 \x80"), "caf\xC3\xA9 \xE2\x82\xAC");
   // A single bad byte makes the whole cell Windows-1252.
@@ -25,8 +24,6 @@ TEST(CsvText, FoldsCapitals) {
   EXPECT_EQ(fold_case("\xC5\xA0\xC5\xA1\xC5\xBD\xC5\xB8"), "\xC5\xA1\xC5\xA1\xC5\xBE\xC3\xBF");  // Š š Ž Ÿ
   EXPECT_EQ(fold_case("\xCE\xA3\xD0\x96\xD0\x81"), "\xCF\x83\xD0\xB6\xD1\x91");                  // Σ Ж Ё
   EXPECT_EQ(fold_case("\xE2\x82\xAC\xC3"), "\xE2\x82\xAC\xC3");  // € and half a character
-  EXPECT_TRUE(contains_ascii("Busy LINES", "y l"));
-  EXPECT_FALSE(contains_ascii("Busy", "busyy"));
 }
 
 TEST(CsvText, KnowsNumbers) {

@@ -7,11 +7,10 @@ namespace {
 
 TEST(TerminalFrame, IsCutOutOfAnyStream) {
   const std::string big(kTerminalPayloadLimit + 5, 'x');
-  const std::string stream = terminal_frame_text(kTerminalAttach, "JobA") +
-                             terminal_frame_text(kTerminalEnd, "") + terminal_data_text(big) +
-                             terminal_data_text("");
+  const std::string stream =
+      terminal_frame_text(kTerminalAttach, "JobA") + terminal_data_text(big) + terminal_data_text("");
   const std::vector<TerminalFrame> expected{
-      {'A', "JobA"}, {'E', ""}, {'D', big.substr(0, kTerminalPayloadLimit)}, {'D', "xxxxx"}};
+      {'A', "JobA"}, {'D', big.substr(0, kTerminalPayloadLimit)}, {'D', "xxxxx"}};
   for (const std::size_t step : {std::size_t{1}, std::size_t{7}, stream.size()}) {
     TerminalFrameReader reader;
     std::vector<TerminalFrame> frames;
