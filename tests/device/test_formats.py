@@ -12,7 +12,7 @@ FILES = ((None, "time", "device_time"), (None, "sysinfo", "system_information"),
 
 class Formats(DeviceTest):
     def test_files_are_the_samples(self):
-        ftp = self.client(self.start("--clock-stands", "--seed", "7", "--firmware", "5.01", "--partitions", "1-3,64"))
+        ftp = self.client(self.start("--clock", "2026-11-16 12:10:05", "--firmware", "5.01", "--partitions", "1-3,64"))
         for account, name, sample in FILES:
             with self.subTest(account=account, name=name):
                 if account:
