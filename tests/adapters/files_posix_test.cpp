@@ -1,5 +1,6 @@
 #include "adapters/files_posix.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -7,11 +8,22 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <functional>
 
 #include "adapters/temporary_suite.h"
 #include "doubles/caught.h"
+
+static bool files_are_busy = false;
+
+// Stands before the system's own.
+extern "C" int rename(const char* from, const char* to) noexcept {
+  if (!files_are_busy) return ::renameat(AT_FDCWD, from, AT_FDCWD, to);
+  errno = EBUSY;
+  return -1;
+}
 
 namespace qvrcom::adapters {
 namespace {
@@ -153,6 +165,15 @@ TEST_F(FilesPosixTest, KeepsWhatWasThereWhenTheDiskIsFull) {
   EXPECT_EQ(files_.read(path("index.sch")), "a line\r\n");
   EXPECT_EQ(files_.read(path(in_place)), "a line\r\n");
   EXPECT_EQ(entries(), 2U);
+}
+
+TEST_F(FilesPosixTest, WritesABusyFileWhereItIs) {
+  files_.append(path("a.sch"), "old and longer\r\n");
+  files_are_busy = true;
+  files_.replace(path("a.sch"), "new\r\n");
+  files_are_busy = false;
+  EXPECT_EQ(files_.read(path("a.sch")), "new\r\n");
+  EXPECT_EQ(entries(), 1U);
 }
 
 TEST_F(FilesPosixTest, FoldersAndLists) {
