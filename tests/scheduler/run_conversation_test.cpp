@@ -85,9 +85,9 @@ Retrieve All Message Indexes|1|account part1=501 Not present||L G0 A1|error|
 Retrieve Reset Statistics All Partitions|2|get dbase=550 No||L G0|error|
 Retrieve Reset Statistics All Partitions|2|1||L G0 A1 G1 G1 D A2 G2 D C|done|Nothing came. It is fetched once more.
 Retrieve Reset Statistics All Partitions|2|1 1||L G0 A1 G1 G1 A2 G2 D C|done|1 of 2 partitions are done; skipped: part1.
-Retrieve Reset Statistics All Partitions|1|0 0||L G0 G0|error|
 Retrieve Entire Configuration|1|0 1||L G0 A1 G1 C|done|
 Retrieve Entire Configuration |2|account part1=501 Not present||L G0 A1|error|
+Retrieve Entire Configuration|1|close=No byte||L G0 A1 G1 C|done|did not take leave properly
 Retrieve Statistics All Partitions|2|get linestat > 1=Cut||L G0 A1 G1|error|)";
 
 TEST(RunConversation, SkipsTheRestOfAFailedPartition) {
@@ -123,6 +123,15 @@ TEST(RunConversation, LogsInAgainNoMoreThanEightTimes) {
   EXPECT_EQ(held.report.ending, Ending::kError);
   EXPECT_THAT(held.report.reason, HasSubstr("too often"));
   EXPECT_THAT(held.log, HasSubstr("0 of 12 partitions are done"));
+}
+
+// Counted from the first login on: three more follow here, the last one after a pause.
+TEST(RunConversation, HasOneLimitOfTimeForAllItsLogins) {
+  ScriptedDevice device;
+  device.troubles = {{"get linestat > 1", "Cut", true}, {"login", ""}, {"login", "530 No", true, 2}};
+  hold(device, plan_of(kConfiguration, 4, false));
+  ASSERT_EQ(device.session_limits.size(), 4U);
+  EXPECT_LT(device.session_limits[3], device.session_limits[0]);
 }
 
 TEST(RunConversation, ACancelIsNotForgiven) {
@@ -169,17 +178,8 @@ TEST(RunConversation, ReportsWhatItHasDone) {
 TEST(RunConversation, DoesNothingThatItCannotReport) {
   RunPlan plan = plan_of(kResetAll, 2, true);
   plan.steps.push_back({CommandKind::kPut, "dbase", "P", 0});
-  const std::vector<std::string> told_until{"",
-                                            "L G0",
-                                            "L G0 A1 G1",
-                                            "L G0 A1 G1",
-                                            "L G0 A1 G1 D",
-                                            "L G0 A1 G1 D A2 G2",
-                                            "L G0 A1 G1 D A2 G2",
-                                            "L G0 A1 G1 D A2 G2 D",
-                                            "L G0 A1 G1 D A2 G2 D",
-                                            "L G0 A1 G1 D A2 G2 D P"};
-  for (std::size_t room = 0; room < told_until.size(); ++room) {
+  const std::size_t operations[] = {0, 2, 4, 4, 5, 7, 7, 8, 8, 9};  // that the device is told by then
+  for (std::size_t room = 0; room < std::size(operations); ++room) {
     SCOPED_TRACE(room);
     ScriptedDevice device;
     doubles::MemoryFiles files;
@@ -188,7 +188,7 @@ TEST(RunConversation, DoesNothingThatItCannotReport) {
       if (operation == "append" && lines++ >= room) throw base::Fault(base::kDiskFull, path);
     };
     const Held held = hold(device, plan, files);
-    EXPECT_EQ(told(device), told_until[room]);
+    EXPECT_EQ(device.told().size(), operations[room]);
     EXPECT_EQ(held.report.ending, Ending::kError);
     EXPECT_THAT(held.report.reason, HasSubstr("The job's report cannot be written, so nothing more is done"));
   }

@@ -10,30 +10,39 @@
 namespace qvrcom::scheduler {
 namespace {
 
-TEST(RunPlan, OverwritesNoFileOfTheJob) {
-  const std::string folder = "\\data\\Scheduler\\";
-  const auto get = [&](const std::string& remote, const std::string& local) {
-    return "FTPGET;REMOTEFILE=" + remote + ";LOCALFILE=" + folder + "JobA\\" + local + ";";
+TEST(RunPlan, WritesNewFilesOfTheJobsFolderAlone) {
+  const std::string inside = "\\data\\Scheduler\\JobA\\";
+  const std::string kOutside = "not directly in the job's folder";
+  struct Row {
+    std::vector<std::pair<std::string, std::string>> fetches;  // device file or account, local file
+    std::string refused;
   };
-  const struct {
-    std::vector<std::string> body;
-    const char* refused;
-  } rows[] = {
-      {{get("a", "jobA.RPT")}, "names the job's own script or report"},
-      {{get("a", "b.part"), get("b", "b")}, "which is of files that are not whole"},
-      {{get("a", "x"), get("b", "X")}, "The script fetches two device files into X."},
-      {{"FTPACCT;part1;", get("a", "x"), "FTPACCT;part2;", get("a", "x")}, "two device files into x."},
-      {{"FTPACCT;part1;", get("a", "x"), "FTPACCT;part1;", get("a", "x"), get("b", "y")}, ""},
+  std::vector<Row> rows = {
+      {{{"a", inside + "jobA.RPT"}}, "names the job's own script or report"},
+      {{{"a", inside + "JobA.scr"}}, "names the job's own script or report"},
+      {{{"a", inside + "b.part"}, {"b", inside + "b"}}, "which is of files that are not whole"},
+      {{{"a", inside + "link"}}, "leads elsewhere"},
+      {{{"a", inside + "x"}, {"b", inside + "X"}}, "The script fetches two device files into X."},
+      {{{"part1", ""}, {"a", inside + "x"}, {"part2", ""}, {"a", inside + "x"}}, "two device files into x."},
+      {{{"part1", ""}, {"a", inside + "x"}, {"part1", ""}, {"a", inside + "x"}, {"b", inside + "y"}}, ""},
   };
-  for (const auto& row : rows) {
+  for (const std::string& path :
+       {std::string("\\etc\\passwd"), std::string("x"), inside, inside + "..", inside + "..\\JobB\\x",
+        inside + "sub\\x", inside + "a/b", std::string("\\data\\Scheduler\\x")})
+    rows.push_back({{{"a", path}}, kOutside});
+  for (const Row& row : rows) {
     doubles::MemoryFiles files;
+    files.links = {inside + "link"};
     protocol::ScriptHeader header;
     header.ftp_address = "192.0.2.7";
-    const std::string script = folder + "JobA\\JobA.scr";
-    files.content[script] = protocol::header_text(header, protocol::ScriptKind::kTransfer) + "\r\n" +
-                            base::with_line_ends(row.body) + "FTPDISCONNECT;\r\n";
-    const std::string fault = doubles::fault_of([&] { make_plan(files, folder, "JobA", script); });
-    EXPECT_EQ(fault.empty(), *row.refused == '\0') << fault;
+    std::string text = protocol::header_text(header, protocol::ScriptKind::kTransfer) + "\r\n";
+    for (const auto& [from, local] : row.fetches)
+      text += local.empty() ? "FTPACCT;" + from + ";\r\n"
+                            : "FTPGET;REMOTEFILE=" + from + ";LOCALFILE=" + local + ";\r\n";
+    files.content[inside + "JobA.scr"] = text + "FTPDISCONNECT;\r\n";
+    const std::string fault =
+        doubles::fault_of([&] { make_plan(files, "\\data\\Scheduler\\", "JobA", inside + "JobA.scr"); });
+    EXPECT_EQ(fault.empty(), row.refused.empty()) << fault;
     EXPECT_THAT(fault, testing::HasSubstr(row.refused));
   }
 }

@@ -34,14 +34,16 @@ class ScriptedDevice : public platform::DeviceConnections,
   std::multiset<std::string>
       empty;                      // local files; each fetch into one of them takes it out and brings nothing
   std::atomic<bool> deaf{false};  // hangs on, cancelled or not
+  std::vector<std::chrono::milliseconds> session_limits;  // of each connection
 
   std::vector<std::string> told() const {
     const std::lock_guard lock(mutex_);
     return told_;
   }
 
-  std::unique_ptr<platform::DeviceConnection> make(const platform::DeviceLimits&,
+  std::unique_ptr<platform::DeviceConnection> make(const platform::DeviceLimits& limits,
                                                    platform::TransferProgress progress) override {
+    session_limits.push_back(limits.session);
     return std::make_unique<Connection>(*this, std::move(progress));
   }
 
