@@ -11,12 +11,8 @@ namespace {
 constexpr std::ptrdiff_t kShortestMasked = 4;  // characters
 constexpr std::string_view kMask = "***";
 
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool is_word_byte(char c) {
-  return is_digit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+  return base::is_digit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
          static_cast<unsigned char>(c) >= 0x80;
 }
 
@@ -28,7 +24,7 @@ bool inside_word(std::string_view text, std::size_t at) {
 }  // namespace
 
 bool ends_reply(std::string_view line) {
-  return line.size() > 3 && std::all_of(line.begin(), line.begin() + 3, is_digit) && line[3] == ' ';
+  return line.size() > 3 && std::all_of(line.begin(), line.begin() + 3, base::is_digit) && line[3] == ' ';
 }
 
 std::optional<std::uint64_t> size_in(std::string_view reply) {

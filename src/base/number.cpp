@@ -9,10 +9,6 @@
 namespace qvrcom::base {
 namespace {
 
-constexpr bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 std::string quoted(std::string_view text) {
   return "\"" + std::string(text) + "\"";
 }

@@ -33,4 +33,8 @@ bool has_control_character(std::string_view text);
 // True when every byte belongs to a well-formed UTF-8 sequence.
 bool is_utf8(std::string_view text);
 
+constexpr bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 }  // namespace qvrcom::base

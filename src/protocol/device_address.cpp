@@ -25,12 +25,8 @@ bool is_ipv6_character(char c) {
   return is_host_character(c) || c == ':' || c == '%';
 }
 
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 const char* read_port(std::string_view digits, std::uint16_t& port) {
-  if (digits.empty() || digits.size() > 5 || !std::all_of(digits.begin(), digits.end(), is_digit))
+  if (digits.empty() || digits.size() > 5 || !std::all_of(digits.begin(), digits.end(), base::is_digit))
     return "has a port that is no number";
   unsigned value = 0;
   for (const char digit : digits)

@@ -1,10 +1,10 @@
-#include "images/image_generation.h"
+#include "siterules/firmware_table.h"
 
 #include <gtest/gtest.h>
 
 #include "base/fault.h"
 
-namespace qvrcom::images {
+namespace qvrcom::siterules {
 namespace {
 
 TEST(ImageGeneration, IsChosenByMachineTypeAndExactVersion) {
@@ -41,5 +41,12 @@ TEST(ImageGeneration, IsChosenByMachineTypeAndExactVersion) {
   EXPECT_THROW(image_generation("40000", "6.35"), base::Fault);
 }
 
+TEST(FirmwareTable, NamesTheVersionsWithRtqaOptions) {
+  for (const char* version : {"1.00", "1.29", "6.10", "6.69"})
+    EXPECT_TRUE(firmware_of(version) && firmware_of(version)->has_rtqa_options) << version;
+  for (const char* version : {"1.30", "6.09", "6.70", "6.80", "5.CC", ""})
+    EXPECT_FALSE(firmware_of(version) && firmware_of(version)->has_rtqa_options) << version;
+}
+
 }  // namespace
-}  // namespace qvrcom::images
+}  // namespace qvrcom::siterules
