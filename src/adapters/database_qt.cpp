@@ -63,7 +63,7 @@ constexpr EngineError kEngineErrors[] = {
 }
 
 bool is_name_character(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+  return base::is_letter_or_digit(c) || c == '_';
 }
 
 // The names behind ":" outside of quotes. An unquoted "?" is refused too: it would be a value by position.

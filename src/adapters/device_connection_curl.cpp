@@ -19,6 +19,7 @@
 
 #include "adapters/ftp_reply.h"
 #include "adapters/transfer_files.h"
+#include "base/text.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -76,8 +77,7 @@ std::optional<std::uint64_t> bytes_received(int socket) {
 
 bool is_host(const std::string& host) {
   return !host.empty() && std::all_of(host.begin(), host.end(), [](unsigned char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '.' ||
-           c == '-' || c == '_' || c == ':' || c >= 0x80;
+    return base::is_letter_or_digit(c) || c == '.' || c == '-' || c == '_' || c == ':' || c >= 0x80;
   });
 }
 

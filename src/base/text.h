@@ -37,4 +37,9 @@ constexpr bool is_digit(char c) {
   return c >= '0' && c <= '9';
 }
 
+// Of ASCII.
+constexpr bool is_letter_or_digit(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || is_digit(c);
+}
+
 }  // namespace qvrcom::base

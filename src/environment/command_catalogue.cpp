@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/text.h"
 #include "environment/device_tables.h"
 
 namespace qvrcom::environment {
@@ -160,7 +161,7 @@ std::vector<Command> make_rules_commands() {
 }
 
 bool is_word_character(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+  return base::is_letter_or_digit(c) || c == '_';
 }
 
 // The length of the token at the start of `text`: a quoted text or name with both its quotes, a word, or one

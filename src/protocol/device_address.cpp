@@ -17,8 +17,8 @@ struct Reading {
 };
 
 bool is_host_character(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' || c == '-' ||
-         c == '_' || static_cast<unsigned char>(c) >= 0x80;
+  return base::is_letter_or_digit(c) || c == '.' || c == '-' || c == '_' ||
+         static_cast<unsigned char>(c) >= 0x80;
 }
 
 bool is_ipv6_character(char c) {

@@ -1,5 +1,7 @@
 #include "protocol/job_name.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 
 namespace qvrcom::protocol {
@@ -8,7 +10,7 @@ namespace {
 constexpr std::size_t kNameLimit = 64;
 
 bool is_name_character(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' || c == '_';
+  return base::is_letter_or_digit(c) || c == '-' || c == '_';
 }
 
 }  // namespace

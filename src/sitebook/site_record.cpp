@@ -13,8 +13,7 @@ namespace {
 static_assert(protocol::kScriptLineLimit >= protocol::kIndexLineLimit);
 
 bool is_small_number(std::string_view text) {
-  return text.size() <= 4 &&
-         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  return text.size() <= 4 && std::all_of(text.begin(), text.end(), base::is_digit);
 }
 
 bool stands_in_index(SiteText kind) {
