@@ -2,6 +2,7 @@
 
 QVRCOM_BIN names the folder of the programs; it defaults to build/asan/bin.
 """
+import json
 import os
 import pathlib
 import shutil
@@ -97,18 +98,16 @@ class Place:
         files = self.find(f"Scheduler/{name}")
         return [line for file in files for line in file.read_text().splitlines() if line]
 
+    def assert_nothing_left(self):
+        lists = ("index.sch", "CompletedToProcess.sch", "ErrorToProcess.sch", "CancelledToProcess.sch")
+        left = self.job_folders() + [line for name in lists for line in self.scheduler(name)]
+        assert not left, left
+
     def job_folders(self):
         return [path for folder in self.find("Scheduler") for path in folder.iterdir() if path.is_dir()]
 
-    def scheduler_process(self):
-        """JobPilot's process identifier, from its own status."""
-        for word in self.ctl("scheduler", "status").stdout.replace(",", " ").split():
-            if word.isdigit() and pathlib.Path(f"/proc/{word}").exists():
-                return int(word)
-        raise AssertionError("no scheduler runs")
-
     def kill_scheduler(self):
-        os.kill(self.scheduler_process(), signal.SIGKILL)
+        os.kill(json.loads(self.ctl("scheduler", "status", "--json", check=0).stdout)["process"], signal.SIGKILL)
 
     def set_scheduler(self, **settings):
         """Writes settings of JobPilot into the user settings store."""
