@@ -2,12 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <QLocalSocket>
 #include <QTemporaryDir>
-#include <csignal>
 
 #include "adapters/local_socket.h"
 #include "adapters/qt_application.h"
@@ -95,25 +92,6 @@ TEST_F(MessageChannelLocalTest, ATitleHasOneOwnerAndComesBackFree) {
   struct stat status {};
   stat(run_.c_str(), &status);
   EXPECT_EQ(status.st_mode & 0777U, 0700U);
-}
-
-TEST_F(MessageChannelLocalTest, RecoversAfterAKilledOwner) {
-  int ready[2];
-  ASSERT_EQ(pipe(ready), 0);
-  const pid_t owner = fork();
-  if (owner == 0) {
-    const auto window = open(there_, "JOBPILOT");
-    [[maybe_unused]] const ssize_t told = write(ready[1], "x", 1);
-    pause();
-    _exit(0);
-  }
-  char byte = 0;
-  ASSERT_EQ(read(ready[0], &byte, 1), 1);
-  EXPECT_FALSE(opens(here_, "JOBPILOT"));
-  kill(owner, SIGKILL);
-  waitpid(owner, nullptr, 0);
-  EXPECT_EQ(here_.find_window("JOBPILOT"), 0U);
-  EXPECT_TRUE(opens(here_, "JOBPILOT"));
 }
 
 TEST_F(MessageChannelLocalTest, DropsWhatIsNoMessage) {

@@ -1,6 +1,6 @@
 #include "adapters/scheduler_control_local.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <QLocalSocket>
 #include <QTemporaryDir>
@@ -10,6 +10,7 @@
 #include "adapters/local_socket.h"
 #include "adapters/qt_application.h"
 #include "base/fault.h"
+#include "doubles/manual_scheduler.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -17,19 +18,6 @@ namespace {
 using platform::Reach;
 using platform::StopOutcome;
 using protocol::JobState;
-
-struct Scheduler : platform::SchedulerControl {
-  platform::StatusAnswer status() override { return {Reach::kAnswered, answer}; }
-  Reach stop() override {
-    ++stops;
-    return Reach::kAnswered;
-  }
-  platform::StopOutcome stop_job(const std::string& job) override {
-    return job == "JobA" ? StopOutcome::kTakenOut : StopOutcome::kUnknownJob;
-  }
-  protocol::SchedulerStatus answer;
-  int stops = 0;
-};
 
 class SchedulerControlLocalTest : public testing::Test {
  protected:
@@ -52,33 +40,33 @@ class SchedulerControlLocalTest : public testing::Test {
 };
 
 TEST_F(SchedulerControlLocalTest, CarriesQuestionsAndAnswers) {
-  Scheduler scheduler;
-  scheduler.answer = {"0.1.0",
-                      4711,
-                      "JobA",
-                      "Fetching \"x\"\n",
-                      1ULL << 33U,
-                      20000,
-                      {{"JobA", "Büro; 3", JobState::kRunning},
-                       {"JobB", "", JobState::kWaiting},
-                       {"JobC", "", JobState::kLeftAlone},
-                       {"JobD", "", JobState::kFinished},
-                       {"JobE", "", JobState::kUnlisted, "It is completed. Disk full."},
-                       {"", "", JobState::kDamaged, "It is damaged."}},
-                      7};
+  doubles::ManualScheduler scheduler;
+  scheduler.now = {"0.1.0",
+                   4711,
+                   "JobA",
+                   "Fetching \"x\"\n",
+                   1ULL << 33U,
+                   20000,
+                   {{"JobA", "Büro; 3", JobState::kRunning},
+                    {"JobB", "", JobState::kWaiting},
+                    {"JobC", "", JobState::kLeftAlone},
+                    {"JobD", "", JobState::kFinished},
+                    {"JobE", "", JobState::kUnlisted, "It is completed. Disk full."},
+                    {"", "", JobState::kDamaged, "It is damaged."}},
+                   7};
   // More than a socket takes at once.
   for (int i = 0; i < 20000; ++i)
-    scheduler.answer.jobs.push_back({"Job" + std::to_string(i), "Retrieve", JobState::kWaiting});
+    scheduler.now->jobs.push_back({"Job" + std::to_string(i), "Retrieve", JobState::kWaiting});
   auto server = std::make_unique<SchedulerControlServer>(run_, run_, scheduler);
   EXPECT_THROW(SchedulerControlServer(run_, run_, scheduler), base::Fault);
-  EXPECT_EQ(ask([](auto& client) { return client.status().status; }), scheduler.answer);
+  EXPECT_EQ(ask([](auto& client) { return client.status().status; }), scheduler.now);
   EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobA"); }), StopOutcome::kTakenOut);
-  EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobX"); }), StopOutcome::kUnknownJob);
+  scheduler.outcome = StopOutcome::kUnknownJob;
   EXPECT_EQ(ask([](auto& client) { return client.stop_job("JobX\nstop"); }), StopOutcome::kUnknownJob);
-  EXPECT_EQ(scheduler.stops, 0);
+  EXPECT_THAT(scheduler.log, testing::Each(testing::StartsWith("stop Job")));
   QTimer::singleShot(300, [&] { server.reset(); });
   EXPECT_EQ(ask([](auto& client) { return client.stop(); }), Reach::kAnswered);
-  EXPECT_EQ(scheduler.stops, 1);
+  EXPECT_EQ(scheduler.log.back(), "stop");
   EXPECT_EQ(server, nullptr) << "gone when the client returns";
 }
 
@@ -100,7 +88,7 @@ TEST_F(SchedulerControlLocalTest, TellsSilenceFromAbsence) {
 }
 
 TEST_F(SchedulerControlLocalTest, HangsUpOnWhatIsNoRequest) {
-  Scheduler scheduler;
+  doubles::ManualScheduler scheduler;
   const SchedulerControlServer server(run_, run_, scheduler);
   for (const QByteArray& bytes :
        {QByteArray("dance\n"), QByteArray(5000, 's'), QByteArray(5000, 's') + "\nstop\n"}) {
@@ -110,7 +98,7 @@ TEST_F(SchedulerControlLocalTest, HangsUpOnWhatIsNoRequest) {
     peer.write(bytes);
     EXPECT_TRUE(pump_until([&] { return peer.state() == QLocalSocket::UnconnectedState; }, 2000));
   }
-  EXPECT_EQ(scheduler.stops, 0);
+  EXPECT_THAT(scheduler.log, testing::IsEmpty());
 }
 
 }  // namespace

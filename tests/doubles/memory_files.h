@@ -58,9 +58,8 @@ class MemoryFiles : public platform::Files {
     content[path] = text;
     ++replaced;
   }
-  void save(const std::string& path, std::string_view text, platform::Readers readers) override {
+  void save(const std::string& path, std::string_view text, platform::Readers) override {
     replace(path, text);
-    if (readers == platform::Readers::kOwner) owners_alone.insert(path);
   }
   void copy(const std::string& from, const std::string& to) override {
     const std::lock_guard lock(mutex_);
@@ -124,7 +123,6 @@ class MemoryFiles : public platform::Files {
   std::map<std::string, std::string> content;  // path to bytes
   std::set<std::string> folders;               // without a trailing backslash
   std::set<std::string> links;                 // paths among them that are links
-  std::set<std::string> owners_alone;          // paths that were saved for their owner alone
   int replaced = 0;                            // how many times a file was rewritten whole
 
  private:

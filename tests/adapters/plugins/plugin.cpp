@@ -7,7 +7,7 @@
 
 namespace {
 
-enum Kind { kGood, kNewer, kNameless, kOddName, kCallless, kEmpty, kCrowded, kSilent, kThrowing };
+enum Kind { kGood, kNewer, kNameless, kCallless, kSilent, kThrowing };
 constexpr Kind kKind = PLUGIN_KIND;
 
 int alive = 0;
@@ -63,19 +63,13 @@ int call(void* self, const char* operation, const qvrcom_text* arguments, std::s
 }
 
 const qvrcom_component kComponents[] = {
-    {kKind == kNameless  ? nullptr
-     : kKind == kOddName ? "A\nB"
-                         : "Test.One",
-     make, end, kKind == kCallless ? nullptr : call},
+    {kKind == kNameless ? nullptr : "Test.One", make, end, kKind == kCallless ? nullptr : call},
     {"Test.Refusing", refuse, end, call},
     {"Test.Bursting", burst, end, call},
     {"QVRStats.Stats", make, end, call},
 };
 
-const qvrcom_component_plugin kPlugin{kKind == kNewer ? 2u : QVRCOM_COMPONENT_PLUGIN_VERSION,
-                                      kKind == kEmpty     ? 0u
-                                      : kKind == kCrowded ? 257u
-                                                          : 4u,
+const qvrcom_component_plugin kPlugin{kKind == kNewer ? 2u : QVRCOM_COMPONENT_PLUGIN_VERSION, 4u,
                                       kComponents};
 
 }  // namespace
