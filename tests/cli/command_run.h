@@ -2,39 +2,19 @@
 
 #include <stdlib.h>
 
-#include <QCoreApplication>
 #include <QTemporaryDir>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "adapters/byte_source_posix.h"
+#include "adapters/qt_application.h"
 #include "cli/command_context.h"
 #include "cli/invocation.h"
+#include "doubles/manual_scheduler.h"
 #include "programs/suite.h"
 
 namespace qvrcom::cli {
-
-// A scheduler that is running or not, and knows one job.
-struct FakeScheduler : platform::SchedulerControl {
-  platform::StatusAnswer status() override { return {reach(), running}; }
-  platform::Reach stop() override {
-    const platform::Reach before = reach();
-    running.reset();
-    return before;
-  }
-  platform::StopOutcome stop_job(const std::string& job) override {
-    if (silent) return platform::StopOutcome::kSilent;
-    if (!running) return platform::StopOutcome::kNotRunning;
-    return job == "known" ? platform::StopOutcome::kStopped : platform::StopOutcome::kUnknownJob;
-  }
-  platform::Reach reach() const {
-    if (silent) return platform::Reach::kSilent;
-    return running ? platform::Reach::kAnswered : platform::Reach::kNotRunning;
-  }
-  std::optional<protocol::SchedulerStatus> running;
-  bool silent = false;
-};
 
 // A session dialog that ends at once: it leaves a file and "Completed", unless the partition is to fail.
 // Tidying up behind the untidy one fails.
@@ -80,10 +60,7 @@ struct FakeTerminal : platform::Terminal {
 class CommandRun {
  public:
   CommandRun() {
-    static int count = 1;
-    static char name[] = "tests";
-    static char* arguments[] = {name, nullptr};
-    if (QCoreApplication::instance() == nullptr) new QCoreApplication(count, arguments);
+    adapters::need_application();
     for (const char* variable : kFolders)
       setenv(variable, root.path().toUtf8().constData(), 1);
   }
@@ -107,7 +84,7 @@ class CommandRun {
   std::string path(const std::string& name) const { return root.filePath(name.c_str()).toStdString(); }
 
   QTemporaryDir root;
-  FakeScheduler scheduler;
+  doubles::ManualScheduler scheduler;
   FakeScreen screen;
   std::string out;
   std::string err;

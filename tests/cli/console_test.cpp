@@ -18,16 +18,12 @@ TEST(Printable, LetsNoControlThrough) {
     const char* text;
     const char* shown;
   } cases[] = {
-      {"plain ~", "plain ~"},
-      {"Zürich €", "Zürich €"},
-      {"\x1b[31m", "\\x1B[31m"},
       {"a\tb\nc\x7f", "a\\x09b\\x0Ac\\x7F"},
       {"\xC2\x9B"
        "31m",
        "\\xC2\\x9B31m"},
       {"\xC2\xA0", "\xC2\xA0"},
       {"\xFF\xC3", "\\xFF\\xC3"},
-      {"\xC3(", "\\xC3("},
       {"\xED\xA0\x80", "\\xED\\xA0\\x80"},
   };
   for (const auto& each : cases)
@@ -43,23 +39,15 @@ TEST(PartitionList, ReadsNumbersAndRanges) {
     std::optional<std::vector<int>> partitions;
   } cases[] = {
       {"3", {{3}}},
-      {"1-4", {{1, 2, 3, 4}}},
-      {"1,4,7", {{1, 4, 7}}},
       {"9,1-2, 64", {{9, 1, 2, 64}}},
       {"2,1-3", {{2, 1, 3}}},
-      {"5-5", {{5}}},
       {"", {}},
       {"0", {}},
       {"65", {}},
-      {"1-65", {}},
       {"4-1", {}},
       {"1,", {}},
-      {"-3", {}},
-      {"1-2-3", {}},
       {"+1", {}},
       {"1x", {}},
-      {"99999999999", {}},
-      {"a", {}},
   };
   for (const auto& each : cases)
     EXPECT_EQ(parse_partitions(each.text), each.partitions) << each.text;
@@ -77,67 +65,27 @@ TEST(Console, TakesClosedDescriptorsSoThatNoFileGetsThem) {
   EXPECT_EXIT(closed_ones_are_taken(), testing::ExitedWithCode(0), "");
 }
 
-TEST(Console, PrintsBoxesWithTheirDetailIndented) {
-  std::ostringstream out;
-  std::ostringstream err;
-  Console console(out, err, false);
-  console.set_status("unseen on a pipe");
-  console.report({.text = "One\r\nTwo \x1b", .title = "QVRCOM+", .detail = "why\nwhat to do"});
-  console.report({.text = "no title"});
-  EXPECT_EQ(err.str(), "QVRCOM+: One\nTwo \\x1B\n  why\n  what to do\nqvrcomctl: no title\n");
-  EXPECT_EQ(out.str(), "");
-}
-
-TEST(Console, RewritesOneStatusLineOnATerminal) {
-  std::ostringstream out;
-  std::ostringstream err;
-  {
-    Console console(out, err, true);
-    console.set_status("Working\x1b");
-    console.set_status("Done");
-    console.set_status("Done");
-    console.report({.text = "box", .title = "T"});
-  }
-  EXPECT_EQ(err.str(),
-            "\rWorking\\x1B"
-            "\rDone       \rDone"
-            "\r    \rT: box\n"
-            "\rDone"
-            "\r    \r");
-}
-
-TEST(ConsoleUserInterface, AnswersSafelyAndPrintsABoxOnce) {
-  using platform::Button;
-  using platform::Buttons;
-  const struct {
-    Buttons buttons;
-    std::optional<Button> given;
-    Button answer;
-  } cases[] = {
-      {Buttons::kOk, {}, Button::kOk},
-      {Buttons::kOk, Button::kNo, Button::kOk},
-      {Buttons::kOkCancel, {}, Button::kCancel},
-      {Buttons::kOkCancel, Button::kOk, Button::kOk},
-      {Buttons::kOkCancel, Button::kYes, Button::kCancel},
-      {Buttons::kYesNoCancel, {}, Button::kCancel},
-      {Buttons::kYesNoCancel, Button::kNo, Button::kNo},
+TEST(Console, ReportsBoxesAndRewritesOneStatusLineOnATerminal) {
+  const auto shown = [](bool on_terminal) {
+    std::ostringstream out, err;
+    {
+      Console console(out, err, on_terminal);
+      console.set_status("Working\x1b");
+      console.set_status("Done");
+      console.set_status("Done");
+      console.report({.text = "One\r\nTwo \x1b", .title = "T", .detail = "why\nwhat to do"});
+      console.report({.text = "no title"});
+    }
+    EXPECT_EQ(out.str(), "");
+    return err.str();
   };
-  for (const auto& each : cases) {
-    std::ostringstream out;
-    std::ostringstream err;
-    Console console(out, err, false);
-    ConsoleUserInterface ui(console, each.given);
-    const platform::Message box{.text = "Sure?", .title = "T", .buttons = each.buttons};
-    EXPECT_EQ(ui.show(box), each.answer);
-    ui.show(box);
-    EXPECT_EQ(err.str(), "T: Sure?\n");
-    ui.begin_run();
-    ui.show(box);
-    EXPECT_EQ(err.str(), "T: Sure?\nT: Sure?\n");
-  }
+  EXPECT_EQ(shown(false), "T: One\nTwo \\x1B\n  why\n  what to do\nqvrcomctl: no title\n");
+  EXPECT_EQ(shown(true),
+            "\rWorking\\x1B\rDone       \rDone\r    \rT: One\nTwo \\x1B\n  why\n  what to do\n"
+            "\rDone\r    \rqvrcomctl: no title\n\rDone\r    \r");
 }
 
-TEST(ConsoleUserInterface, AsksOnlyWhereSomebodyIs) {
+TEST(ConsoleUserInterface, AnswersSafelyAndAsksWhereSomebodyIs) {
   using platform::Button;
   using platform::Buttons;
   const struct {
@@ -146,13 +94,15 @@ TEST(ConsoleUserInterface, AsksOnlyWhereSomebodyIs) {
     std::optional<std::string> typed;
     Button answer;
   } cases[] = {
-      {Buttons::kYesNoCancel, {}, {}, Button::kCancel},
-      {Buttons::kYesNoCancel, Button::kNo, "y\n", Button::kNo},
-      {Buttons::kYesNoCancel, Button::kOk, {}, Button::kCancel},
-      {Buttons::kYesNoCancel, {}, "what?\n Yes\n", Button::kYes},
+      {Buttons::kOk, Button::kNo, "c\n", Button::kOk},
+      {Buttons::kOkCancel, {}, {}, Button::kCancel},
+      {Buttons::kOkCancel, Button::kOk, {}, Button::kOk},
+      {Buttons::kOkCancel, Button::kYes, {}, Button::kCancel},
       {Buttons::kOkCancel, {}, "y\n", Button::kCancel},
       {Buttons::kOkCancel, {}, "o\n", Button::kOk},
-      {Buttons::kOk, Button::kCancel, "c\n", Button::kOk},
+      {Buttons::kYesNoCancel, {}, {}, Button::kCancel},
+      {Buttons::kYesNoCancel, Button::kNo, "y\n", Button::kNo},
+      {Buttons::kYesNoCancel, {}, "what?\n Yes\n", Button::kYes},
   };
   for (const auto& each : cases) {
     std::ostringstream out, err;
@@ -161,6 +111,18 @@ TEST(ConsoleUserInterface, AsksOnlyWhereSomebodyIs) {
     ConsoleUserInterface ui(console, each.given, each.typed ? &typed : nullptr);
     EXPECT_EQ(ui.show({.text = "Go on?", .buttons = each.buttons}), each.answer) << err.str();
   }
+}
+
+TEST(ConsoleUserInterface, PrintsABoxOnceARun) {
+  std::ostringstream out, err;
+  Console console(out, err, false);
+  ConsoleUserInterface ui(console, {});
+  for (int run = 0; run < 2; ++run) {
+    ui.begin_run();
+    for (int time = 0; time < 2; ++time)
+      ui.show({.text = "Sure?", .title = "T"});
+  }
+  EXPECT_EQ(err.str(), "T: Sure?\nT: Sure?\n");
 }
 
 }  // namespace
