@@ -110,7 +110,6 @@ TEST_F(ControlTest, ReportsADatabaseThatIsNotThere) {
   suite.engine.refusal = "File not found";
   start();
   EXPECT_THAT(suite.ui.texts(), ElementsAre("ERROR!  Load_Sites"));
-  EXPECT_EQ(suite.ui.messages[0].title, "");
   EXPECT_EQ(suite.ui.messages[0].detail, "File not found: NewDB.mdb");
 }
 
@@ -180,24 +179,6 @@ TEST_F(ControlTest, LoadsThePartitionsOfTheConfiguration) {
   suite.session.site.DeviceGeneration = "NEW";
   control.Load_Partitions();
   EXPECT_THAT(control.partitions(), ElementsAre(ListEntry{"1 - Main", 1}, ListEntry{"Part64", 64}));
-}
-
-TEST(ViewStatistics, LoadsOnlyWhatIsThere) {
-  struct Grid : StatisticsGrid {
-    void set_CSVFileName(const std::string& csv_file) override { name = csv_file; }
-    void LoadAndDisplay() override { loaded.push_back(name); }
-    std::string name;
-    std::vector<std::string> loaded;
-  };
-  doubles::MemoryFiles files;
-  files.content["a.csv"] = "1";
-  Grid grid;
-  ViewStatistics viewer(files, grid);
-  for (const char* csv : {"a.csv", "missing.csv", "a.csv"}) {
-    viewer.hand_over(csv);
-    viewer.Form_Activate();
-  }
-  EXPECT_THAT(grid.loaded, ElementsAre("a.csv", "a.csv"));
 }
 
 }  // namespace
