@@ -24,27 +24,6 @@ std::string shown(const CsvTableModel& model, int line, int column, int role = Q
   return utf8(model.data(model.index(line, column), role).toString());
 }
 
-std::string name(const CsvTableModel& model, int column) {
-  return utf8(model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
-}
-
-const std::string kStatistics = "SiteName,USA_Office\nLine,Calls,Busy\n1,10,Lobby\n2,9\n3,\"a\nb\tc\",x\n";
-
-TEST(CsvTableModel, LeavesCaptionAndHeaderOutOfTheTable) {
-  CsvTableModel model;
-  EXPECT_EQ(model.rowCount(), 0);
-  model.show_file(file_of(kStatistics));
-  EXPECT_EQ(model.rowCount(), 3);
-  EXPECT_EQ(model.columnCount(), 3);
-  EXPECT_EQ(model.caption().at(0).second, "USA_Office");
-  EXPECT_EQ(name(model, 1), "Calls");
-  EXPECT_EQ(shown(model, 1, 2), "");  // a short row
-  model.show_part({CsvPart::kWholeFile, false});
-  EXPECT_EQ(model.rowCount(), 4);
-  EXPECT_EQ(name(model, 1), "Column 2");
-  EXPECT_EQ(shown(model, 0, 1), "Calls");
-}
-
 TEST(CsvTableModel, ShowsOneLineAndKeepsTheWholeText) {
   CsvTableModel model;
   model.show_file(
@@ -80,19 +59,6 @@ TEST(CsvTableModel, GrowsWithTheIndex) {
   EXPECT_EQ(added, (QList<QPair<int, int>>{{1, 2}}));
   EXPECT_EQ(model.columnCount(), 2);
   EXPECT_EQ(shown(model, 2, 1), "wide");
-}
-
-TEST(CsvTableModel, MovesMarkedCellsWithTheirRows) {
-  CsvTableModel model;
-  model.show_file(file_of("h\na\nb\nc\n"));
-  const QPersistentModelIndex b = model.index(1, 0);
-  model.set_order({1, 3, {2, 3, 1}});
-  EXPECT_EQ(b.row(), 0);
-  EXPECT_EQ(shown(model, 2, 0), "a");
-  EXPECT_EQ(model.headerData(2, Qt::Vertical, Qt::DisplayRole).toUInt(), 1U);
-  EXPECT_EQ(model.lines_of({1, 2, 99}), std::vector<int>({2, 0, -1}));
-  model.set_file_order();
-  EXPECT_EQ(b.row(), 1);
 }
 
 TEST(CsvTableModel, SaysThatARowCannotBeRead) {

