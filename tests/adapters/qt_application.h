@@ -16,7 +16,7 @@ inline void need_application() {
 
 // Lets events run until the condition holds; false when it never does.
 template <class Condition>
-bool pump_until(Condition condition, int milliseconds = 10000) {
+bool pump_until(Condition condition, int milliseconds = 60000) {
   QElapsedTimer timer;
   timer.start();
   while (!condition() && timer.elapsed() < milliseconds) {

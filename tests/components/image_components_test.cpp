@@ -53,6 +53,11 @@ struct ImageComponentsTest : testing::Test, adapters::TemporarySuite {
   std::string decode_nodes(const std::string& file) {
     return call("QVRBIN7_2.Part", "DecodeNodeStats", {"1", " 3 ", file});
   }
+  // The good files of both kinds.
+  void decode_both() {
+    EXPECT_EQ(decode_lines(sample("line_statistics/whole")), "OK");
+    EXPECT_EQ(decode_nodes(sample("node_statistics/whole")), "OK");
+  }
   std::string write_csv() { return call("QVRStats.Stats", "WriteStatsCsv", {"1", "3"}); }
   std::string count(const std::string& what) { return value("SELECT COUNT(*) FROM " + what); }
 
@@ -82,8 +87,7 @@ TEST_F(ImageComponentsTest, StatisticsTakeThePlaceOfThoseBefore) {
       "INSERT INTO Stats_Line_Call_Counts (ConfigID, PartitionID, Line) VALUES (1, 3, 99), (1, 4, 98), "
       "(1000, 3, 97)");
   for (int round = 0; round < 2; ++round) {
-    EXPECT_EQ(decode_lines(sample("line_statistics/whole")), "OK");
-    EXPECT_EQ(decode_nodes(sample("node_statistics/whole")), "OK");
+    decode_both();
     for (const environment::StatisticsTable& table : environment::statistics_tables())
       EXPECT_NE(count(std::string(table.name) + " WHERE ConfigID = 1 AND PartitionID = 3 AND SiteID = 5"),
                 "0");
@@ -100,12 +104,8 @@ TEST_F(ImageComponentsTest, StatisticsTakeThePlaceOfThoseBefore) {
 }
 
 TEST_F(ImageComponentsTest, ABadFileOfStatisticsTakesTheOldRowsAlong) {
-  const auto decode_good = [&] {
-    decode_lines(sample("line_statistics/whole"));
-    decode_nodes(sample("node_statistics/whole"));
-  };
   const std::string foreign = saved("linestatP3.dat", std::string(28, '\1'));
-  decode_good();
+  decode_both();
   decode_lines(foreign);
   EXPECT_THAT(write_csv(), StartsWith("OK"));
   const std::string half = files.read(folders.GetStatsFolder({}) + "Stats1.csv");
@@ -115,8 +115,7 @@ TEST_F(ImageComponentsTest, ABadFileOfStatisticsTakesTheOldRowsAlong) {
 }
 
 TEST_F(ImageComponentsTest, ABadFileIsAMessageAndChangesNothing) {
-  decode_lines(sample("line_statistics/whole"));
-  decode_nodes(sample("node_statistics/whole"));
+  decode_both();
   const std::string foreign = saved("linestatP3.dat", std::string(28, '\1'));
   EXPECT_THAT(decode_lines(foreign),
               StartsWith("linestatP3.dat: Not a line statistics file of this suite. "));
@@ -129,8 +128,7 @@ TEST_F(ImageComponentsTest, ABadFileIsAMessageAndChangesNothing) {
     EXPECT_NE(call("QVRBIN7_2.Part", "DecodeLineStats", {"1", partition, sample("line_statistics/whole")}),
               "OK");
 
-  decode_lines(sample("line_statistics/whole"));
-  decode_nodes(sample("node_statistics/whole"));
+  decode_both();
   query("DROP TABLE Stats_Detail_VOX");
   query("UPDATE Stats_Node_Access SET Accesses = 1");
   EXPECT_THAT(decode_nodes(sample("node_statistics/whole")), HasSubstr("Stats_Detail_VOX"));
@@ -186,8 +184,7 @@ TEST_F(ImageComponentsTest, ThePartitionImageKeepsWhatItDoesNotCarry) {
 }
 
 TEST_F(ImageComponentsTest, TheCsvNamesItsSiteAndHoldsEveryTable) {
-  decode_lines(sample("line_statistics/whole"));
-  decode_nodes(sample("node_statistics/whole"));
+  decode_both();
   const std::string folder_path = folders.GetStatsFolder({});
   EXPECT_EQ(write_csv(), "OK" + folder_path + "Stats1.csv");
   EXPECT_EQ(write_csv(), "OK" + folder_path + "Stats2.csv");
@@ -214,8 +211,7 @@ TEST_F(ImageComponentsTest, TheCsvNamesItsSiteAndHoldsEveryTable) {
 }
 
 TEST_F(ImageComponentsTest, TheCsvNeverShowsAnotherSitesNumbers) {
-  decode_lines(sample("line_statistics/whole"));
-  decode_nodes(sample("node_statistics/whole"));
+  decode_both();
   query("UPDATE SessionQVR SET SiteID = 6");
   EXPECT_THAT(write_csv(), StartsWith("Statistics of partition 3: There are no statistics. "));
   decode_nodes(sample("node_statistics/whole"));
