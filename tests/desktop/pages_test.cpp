@@ -285,13 +285,13 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   files.replace(left + "\\Jan0127120000000.scr",
                 protocol::header_text(header, protocol::ScriptKind::kTransfer) + "\r\nFTPDISCONNECT;\r\n");
   scheduler.now.emplace().running_job = "Jan0127120000000";
-  jobs.look();
+  click("cmdRefreshJobs", 1);
   EXPECT_THAT(column(1), ElementsAre("Error", "Waiting", "Running"));
   EXPECT_EQ(column(3)[2], "Depot - 102");
   table.sortByColumn(0, Qt::DescendingOrder);  // January 2027 before November 2026
   scheduler.now->running_job.clear();
   files.make_folder(scheduler_files.path("Nov1526120000001"));
-  jobs.look();
+  click("cmdRefreshJobs", 0);
   EXPECT_THAT(column(1), ElementsAre("Left behind", "Waiting", "Error"));
   scheduler.log.clear();
   click("cmdRemoveJob", 0);

@@ -221,24 +221,33 @@ TEST(UcStats, ATableThatComesLateJoinsTheOneThatIsShown) {
   }
 }
 
-TEST(UcStats, FindsNextAndPrevious) {
+TEST(UcStats, FindsNextAndPreviousAndEscapeClosesTheFindLineFirst) {
   Grid grid("Name,Where\nlobby,x\nb,Lobby\nc,z\n");
-  QTest::keyClick(&grid.table(), Qt::Key_F, Qt::ControlModifier);
+  int closed = 0;
+  QObject::connect(&*grid.grid, &ucStats::CloseRequested, [&] { ++closed; });
   auto& text = grid.part<QLineEdit>("txtFind");
+  const auto press = [&](QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(&widget, key, modifiers);
+    grid.settle();
+  };
+  press(grid.table(), Qt::Key_F, Qt::ControlModifier);
   EXPECT_TRUE(text.isVisible());
   QTest::keyClicks(&text, "LOBBY");
   const std::pair<Qt::KeyboardModifiers, const char*> steps[] = {
       {Qt::NoModifier, "Lobby"}, {Qt::NoModifier, "lobby"}, {Qt::ShiftModifier, "Lobby"}};
   for (const auto& [modifiers, found] : steps) {
-    QTest::keyClick(&grid.table(), Qt::Key_F3, modifiers);
-    grid.settle();
+    press(grid.table(), Qt::Key_F3, modifiers);
     EXPECT_EQ(grid.current(), found);
   }
   EXPECT_EQ(grid.status(), "Found in row 2, Where.");
   text.setText("nowhere");
-  QTest::keyClick(&text, Qt::Key_Return);
-  grid.settle();
+  press(text, Qt::Key_Return);
   EXPECT_EQ(grid.status(), "\"nowhere\" was not found.");
+  press(text, Qt::Key_Escape);
+  EXPECT_FALSE(text.isVisible());
+  EXPECT_EQ(closed, 0);
+  press(grid.table(), Qt::Key_Escape);
+  EXPECT_EQ(closed, 1);
 }
 
 TEST(UcStats, CopiesTheSelectionAsASpreadsheetTakesIt) {
@@ -253,18 +262,6 @@ TEST(UcStats, CopiesTheSelectionAsASpreadsheetTakesIt) {
   select(1, 1);
   QTest::keyClick(&grid.table(), Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(utf8(QGuiApplication::clipboard()->text()), "1\t\"a\"\"b\"\n\t5\n7\t8\n");
-}
-
-TEST(UcStats, EscapeClosesTheFindLineFirst) {
-  Grid grid(kSmall);
-  int closed = 0;
-  QObject::connect(&*grid.grid, &ucStats::CloseRequested, [&] { ++closed; });
-  QTest::keyClick(&grid.table(), Qt::Key_F, Qt::ControlModifier);
-  QTest::keyClick(&grid.part<QLineEdit>("txtFind"), Qt::Key_Escape);
-  EXPECT_FALSE(grid.part<QLineEdit>("txtFind").isVisible());
-  EXPECT_EQ(closed, 0);
-  QTest::keyClick(&grid.table(), Qt::Key_Escape);
-  EXPECT_EQ(closed, 1);
 }
 
 TEST(FrmViewStatistics, LoadsAtActivationAndEndsWhenTheGridAsks) {
