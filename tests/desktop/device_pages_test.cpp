@@ -29,8 +29,8 @@
 namespace qvrcom::desktop {
 namespace {
 
+using doubles::ManualScheduler;
 using ui::child;
-using ui::ManualScheduler;
 using ui::MemoryWindows;
 using ui::ModalDriver;
 using ui::press;
@@ -277,7 +277,7 @@ TEST_F(DevicePages, ListTheMessagesOfAPartition) {
     const QAbstractItemModel& cells = *child<QTableView>(messages, "tblMessages").model();
     std::string all;
     for (int row = 0; row < cells.rowCount(); ++row)
-      all += utf8(cells.index(row, 0).data().toString() + "/" + cells.index(row, 1).data().toString());
+      all += ui::utf8(cells.index(row, 0).data().toString() + "/" + cells.index(row, 1).data().toString());
     return all + " " + label("lblMessagesState");
   };
   EXPECT_EQ(listed("completed.sch"), "3/12 1 message in partition 3");
@@ -345,14 +345,14 @@ TEST(TransferProgressTest, TellsTheStepAndMeasuresIt) {
   now.bytes_done = 5000;
   now.bytes_hinted = 20'000;
   now.jobs = {{job.Name, "Send", protocol::JobState::kWaiting}};
-  TransferProgress progress(transfer_source(scheduler, job, files), nullptr);
+  ui::TransferProgress progress(ui::transfer_source(scheduler, job, files), nullptr);
   progress.show();
   auto& bar = child<QWidget>(progress, "barTransfer");
   const QLabel& line = child<QLabel>(progress, "lblTransfer");
   const auto look = [&] {
     progress.set_running(true);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !line.text().isEmpty(); }, 10'000));
-    return utf8(line.text());
+    return ui::utf8(line.text());
   };
   const std::string here = "Sending firmware: 5,000 bytes";
   const std::string waits = "Waiting for job Nov1526120000001";

@@ -35,8 +35,8 @@
 namespace qvrcom::desktop {
 namespace {
 
+using doubles::ManualScheduler;
 using ui::child;
-using ui::ManualScheduler;
 using ui::MemoryWindows;
 using ui::ModalDriver;
 using ui::press;
@@ -186,7 +186,7 @@ for (const char* name : {"One", "Uno"}) {
   import("name,id\r\nUno,1\r\n");
   EXPECT_EQ(sites.find({"1"})[0].name, name);
 }
-}  // namespace qvrcom::ui
+}  // namespace qvrcom::desktop
 
 TEST_F(PagesTest, ExportsToAPrivateFileAndAsksAboutTheAccessCodes) {
   prepare();
@@ -376,7 +376,7 @@ TEST(ValueOrderTest, PutsValuesInOrderAndNamesAsTheLocaleDoes) {
 TEST(MessageBoxesTest, ShowsTextTitleAndDetailAtOnce) {
   using platform::Button;
   using platform::Buttons;
-  MessageBoxes boxes;
+  ui::MessageBoxes boxes;
   struct Row {
     platform::Message message;
     const char* title;

@@ -28,7 +28,7 @@ struct ManualScheduler : platform::SchedulerControl {
     return silent ? platform::Reach::kSilent : platform::Reach::kNotRunning;
   }
 
-  std::optional<platform::SchedulerStatus> now;
+  std::optional<protocol::SchedulerStatus> now;
   bool silent = false;
   platform::StopOutcome outcome = platform::StopOutcome::kTakenOut;
   std::vector<std::string> log;

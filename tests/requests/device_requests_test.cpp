@@ -21,7 +21,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
-namespace operation = session::operation;
+namespace operation = protocol::operation;
 
 const base::LocalTime kMoment = base::local_time(2026, 11, 15, 9, 8, 7);
 

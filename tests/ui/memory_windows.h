@@ -2,8 +2,8 @@
 
 #include <QCoreApplication>
 
-#include "doubles/memory_lock.h"
 #include "doubles/manual_scheduler.h"
+#include "doubles/memory_lock.h"
 #include "session/memory_suite.h"
 #include "session/session_gate.h"
 #include "session/session_run.h"
@@ -66,7 +66,6 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
                            [this](QWidget*) { ++logs_opened; }}};
   session::SessionRun screen{suite.parts(), dialogs};
   doubles::ManualScheduler control;
-  SessionStopper stopper{screen, suite.ui, control, suite.session};
   session::SessionGate gate{lock, suite.ui};
   environment::DataBase database{suite.connection};
   sitebook::SiteBook site_book{suite.connection};
