@@ -14,30 +14,11 @@ namespace {
 using environment::DatabaseConnection;
 using Arguments = std::span<const std::string>;
 
-// How the device files of a generation are read.
-struct ImageReaders {
-  devicefiles::SystemImage (*system_image)(std::string_view);
-  devicefiles::PartitionImage (*partition_image)(std::string_view);
-  devicefiles::LineStatistics (*line_statistics)(std::string_view);
-  devicefiles::NodeStatistics (*node_statistics)(std::string_view);
-};
+// Every generation's device files are read alike.
+constexpr const char* kGenerations[] = {"5_0", "5_1", "5_2", "6_0", "6_1", "6_3", "7_0", "7_1", "7_2"};
 
-constexpr ImageReaders kVersion1{devicefiles::read_system_image, devicefiles::read_partition_image,
-                                 devicefiles::read_line_statistics, devicefiles::read_node_statistics};
-
-struct ImageGeneration {
-  const char* name;
-  ImageReaders readers;
-};
-
-constexpr ImageGeneration kGenerations[] = {
-    {"5_0", kVersion1}, {"5_1", kVersion1}, {"5_2", kVersion1}, {"6_0", kVersion1}, {"6_1", kVersion1},
-    {"6_3", kVersion1}, {"7_0", kVersion1}, {"7_1", kVersion1}, {"7_2", kVersion1},
-};
-
-// What the operations of one generation work with.
+// What the operations work with.
 struct Workshop {
-  ImageReaders readers;
   DatabaseConnection* connection;
   const platform::Files* files;
 
@@ -89,7 +70,7 @@ std::vector<Operation> system_operations(const Workshop& shop) {
   return {{"DecodeSystemImage", 2, [shop](Arguments arguments) {
              return answer(name_of(arguments[1]), [&] {
                const std::string configuration = configuration_number(arguments[0]);
-               const auto image = shop.readers.system_image(shop.read(arguments[1]));
+               const auto image = devicefiles::read_system_image(shop.read(arguments[1]));
                store_system_image(shop.connection->database(), configuration, image);
                return std::string("OK");
              });
@@ -99,15 +80,15 @@ std::vector<Operation> system_operations(const Workshop& shop) {
 std::vector<Operation> partition_operations(const Workshop& shop) {
   return {{"DecodePartitionImage", 4,
            [shop](Arguments arguments) {
-             return decode(shop, arguments, shop.readers.partition_image, store_partition_image);
+             return decode(shop, arguments, devicefiles::read_partition_image, store_partition_image);
            }},
           {"DecodeLineStats", 3,
            [shop](Arguments arguments) {
-             return decode(shop, arguments, shop.readers.line_statistics, store_line_statistics,
+             return decode(shop, arguments, devicefiles::read_line_statistics, store_line_statistics,
                            remove_line_statistics);
            }},
           {"DecodeNodeStats", 3, [shop](Arguments arguments) {
-             return decode(shop, arguments, shop.readers.node_statistics, store_node_statistics,
+             return decode(shop, arguments, devicefiles::read_node_statistics, store_node_statistics,
                            remove_node_statistics);
            }}};
 }
@@ -120,9 +101,9 @@ void add(ComponentRegistry& registry, const std::string& name, const std::vector
 
 void add_image_components(ComponentRegistry& registry, DatabaseConnection& connection,
                           const platform::Files& files) {
-  for (const ImageGeneration& generation : kGenerations) {
-    const Workshop shop{generation.readers, &connection, &files};
-    const std::string name = std::string("QVRBIN") + generation.name;
+  const Workshop shop{&connection, &files};
+  for (const char* generation : kGenerations) {
+    const std::string name = std::string("QVRBIN") + generation;
     add(registry, name + ".Sys", system_operations(shop));
     add(registry, name + ".Part", partition_operations(shop));
   }

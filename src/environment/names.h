@@ -16,26 +16,12 @@ inline constexpr const char* kDatabaseFolder = "Database";
 inline constexpr const char* kSchedulerFolder = "Scheduler";
 inline constexpr const char* kLogsFolder = "Logs";
 
-// Folders that other programs of the suite use.
-inline constexpr const char* kAppDataFolder = "AppData";
-inline constexpr const char* kAppDocsFolder = "AppDocs";
-inline constexpr const char* kCanMsgsFolder = "CanMsgs";
-inline constexpr const char* kConfigsFolder = "Configs";
-inline constexpr const char* kFirmwareFolder = "Firmware";
-inline constexpr const char* kMiscFolder = "Misc";
-inline constexpr const char* kTempFolder = "Temp";
-inline constexpr const char* kSystemFolder = "System";
-
 // Programs, in the application folder.
 inline constexpr const char* kJobPilotProgram = "JobPilot.exe";
 inline constexpr const char* kRePilotProgram = "RePilot.exe";
-inline constexpr const char* kLineBookProgram = "LineBook.exe";
 
 // Files.
-inline constexpr const char* kSuiteIniFile = "QVRCOMPlus.ini";
-inline constexpr const char* kSiteBookFile = "SiteBook.mdb";
 inline constexpr const char* kDatabaseFile = "NewDB.mdb";
-inline constexpr const char* kDatabaseBackupFile = "NewDBBak.mdb";
 
 // Generations of the statistics that a device keeps.
 inline constexpr const char* kNewStats = "NewStats";
