@@ -1,8 +1,8 @@
 // Any bytes as a file of the device, read by QVRCOM_READ: written back alike by QVRCOM_WRITE, or refused with
 // a reason.
 #include "base/fault.h"
+#include "devicefiles/bytes.h"
 #include "devicefiles/configuration_image.h"
-#include "devicefiles/crc32.h"
 #include "devicefiles/device_time.h"
 #include "devicefiles/line_statistics.h"
 #include "devicefiles/node_statistics.h"

@@ -6,7 +6,6 @@
 
 #include <utility>
 
-#include "adapters/paths.h"
 #include "adapters/posix_fault.h"
 #include "base/fault.h"
 

@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <functional>
 
-#include "adapters/paths.h"
 #include "adapters/plain_file.h"
 #include "adapters/posix_fault.h"
 #include "adapters/transfer_files.h"

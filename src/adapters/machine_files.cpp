@@ -9,8 +9,8 @@
 
 #include "adapters/file_lock.h"
 #include "adapters/files_posix.h"
-#include "adapters/paths.h"
 #include "adapters/plain_file.h"
+#include "adapters/posix_fault.h"
 #include "base/fault.h"
 
 namespace qvrcom::adapters {

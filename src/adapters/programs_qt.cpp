@@ -7,7 +7,7 @@
 #include <QProcess>
 #include <array>
 
-#include "adapters/paths.h"
+#include "adapters/posix_fault.h"
 #include "base/text.h"
 
 namespace qvrcom::adapters {

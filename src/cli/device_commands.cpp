@@ -5,8 +5,7 @@
 #include "cli/invocation.h"
 #include "cli/json_text.h"
 #include "cli/site_answers.h"
-#include "requests/same_log_request.h"
-#include "requests/view_request.h"
+#include "requests/device_requests.h"
 
 namespace qvrcom::cli {
 namespace {

@@ -6,7 +6,7 @@
 #include "cli/commands.h"
 #include "cli/csv_view.h"
 #include "cli/partition_list.h"
-#include "requests/all_partitions_request.h"
+#include "requests/device_requests.h"
 #include "requests/statistics_request.h"
 
 namespace qvrcom::cli {

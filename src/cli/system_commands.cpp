@@ -7,7 +7,7 @@
 #include "cli/invocation.h"
 #include "cli/json_text.h"
 #include "cli/site_answers.h"
-#include "devicefiles/device_epoch.h"
+#include "devicefiles/bytes.h"
 #include "requests/system_request.h"
 
 namespace qvrcom::cli {

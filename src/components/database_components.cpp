@@ -3,8 +3,8 @@
 #include <map>
 #include <vector>
 
+#include "components/component_registry.h"
 #include "components/rows_xml.h"
-#include "components/table_component.h"
 
 namespace qvrcom::components {
 namespace {

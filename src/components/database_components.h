@@ -1,7 +1,7 @@
 #pragma once
 
 #include "components/component_registry.h"
-#include "environment/database_connection.h"
+#include "environment/command_set.h"
 
 namespace qvrcom::components {
 

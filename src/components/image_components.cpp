@@ -2,11 +2,10 @@
 
 #include <string_view>
 
-#include "components/answer.h"
+#include "components/component_registry.h"
 #include "components/configuration_rows.h"
 #include "components/statistics_rows.h"
-#include "components/table_component.h"
-#include "devicefiles/file_form.h"
+#include "devicefiles/sections.h"
 
 namespace qvrcom::components {
 namespace {

@@ -1,9 +1,8 @@
 #include "components/statistics_component.h"
 
-#include "components/answer.h"
+#include "components/component_registry.h"
 #include "components/statistics_csv.h"
 #include "components/statistics_rows.h"
-#include "components/table_component.h"
 #include "images/statistics_files.h"
 
 namespace qvrcom::components {

@@ -2,7 +2,6 @@
 
 #include "components/component_registry.h"
 #include "environment/command_set.h"
-#include "environment/database_connection.h"
 #include "environment/files_and_folders.h"
 #include "platform/files.h"
 #include "platform/user_interface.h"

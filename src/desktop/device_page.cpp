@@ -12,7 +12,7 @@
 #include "desktop/device_texts.h"
 #include "desktop/site_picker.h"
 #include "environment/names.h"
-#include "requests/all_partitions_request.h"
+#include "requests/device_requests.h"
 #include "siterules/firmware_rules.h"
 #include "ui/attempt.h"
 #include "ui/elements.h"

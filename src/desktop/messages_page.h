@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "requests/view_request.h"
+#include "requests/device_requests.h"
 #include "sitebook/site_book.h"
 
 class QLabel;

@@ -3,7 +3,7 @@
 #include <QWidget>
 
 #include "desktop/same_logs.h"
-#include "requests/same_log_request.h"
+#include "requests/device_requests.h"
 #include "sitebook/site_book.h"
 
 class QLabel;

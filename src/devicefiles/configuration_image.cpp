@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "base/fault.h"
-#include "devicefiles/shared_parts.h"
+#include "devicefiles/sections.h"
 
 namespace qvrcom::devicefiles {
 namespace {

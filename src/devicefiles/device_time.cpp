@@ -1,9 +1,7 @@
 #include "devicefiles/device_time.h"
 
-#include "devicefiles/byte_reader.h"
-#include "devicefiles/byte_writer.h"
-#include "devicefiles/crc32.h"
-#include "devicefiles/file_form.h"
+#include "devicefiles/bytes.h"
+#include "devicefiles/sections.h"
 
 namespace qvrcom::devicefiles {
 namespace {

@@ -1,6 +1,6 @@
 #include "devicefiles/line_statistics.h"
 
-#include "devicefiles/shared_parts.h"
+#include "devicefiles/sections.h"
 
 namespace qvrcom::devicefiles {
 namespace {

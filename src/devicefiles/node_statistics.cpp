@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "devicefiles/shared_parts.h"
+#include "devicefiles/sections.h"
 
 namespace qvrcom::devicefiles {
 namespace {

@@ -1,6 +1,10 @@
 #include "devicefiles/sections.h"
 
-#include "devicefiles/crc32.h"
+#include <array>
+#include <string>
+
+#include "base/fault.h"
+#include "devicefiles/bytes.h"
 
 namespace qvrcom::devicefiles {
 namespace {
@@ -10,6 +14,32 @@ constexpr std::size_t kChecksumLength = 4;
 constexpr std::uint32_t kHighestNode = 32767;
 
 }  // namespace
+
+void check_form(std::string_view bytes, const FileForm& form) {
+  const std::string kind(form.kind);
+  if (bytes.size() <= form.magic.size() || !bytes.starts_with(form.magic)) {
+    throw base::Fault("Not a " + kind + " file of this suite",
+                      "Its first bytes are not \"" + std::string(form.magic) +
+                          "\". The device keeps it in another form, which is not read.");
+  }
+  if (bytes.size() > kLargestFile)
+    ByteReader(bytes, form.kind)
+        .refuse("It has " + std::to_string(bytes.size()) + " bytes, more than " +
+                std::to_string(kLargestFile));
+  const int version = static_cast<unsigned char>(bytes[form.magic.size()]);
+  if (version != kFileVersion) {
+    throw base::Fault("The " + kind + " file is of another version",
+                      "It has version " + std::to_string(version) + ", this program reads " +
+                          std::to_string(kFileVersion) + ". Use programs that fit the device's firmware.");
+  }
+}
+
+void check_length(std::string_view bytes, const FileForm& form, std::size_t length) {
+  if (bytes.size() != length) {
+    ByteReader(bytes, form.kind)
+        .refuse("It has " + std::to_string(bytes.size()) + " bytes, not " + std::to_string(length));
+  }
+}
 
 SectionReader::SectionReader(std::string_view bytes, const FileForm& form) : form_(form) {
   check_form(bytes, form);
@@ -104,6 +134,28 @@ void write_node_name(ByteWriter& writer, const NodeName& node) {
   writer.u8("node type", node.type);
   writer.u8("unused", 0);
   writer.u16("node number", node.number);
+}
+
+CountedTime read_counted(const SectionReader& file) {
+  CountedTime counted;
+  file.one(kCountedSection, "counted time", kCountedLength, [&](ByteReader& record) {
+    counted.since = record.moment("counted since");
+    counted.until = record.moment("counted until");
+  });
+  return counted;
+}
+
+void write_counted(SectionWriter& file, const CountedTime& counted) {
+  file.section(kCountedSection, kCountedLength, std::array{counted},
+               [](ByteWriter& record, const CountedTime& one) {
+                 record.moment(one.since);
+                 record.moment(one.until);
+               });
+}
+
+std::uint32_t read_partition(const SectionReader& file) {
+  if (file.header().partition == 0) file.refuse("It names no partition");
+  return file.header().partition;
 }
 
 }  // namespace qvrcom::devicefiles

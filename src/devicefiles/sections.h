@@ -4,18 +4,38 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "devicefiles/byte_reader.h"
-#include "devicefiles/byte_writer.h"
-#include "devicefiles/file_form.h"
+#include "devicefiles/bytes.h"
+#include "devicefiles/line_statistics.h"
 #include "devicefiles/node_types.h"
 
 // The frame that "dbase", "linestat" and "nodestat" share: a header, sections of records of one length, a
 // checksum; docs/formats/dbase.md. A section with an unknown tag is passed over, and so are the bytes of a
 // record behind those that its reader knows: later programs may add either.
+
+// What the readers of several files share.
 namespace qvrcom::devicefiles {
+
+// The version of every file form here; the byte behind the magic.
+inline constexpr std::uint8_t kFileVersion = 1;
+
+// No device file is longer; what is longer is refused before it is looked at.
+inline constexpr std::size_t kLargestFile = std::size_t{1} << 20U;
+
+struct FileForm {
+  std::string_view magic;  // the first bytes of every file of the form
+  std::string_view kind;   // in the user's words, "line statistics"
+};
+
+// Fault "Not a ... file of this suite" without the magic, "... file of another version" with another version.
+void check_form(std::string_view bytes, const FileForm& form);
+
+// Fault when the file is not exactly so long.
+void check_length(std::string_view bytes, const FileForm& form, std::size_t length);
 
 // What stands in the header behind magic and version.
 struct FileHeader {
@@ -85,5 +105,23 @@ NodeName read_node_name(ByteReader& reader);
 // Likewise, or type and number 0 for none.
 NodeName read_optional_node_name(ByteReader& reader);
 void write_node_name(ByteWriter& writer, const NodeName& node);
+
+inline constexpr std::uint32_t kCountedSection = 1;
+inline constexpr std::size_t kCountedLength = 8;
+
+CountedTime read_counted(const SectionReader& file);
+void write_counted(SectionWriter& file, const CountedTime& counted);
+
+// The partition of the header; Fault for a file of the whole device.
+std::uint32_t read_partition(const SectionReader& file);
+
+// Fault when two values have the same key; `what` names the values in the user's words.
+template <class Values, class Key>
+void require_unique(const SectionReader& file, const Values& values, const std::string& what, Key key) {
+  std::set<decltype(key(values.front()))> seen;
+  for (const auto& value : values) {
+    if (!seen.insert(key(value)).second) file.refuse("One of its " + what + " stands in it twice");
+  }
+}
 
 }  // namespace qvrcom::devicefiles

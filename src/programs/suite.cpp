@@ -1,7 +1,7 @@
 #include "programs/suite.h"
 
 #include "adapters/component_plugins.h"
-#include "adapters/paths.h"
+#include "adapters/posix_fault.h"
 #include "components/database_components.h"
 #include "components/image_components.h"
 #include "components/statistics_component.h"

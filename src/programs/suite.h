@@ -9,7 +9,6 @@
 #include "adapters/xml_rows_qt.h"
 #include "components/component_registry.h"
 #include "environment/command_set.h"
-#include "environment/database_connection.h"
 #include "environment/set_up.h"
 #include "jobs/job_board.h"
 #include "programs/host.h"

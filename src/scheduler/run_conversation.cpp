@@ -7,7 +7,7 @@
 
 #include "scheduler/fault_of.h"
 #include "scheduler/report_writer.h"
-#include "scheduler/script_blocks.h"
+#include "scheduler/run_plan.h"
 
 namespace qvrcom::scheduler {
 namespace {

@@ -1,5 +1,6 @@
 #include "scheduler/run_plan.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "protocol/device_address.h"
 #include "protocol/job_name.h"
 #include "protocol/job_report.h"
+#include "protocol/operation_names.h"
 
 namespace qvrcom::scheduler {
 namespace {
@@ -139,6 +141,27 @@ RunPlan make_plan(const platform::Files& files, const std::string& scheduler_fol
     plan.steps.push_back(planner.step(command));
   Planner::need_files_of_their_own(plan.steps);
   return plan;
+}
+
+namespace operation = protocol::operation;
+
+std::vector<ScriptBlock> blocks_of(const std::vector<RunPlan::Step>& steps) {
+  std::vector<ScriptBlock> blocks;
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    const bool account = steps[i].kind == protocol::CommandKind::kAccount;
+    if (account || blocks.empty()) blocks.push_back({account ? steps[i].remote : std::string{}, i, i});
+    blocks.back().end = i + 1;
+  }
+  return blocks;
+}
+
+bool forgives_blocks(std::string_view description, const std::vector<ScriptBlock>& blocks) {
+  if (description == operation::kRetrieveResetAllStatistics ||
+      description == operation::kRetrieveConfiguration)
+    return true;
+  const auto accounts =
+      std::count_if(blocks.begin(), blocks.end(), [](const ScriptBlock& b) { return !b.account.empty(); });
+  return description == operation::kRetrieveAllMessageIndexes && accounts > 1;
 }
 
 }  // namespace qvrcom::scheduler

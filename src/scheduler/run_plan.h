@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/device_connection.h"
@@ -40,5 +42,19 @@ struct RunPlan {
 // folder, or a link stands on the way.
 RunPlan make_plan(const platform::Files& files, const std::string& scheduler_folder,
                   const std::string& job_name, const std::string& script_path);
+
+// The lines of one partition: from its account line to the next.
+struct ScriptBlock {
+  std::string account;  // "" for the lines that stand before the first account line
+  std::size_t first = 0;
+  std::size_t end = 0;  // behind its last step
+};
+
+// All steps in their order; a script without a step has no block.
+std::vector<ScriptBlock> blocks_of(const std::vector<RunPlan::Step>& steps);
+
+// Whether a job of this description goes on with the next partition when one has failed: those that take a
+// device as a whole, where a partition may be missing. The description counts as it stands.
+bool forgives_blocks(std::string_view description, const std::vector<ScriptBlock>& blocks);
 
 }  // namespace qvrcom::scheduler

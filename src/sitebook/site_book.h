@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "environment/database_connection.h"
+#include "environment/command_set.h"
 #include "sitebook/site_record.h"
 
 namespace qvrcom::sitebook {

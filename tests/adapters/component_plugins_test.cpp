@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "adapters/paths.h"
+#include "adapters/posix_fault.h"
 #include "adapters/temporary_suite.h"
 #include "doubles/caught.h"
 

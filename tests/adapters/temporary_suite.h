@@ -8,10 +8,10 @@
 
 #include "adapters/database_qt.h"
 #include "adapters/files_posix.h"
-#include "adapters/paths.h"
+#include "adapters/posix_fault.h"
 #include "adapters/qt_application.h"
 #include "doubles/settable_machine.h"
-#include "environment/database_connection.h"
+#include "environment/command_set.h"
 #include "environment/set_up.h"
 
 namespace qvrcom::adapters {

@@ -6,7 +6,7 @@
 #include "base/fault.h"
 #include "components/statistics_component.h"
 #include "csv/csv_records.h"
-#include "devicefiles/file_form.h"
+#include "devicefiles/sections.h"
 #include "doubles/recording_user_interface.h"
 #include "environment/statistics_tables.h"
 

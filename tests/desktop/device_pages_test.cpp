@@ -13,7 +13,7 @@
 #include <QTemporaryDir>
 
 #include "adapters/files_posix.h"
-#include "adapters/paths.h"
+#include "adapters/posix_fault.h"
 #include "desktop/device_page.h"
 #include "desktop/device_texts.h"
 #include "desktop/messages_page.h"

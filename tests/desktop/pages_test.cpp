@@ -13,7 +13,7 @@
 
 #include "adapters/database_qt.h"
 #include "adapters/files_posix.h"
-#include "adapters/paths.h"
+#include "adapters/posix_fault.h"
 #include "desktop/device_page.h"
 #include "desktop/first_start.h"
 #include "desktop/jobs_page.h"

@@ -4,13 +4,11 @@
 
 #include "devicefiles/device_time.h"
 #include "doubles/memory_lock.h"
-#include "requests/all_partitions_request.h"
+#include "requests/device_requests.h"
 #include "requests/job_upkeep.h"
 #include "requests/late_results_request.h"
-#include "requests/same_log_request.h"
 #include "requests/statistics_request.h"
 #include "requests/system_request.h"
-#include "requests/view_request.h"
 #include "session/memory_suite.h"
 
 namespace qvrcom::requests {

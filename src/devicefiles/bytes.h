@@ -7,7 +7,12 @@
 
 #include "base/date_serial.h"
 
+// The device's clock counts seconds since 1 January 2000 00:00 of its own local time, without a zone.
 namespace qvrcom::devicefiles {
+
+// The CRC-32 of ISO 3309 (polynomial 0x04C11DB7 reflected, start and end inverted): "123456789" gives
+// 0xCBF43926.
+std::uint32_t crc32(std::string_view bytes);
 
 // Reads big-endian fields one after the other and never beyond the end. Every fault names the file's kind and
 // the field.
@@ -48,5 +53,31 @@ class ByteReader {
   std::string_view kind_;
   std::size_t at_ = 0;
 };
+
+// Builds big-endian fields one after the other. A value that its field cannot hold is a Fault that names it.
+class ByteWriter {
+ public:
+  void u8(std::string_view field, std::uint32_t value) { number(field, value, 1); }
+  void u16(std::string_view field, std::uint32_t value) { number(field, value, 2); }
+  void u32(std::uint32_t value) { number({}, value, 4); }
+  void flag(bool value) { number({}, value ? 1 : 0, 1); }
+
+  // Filled with zero bytes up to `width`.
+  void text(std::string_view field, std::string_view value, std::size_t width);
+  void moment(base::LocalTime value);
+  void bytes(std::string_view value) { bytes_ += value; }
+
+  const std::string& str() const { return bytes_; }
+
+ private:
+  void number(std::string_view field, std::uint32_t value, std::size_t width);
+
+  std::string bytes_;
+};
+
+base::LocalTime moment_of(std::uint32_t device_seconds);
+
+// Fault "Overflow" outside of 1 January 2000 to 7 February 2136 06:28:15.
+std::uint32_t device_seconds(base::LocalTime moment);
 
 }  // namespace qvrcom::devicefiles
