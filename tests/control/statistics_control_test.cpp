@@ -55,7 +55,7 @@ struct ControlTest : ::testing::Test, ControlView, ControlEvents, StatisticsView
 
   session::MemorySuite suite;
   session::Shown shown;
-  doubles::MemoryLock lock;
+  doubles::doubles::MemoryLock lock;
   std::vector<Fields> sites;
   base::Field firmware = "6.62";
   std::optional<std::string> chosen;

@@ -15,7 +15,7 @@ struct MemoryControl : platform::SchedulerControl {
   }
   platform::Reach stop() override { return platform::Reach::kNotRunning; }
   platform::StopOutcome stop_job(const std::string&) override { return platform::StopOutcome::kNotRunning; }
-  std::optional<platform::SchedulerStatus> now;
+  std::optional<protocol::SchedulerStatus> now;
   int questions = 0;
 };
 

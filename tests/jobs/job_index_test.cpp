@@ -2,10 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <random>
-
 #include "jobs/job_parts.h"
-#include "jobs/naive_index.h"
 
 namespace qvrcom::jobs {
 namespace {
@@ -65,25 +62,25 @@ TEST(JobIndex, RemovesLinesWhateverTheirCase) {
   EXPECT_THROW(parts.index.Remove_Index_Line("none.sch", "x"), base::Fault);
 }
 
-TEST(JobIndex, DoesInOnePassWhatTheSlowWayDoes) {
-  std::mt19937 random(7);
-  for (int round = 0; round < 3000; ++round) {
-    NaiveIndex naive;
-    naive.job_folders = {"A", "3"};
+// As if each were removed by itself: the file is written and read again between two lines.
+TEST(JobIndex, RemovesSeveralLinesInOnePass) {
+  const struct {
+    const char* before;
+    std::vector<std::string> removed;
+    const char* after;
+  } rows[] = {{" b\nc \na\nx\n", {"x"}, "b\r\na\r\nc\r\n"},
+              {" b\nc \na\nx\n", {"x", "y"}, "a\r\nb\r\nc\r\n"},
+              {" b\nc\nB\n", {"x", "b"}, "c\r\n"},
+              {" b\nc \n", {"x", " b"}, "b\r\nc\r\n"},
+              {"a\nc \n", {"x", "c"}, "a\r\n"},
+              {" \na\n", {"x", "y"}, "a\r\n"},
+              {" a \n", {"x", "a"}, "\r\n"},
+              {"a\n", {}, "a\n"}};
+  for (const auto& row : rows) {
     JobParts parts;
-    parts.files.folders.insert({"S:\\A", "S:\\3"});
-    parts.file("index.sch") = naive.files["index.sch"] = random_index(random);
-    if (round % 2 == 0) {
-      naive.validate();
-      parts.index.Validate_Index_File();
-    } else {
-      std::vector<std::string> lines;
-      const std::string removed = random_index(random);
-      for (const std::string_view line : base::lines_of(removed))
-        naive.remove("index.sch", lines.emplace_back(line));
-      parts.index.remove_index_lines(lines);
-    }
-    ASSERT_EQ(parts.file("index.sch"), naive.files["index.sch"]) << round;
+    parts.file("index.sch") = row.before;
+    parts.index.remove_index_lines(row.removed);
+    EXPECT_EQ(parts.file("index.sch"), row.after) << row.before;
   }
 }
 
@@ -115,34 +112,17 @@ TEST(JobIndex, FindsTheFolderOfALine) {
     EXPECT_EQ(JobIndex::Get_Folder(row.line), row.folder) << row.line;
 }
 
-TEST(JobIndex, ReadsAndAppendsLines) {
+TEST(JobIndex, ReadsLines) {
   JobParts parts;
   std::vector<std::string> lines;
   bool found = false;
   parts.file("list") = "\r\n";
   parts.index.Read_Lines("list", lines, found);
   EXPECT_FALSE(found);
-  parts.index.Append_Line("list", "b");
-  parts.index.Append_Line("list", "a");
+  parts.file("list") = "\r\nb\r\na\r\n";
   parts.index.Read_Lines("list", lines, found);
   EXPECT_TRUE(found);
   EXPECT_THAT(lines, ElementsAre("b", "a"));
-  EXPECT_THROW(parts.index.Read_Lines("none", lines, found), base::Fault);
-}
-
-TEST(JobIndex, ReportsUnderTheOperationsName) {
-  JobParts parts;
-  parts.index.Validate_Index_File();
-  parts.files.before = failing("append", base::kDiskFull);
-  parts.index.Write_Index("", "", "", "", "", "");
-  parts.files.before = failing("replace", base::kDiskFull);
-  parts.file("index.sch") = "b\r\na\r\n";
-  parts.index.Sort_File("index.sch");
-  EXPECT_THAT(parts.ui.texts(), ElementsAre("Error_Handler: Validate_Index_File\r\nFile not found",
-                                            "Error_Handler: Write_Index\r\nDisk full",
-                                            "Error_Handler: ReWrite_File\r\nDisk full"));
-  EXPECT_EQ(parts.ui.messages[0].title, "QVRCOM+");
-  EXPECT_EQ(parts.file("index.sch"), "b\r\na\r\n");
 }
 
 }  // namespace

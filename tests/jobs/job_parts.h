@@ -2,16 +2,14 @@
 
 #include "base/session_values.h"
 #include "doubles/manual_clock.h"
-#include "doubles/memory_files.h"
-#include "doubles/memory_machine.h"
-#include "doubles/recording_user_interface.h"
+#include "doubles/memory_data.h"
 #include "jobs/job_index.h"
 #include "jobs/script_writer.h"
 
 namespace qvrcom::jobs {
 
 // The job classes on memory files, with the job Nov1526121005000 of 15 November 2026 12:10:05 at hand.
-struct JobParts {
+struct JobParts : doubles::MemoryData {
   JobParts() {
     machine.special_folders = {{35, "C:\\Data"}, {46, "C:\\Docs"}};
     files.make_folders("C:\\Data\\Corbelin\\QVRCOM+\\Scheduler");
@@ -23,12 +21,8 @@ struct JobParts {
 
   std::string& file(const std::string& name) { return files.content["S:\\" + name]; }
 
-  doubles::MemoryMachine machine;
-  doubles::MemoryFiles files;
   doubles::ManualClock clock;
-  doubles::RecordingUserInterface ui;
   base::Session session;
-  environment::FilesAndFolders folders{machine, files};
   SchedulerFiles scheduler{session.run, folders, files};
   FileHelpers helpers{scheduler, folders, files, ui};
   ScriptWriter writer{session.job, scheduler, helpers, files, ui};

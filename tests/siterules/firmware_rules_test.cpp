@@ -18,7 +18,10 @@ TEST_F(FirmwareRulesTest, JudgesCompatibilityByMachineType) {
     std::vector<const char*> versions;
   } rows[] = {
       {"2", kCompatible, {"6.60", "6.69", "6.80", "6.89"}},
-      {"2", kBackwardCompatible, {"6.59", "6.00", "5.02", "5.10", "5.29", "6.ac", "05.C0"}},
+      {"2",
+       kBackwardCompatible,
+       {"6.59", "6.00", "5.00", "5.02", "5.10", "5.29", "5.bm", "5.bn", "5.bp", "05.C0", "5.ca", "5.CB",
+        "5.CC", "5.cf", "5.cg", "6.ac"}},
       {"2",
        kNotCompatible,
        {"6.70", "6.79", "6.90", "5.03", "5.30", "6.AC", "5.cb", "6.6", " 6.60", "6.600"}},
@@ -41,9 +44,9 @@ TEST_F(FirmwareRulesTest, JudgesCompatibilityByMachineType) {
 
 TEST_F(FirmwareRulesTest, TellsTheStatisticsGenerations) {
   const std::pair<const char*, const char*> cases[] = {
-      {"", "NO_FIRMWARE_VERSION"}, {"0", "NO_FIRMWARE_VERSION"}, {"5.00", "OldStats"}, {"05.C0", "OldStats"},
-      {"5.CB", "OldStats"},        {"5.cb", "NewStats"},         {"5.02", "NewStats"}, {"5.CC", "NewStats"},
-      {"6.61", "NewStats"},        {"anything", "NewStats"},
+      {"", "NO_FIRMWARE_VERSION"}, {"0", "NO_FIRMWARE_VERSION"}, {"5.00", "OldStats"}, {"5.01", "OldStats"},
+      {"5.bm", "OldStats"},        {"5.bn", "OldStats"},         {"5.bp", "OldStats"}, {"05.C0", "OldStats"},
+      {"5.ca", "OldStats"},        {"5.CB", "OldStats"},         {"5.cb", "NewStats"}, {"5.02", "NewStats"},
   };
   for (const auto& [version, generation] : cases)
     EXPECT_EQ(rules.Check_Firmware_Version(version), generation) << version;
