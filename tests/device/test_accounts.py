@@ -1,3 +1,4 @@
+import socket
 import struct
 import tempfile
 from datetime import datetime
@@ -72,3 +73,11 @@ class CommandLog(DeviceTest):
         device = self.start()
         outcome(lambda: self.client(device).sendcmd(f"XYZ {PASSWORD}"))
         self.assertEqual(device.commands(), ["- USER admin 331", "- PASS **** 230", "device XYZ **** 500"])
+
+
+class Telnet(DeviceTest):
+    def test_a_wrong_password_three_times(self):
+        peer = socket.create_connection(("127.0.0.1", self.start().telnet_port), timeout=20)
+        self.addCleanup(peer.close)
+        peer.sendall(b"admin\r\nopen\r\n" * 3)
+        self.assertTrue(peer.makefile("rb").read().endswith(b"Login incorrect.\r\n"))
