@@ -55,7 +55,7 @@ struct ControlTest : ::testing::Test, ControlView, ControlEvents, StatisticsView
 
   session::MemorySuite suite;
   session::Shown shown;
-  doubles::doubles::MemoryLock lock;
+  doubles::MemoryLock lock;
   std::vector<Fields> sites;
   base::Field firmware = "6.62";
   std::optional<std::string> chosen;

@@ -77,7 +77,7 @@ struct PagesTest : ::testing::Test {
   jobs::SchedulerFiles scheduler_files{run, folders, files};
   jobs::JobBoard board{scheduler_files};
   doubles::ManualScheduler scheduler;
-  session::MemoryPrograms programs;
+  doubles::MemoryPrograms programs;
   SessionLogs logs{ui, files, folders};
   JobsPageParts jobs_parts() {
     return {board,

@@ -15,9 +15,12 @@ struct MemoryPrograms : platform::Programs {
     if (on_start) on_start();
     return answer;
   }
+  std::string native(const std::string& path) const override { return path; }
+  std::string said() const override { return says; }
   std::vector<std::string> started;
   std::function<void()> on_start;
   std::string answer;
+  std::string says;
 };
 
 }  // namespace qvrcom::doubles

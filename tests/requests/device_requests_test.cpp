@@ -49,7 +49,7 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
   }
 
   session::DialogRun run;
-  doubles::doubles::MemoryLock lock;
+  doubles::MemoryLock lock;
   session::SessionRun screen{run.parts(), run};
   std::string how_far;
   session::SessionGate gate{lock, run.ui, {}, [this] { return how_far; }};

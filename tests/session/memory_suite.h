@@ -14,7 +14,6 @@
 #include "doubles/memory_control.h"
 #include "doubles/memory_data.h"
 #include "doubles/memory_programs.h"
-#include "session/scheduler_link.h"
 #include "session/frm_response.h"
 #include "session/scheduler_link.h"
 #include "session/session_run.h"
@@ -224,7 +223,7 @@ struct MemorySuite : doubles::MemoryData {
 
   doubles::ManualClock clock;
   doubles::MemoryChannel channel;
-  MemoryPrograms programs;
+  doubles::MemoryPrograms programs;
   MemoryComponents components;
   doubles::BarRows xml;
   base::Session session;

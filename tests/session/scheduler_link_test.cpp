@@ -1,4 +1,4 @@
-#include "link/scheduler_link.h"
+#include "session/scheduler_link.h"
 
 #include <gmock/gmock.h>
 
@@ -46,31 +46,35 @@ struct LinkTest : ::testing::Test {
 TEST_F(LinkTest, StartsAMissingProgramAndWaitsOneSecond) {
   std::unique_ptr<platform::Window> pilot;
   clock.on_sleep = [&] { pilot = window("JOBPILOT"); };
-  link.NotifyScheduler(SchedulerRequest::kShowTelnetSession);
+  link.NotifyScheduler(protocol::SchedulerRequest::kShowTelnetSession);
   EXPECT_THAT(programs.started, ElementsAre("C:\\Suite\\JobPilot.exe"));
   EXPECT_EQ(clock.slept, std::chrono::seconds(1));
   EXPECT_EQ(ui.pumps, 0);
   EXPECT_THAT(channel.posts, ElementsAre(Post{"JOBPILOT", "CBL_QVRCOM_SCHEDULER", 0, 9}));
-  link.NotifyScheduler(SchedulerRequest::kResultsTaken);
+  link.NotifyScheduler(protocol::SchedulerRequest::kResultsTaken);
   EXPECT_EQ(programs.started.size(), 1U);
   EXPECT_EQ(channel.posts.size(), 2U);
 }
 
 TEST_F(LinkTest, TellsOfAMissingJobPilotButNotOfAMissingRePilot) {
   programs.answer = "There is no such program.";
-  link.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
+  link.NotifyScheduler(protocol::SchedulerRequest::kJobsSubmitted);
   EXPECT_THAT(ui.texts(), ElementsAre("SCHEDULER not found!"));
   EXPECT_EQ(ui.messages[0].detail, "There is no such program. Start JobPilot, then try again.");
   EXPECT_TRUE(link.scheduler_missing());
   EXPECT_THAT(channel.posts, IsEmpty());
+  programs.answer.clear();
+  programs.says = "Its lock is a link.";
+  link.NotifyScheduler(protocol::SchedulerRequest::kJobsSubmitted);
+  EXPECT_THAT(ui.messages.back().detail, testing::HasSubstr("up. It says: Its lock is a link. "));
   const auto late = window("JOBPILOT");
-  link.NotifyScheduler(SchedulerRequest::kShowSession);
+  link.NotifyScheduler(protocol::SchedulerRequest::kShowSession);
   EXPECT_TRUE(link.scheduler_missing());  // it has not heard of the jobs
-  link.NotifyScheduler(SchedulerRequest::kJobsSubmitted);
+  link.NotifyScheduler(protocol::SchedulerRequest::kJobsSubmitted);
   EXPECT_FALSE(link.scheduler_missing());
   channel.posts.clear();
-  link.NotifyRePilot(SchedulerRequest::kJobsSubmitted);
-  EXPECT_EQ(ui.messages.size(), 1U);
+  link.NotifyRePilot(protocol::SchedulerRequest::kJobsSubmitted);
+  EXPECT_EQ(ui.messages.size(), 2U);
   EXPECT_THAT(channel.posts, ElementsAre(Post{"", "CBL_QVRCOM_REPILOT", 0, 1}));
 }
 

@@ -57,7 +57,7 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
   }
 
   session::MemorySuite suite;
-  doubles::doubles::MemoryLock lock;
+  doubles::MemoryLock lock;
   std::vector<std::string> viewed;
   std::optional<std::string> chosen;
   int logs_opened = 0;
