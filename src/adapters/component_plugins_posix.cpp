@@ -93,11 +93,8 @@ void add_components(ComponentPlugins& plugins, const std::filesystem::path& path
   };
   if (const auto why = distrust(path.string(), S_IFREG, "a plain file")) return refuse(*why);
   Offer offer = nullptr;
-  try {
-    offer = load(path.string());
-  } catch (const base::Fault& fault) {
-    return refuse(fault.description() + ". " + fault.detail());
-  }
+  if (const auto fault = base::fault_of([&] { offer = load(path.string()); }))
+    return refuse(fault->description() + ". " + fault->detail());
   if (const auto why = flaw_of(offer)) return refuse(*why);
   for (std::uint32_t place = 0; place < offer->count; ++place) {
     const qvrcom_component& component = offer->components[place];

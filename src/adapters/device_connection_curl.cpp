@@ -150,13 +150,9 @@ class DeviceConnectionCurl : public platform::DeviceConnection {
   // Runs inside a callback of the library, which no fault may pass: it is kept and thrown afterwards.
   template <class Body>
   bool guarded(Body&& body) {
-    try {
-      body();
-      return true;
-    } catch (const Fault& fault) {
-      trouble_ = fault;
-      return false;
-    }
+    auto fault = base::fault_of(body);
+    if (fault) trouble_ = std::move(fault);
+    return !fault;
   }
 
   static std::size_t on_reply(char* text, std::size_t size, std::size_t count, void* self);

@@ -73,11 +73,8 @@ void MachineFiles::read_registry() {
         fault->description(),
         fault->detail() + " Put the file back, or remove what is there and run \"qvrcomctl setup\".");
   const std::string text = files.read(file);
-  try {
-    registry_ = base::RegistryText::parse(text);
-  } catch (const base::Fault& fault) {
-    throw base::Fault(fault.description(), "\"" + files.native(file) + "\": " + fault.detail());
-  }
+  if (const auto fault = base::fault_of([&] { registry_ = base::RegistryText::parse(text); }))
+    throw base::Fault(fault->description(), "\"" + files.native(file) + "\": " + fault->detail());
 }
 
 std::optional<std::string> MachineFiles::special_folder(std::int32_t identifier) const {

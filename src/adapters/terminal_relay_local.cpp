@@ -146,11 +146,11 @@ class RelayedSession : public QObject {
   void take_from_device() {
     const QByteArray bytes = device_.read(kPiece);
     moved();
-    try {
+    // Thrown on inside a signal it would end the program.
+    const auto fault = base::fault_of([&] {
       telnet_.received({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    } catch (const Fault& fault) {  // thrown on inside a signal it would end the program
-      end_with(fault.description(), fault.detail());
-    }
+    });
+    if (fault) end_with(fault->description(), fault->detail());
   }
 
   qint64 terminal_backlog() const { return attached_ ? terminal_->bytesToWrite() : unseen_.size(); }

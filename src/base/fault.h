@@ -45,4 +45,15 @@ std::optional<Fault> fault_of(Body&& body) {
   return std::nullopt;
 }
 
+// Likewise for one kind of fault; every other passes.
+template <class Kind, class Body>
+std::optional<Kind> fault_of_kind(Body&& body) {
+  try {
+    body();
+  } catch (const Kind& fault) {
+    return fault;
+  }
+  return std::nullopt;
+}
+
 }  // namespace qvrcom::base

@@ -57,25 +57,25 @@ void look_after_jobs(const Invocation& invocation, CommandContext& context) {
     context.ui.show(message);
 }
 
+ExitCode carry_out(const Invocation& invocation, CommandContext& context) {
+  if (invocation.needs_set_up) {
+    if (const auto missing = environment::missing_folders(context.machine, context.files)) {
+      context.console.tell(*missing);
+      return ExitCode::kMissing;
+    }
+    look_after_jobs(invocation, context);
+  }
+  const ExitCode code = invocation.command(context);
+  return context.console.deliver() ? code : ExitCode::kFailed;
+}
+
 }  // namespace
 
 ExitCode run(const Invocation& invocation, CommandContext& context) {
-  try {
-    if (invocation.needs_set_up) {
-      if (const auto missing = environment::missing_folders(context.machine, context.files)) {
-        context.console.tell(*missing);
-        return ExitCode::kMissing;
-      }
-    }
-    if (invocation.needs_set_up) look_after_jobs(invocation, context);
-    const ExitCode code = invocation.command(context);
-    if (context.console.deliver()) return code;
-  } catch (const base::Fault& fault) {
-    context.console.tell(fault.description(), fault.detail());
-  } catch (const std::exception& error) {
-    context.console.tell(error.what());
-  }
-  return ExitCode::kFailed;
+  ExitCode code = ExitCode::kFailed;
+  const auto fault = base::fault_of([&] { code = carry_out(invocation, context); });
+  if (fault) context.console.tell(fault->description(), fault->detail());
+  return code;
 }
 
 }  // namespace qvrcom::cli

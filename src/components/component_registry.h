@@ -20,11 +20,10 @@ namespace qvrcom::components {
 // begins with what the operation was about ("linestatP3.dat").
 inline std::optional<std::string> answer(const std::string& about,
                                          const std::function<std::string()>& operation) {
-  try {
-    return operation();
-  } catch (const base::Fault& fault) {
-    return about + ": " + fault.description() + (fault.detail().empty() ? "" : ". " + fault.detail());
-  }
+  std::string text;
+  const auto fault = base::fault_of([&] { text = operation(); });
+  if (!fault) return text;
+  return about + ": " + fault->description() + (fault->detail().empty() ? "" : ". " + fault->detail());
 }
 
 // One operation of a component: its name, how many arguments it takes, what it does with them.

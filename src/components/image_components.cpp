@@ -53,15 +53,14 @@ std::optional<std::string> decode(
     Forget forget = [](platform::Database&, const PartitionKey&) {}) {
   return answer(name_of(arguments.back()), [&] {
     const PartitionKey key = partition_key(arguments[0], arguments[1]);
-    try {
+    const auto fault = base::fault_of([&] {
       const auto decoded = read(shop.read(arguments.back()));
       check_partition(decoded.partition, key);
       store(shop.connection->database(), key, decoded);
-      return std::string("OK");
-    } catch (const base::Fault&) {
-      forget(shop.connection->database(), key);
-      throw;
-    }
+    });
+    if (!fault) return std::string("OK");
+    forget(shop.connection->database(), key);
+    throw *fault;
   });
 }
 

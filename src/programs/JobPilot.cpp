@@ -212,10 +212,10 @@ int run() {
   adapters::MessageChannelLocal channel(host.layout.run_folder, host.layout.runtime_folder);
   // The title comes first: whoever started this program looks for it.
   std::unique_ptr<platform::Window> window;
-  try {
-    window = channel.open_window(protocol::kJobPilotTitle, {});
-  } catch (const base::Fault& fault) {
-    say(base::Fault("It runs already, or its window cannot be opened. Nothing was started.", fault.detail()));
+  const auto fault = base::fault_of([&] { window = channel.open_window(protocol::kJobPilotTitle, {}); });
+  if (fault) {
+    say(base::Fault("It runs already, or its window cannot be opened. Nothing was started.",
+                    fault->detail()));
     return kRefused;
   }
   if (!host.files.folder_exists(host.folders.GetSchedulerFolder())) {
@@ -259,10 +259,7 @@ int main(int argument_count, char** arguments) {
   keep_memory_private();
   QCoreApplication application(argument_count, arguments);
   if (::pipe2(signal_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return kRefused;
-  try {
-    return run();
-  } catch (const base::Fault& fault) {
-    say(fault);
-    return kRefused;
-  }
+  int code = kRefused;
+  if (const auto fault = base::fault_of([&] { code = run(); })) say(*fault);
+  return code;
 }

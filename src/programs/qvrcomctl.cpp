@@ -74,12 +74,8 @@ int main(int argc, char** argv) {
   qInstallMessageHandler(drop_remarks);
   const QCoreApplication application(argc, argv);
   cli::Console console(std::cout, std::cerr, isatty(STDERR_FILENO) != 0);
-  try {
-    return static_cast<int>(run(invocation, console));
-  } catch (const base::Fault& fault) {
-    console.tell(fault.description(), fault.detail());
-  } catch (const std::exception& error) {
-    console.tell(error.what());
-  }
-  return static_cast<int>(cli::ExitCode::kFailed);
+  cli::ExitCode code = cli::ExitCode::kFailed;
+  const auto fault = base::fault_of([&] { code = run(invocation, console); });
+  if (fault) console.tell(fault->description(), fault->detail());
+  return static_cast<int>(code);
 }

@@ -2,7 +2,6 @@
 #include "jobs/report_file.h"
 
 #include "base/fault.h"
-#include "scheduler/fault_of.h"
 
 namespace qvrcom::scheduler {
 
@@ -27,7 +26,7 @@ void ReportWriter::write(const protocol::ReportLine& line) {
 void ReportWriter::append(std::string_view text) {
   constexpr std::size_t kLineEnd = 2;
   length_ += text.size() + kLineEnd;
-  const auto trouble = fault_of([&] {
+  const auto trouble = base::fault_of([&] {
     if (length_ > protocol::kReportLimit) throw base::Fault("It would grow too large", path_);
     files_.append_line(path_, text);
   });

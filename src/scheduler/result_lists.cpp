@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "base/fault.h"
 #include "base/text.h"
 #include "protocol/job_lists.h"
-#include "scheduler/fault_of.h"
 
 namespace qvrcom::scheduler {
 namespace {
@@ -62,7 +62,7 @@ void ResultLists::write_kept() {
 void ResultLists::write_kept_for(const ResultList& list) {
   std::vector<std::string>& lines = kept_for(list.ending);
   if (lines.empty()) return;
-  if (const auto fault = fault_of([&] { files_.append_line(folder_ + list.file, joined(lines)); })) {
+  if (const auto fault = base::fault_of([&] { files_.append_line(folder_ + list.file, joined(lines)); })) {
     trouble_ = fault->description() + ". " + fault->detail();
     return;
   }

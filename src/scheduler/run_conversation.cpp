@@ -5,7 +5,7 @@
 #include <chrono>
 #include <set>
 
-#include "scheduler/fault_of.h"
+#include "base/fault.h"
 #include "scheduler/report_writer.h"
 #include "scheduler/run_plan.h"
 
@@ -34,7 +34,7 @@ class Conversation {
         forgiving_(forgives_blocks(plan.description, blocks_)) {}
 
   RunResult hold() {
-    const auto fault = fault_of([this] { converse(); });
+    const auto fault = base::fault_of([this] { converse(); });
     RunResult report = RunTelling::report(fault, line_.cancelled());
     if (fault && report.ending == Ending::kError && !told_) fail(*fault);
     end_report(report.ending);
@@ -65,7 +65,7 @@ class Conversation {
     const bool forgiven = forgiving_ && !block.account.empty();
     account_ = block.account;
     last_delete_ = last_delete_of(block);
-    const auto fault = fault_of([&] {
+    const auto fault = base::fault_of([&] {
       need_no_failure_before();
       if (forgiven && !line_.current().alive()) log_in_again();
       for (const Step* step = begin_of(block); step != end_of(block); ++step) {
@@ -109,7 +109,7 @@ class Conversation {
     told_ = true;
     const bool of_file = running_ != nullptr && running_->kind != CommandKind::kAccount;
     if (report_.begun() && !report_.broken())
-      report_trouble_ = fault_of([&] {
+      report_trouble_ = base::fault_of([&] {
         report_.write({ReportWord::kFailed,
                        account_,
                        of_file ? running_->remote : std::string{},
@@ -131,7 +131,7 @@ class Conversation {
     ++logins_again_;
     telling_.begin("Connecting again to " + place_);
     if (login_trouble_) line_.pause(settings_.login_pause);
-    login_trouble_ = fault_of([&] { line_.connect(limits).login(plan_.login); });
+    login_trouble_ = base::fault_of([&] { line_.connect(limits).login(plan_.login); });
     if (login_trouble_) throw *login_trouble_;
     telling_.done("The connection was lost; logged in again at " + place_ + " as " + plan_.login.user + ".");
   }
@@ -156,7 +156,7 @@ class Conversation {
         last_delete_ != nullptr && &step < last_delete_ ? 1 : 0;  // of nothing, all would be deleted
     std::uint64_t length = 0;
     const auto get = [&] { length = line_.current().get(step.remote, step.local, least); };
-    if (const auto fault = fault_of_kind<platform::IncompleteFile>(get)) {
+    if (const auto fault = base::fault_of_kind<platform::IncompleteFile>(get)) {
       telling_.done(RunTelling::reason(*fault) + " It is fetched once more.");
       get();
     }
@@ -185,7 +185,7 @@ class Conversation {
   // Whatever the session was worth does not depend on this last line.
   void end_report(Ending ending) {
     if (!report_.begun()) return;
-    const auto fault = fault_of([&] {
+    const auto fault = base::fault_of([&] {
       report_.write({ReportWord::kEnded, {}, {}, {}, protocol::result_list(ending).report_word});
     });
     if (fault) telling_.done("The report has no last line. " + RunTelling::reason(*fault));
@@ -194,7 +194,7 @@ class Conversation {
   // Everything asked for is done: a device that takes leave badly spoils nothing.
   void leave() {
     telling_.begin("Leaving the device");
-    const auto fault = fault_of([this] { line_.current().close(); });
+    const auto fault = base::fault_of([this] { line_.current().close(); });
     if (fault) telling_.done("The device did not take leave properly. " + telling_.reason(*fault));
   }
 

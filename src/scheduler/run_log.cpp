@@ -1,8 +1,8 @@
 #include "scheduler/run_log.h"
 
+#include "base/fault.h"
 #include "jobs/job_log.h"
 #include "protocol/job_log.h"
-#include "scheduler/fault_of.h"
 
 namespace qvrcom::scheduler {
 namespace {
@@ -13,7 +13,7 @@ constexpr std::uint64_t kLargestLog = 1ULL << 20U;  // bytes; then its older hal
 
 void RunLog::write(std::string_view log_name, std::string_view sentence) {
   const std::string path = protocol::log_path(folder_, log_name);
-  fault_of([&] {
+  base::fault_of([&] {
     make_room(path);
     jobs::write_job_log(files_, clock_, folder_, std::string(log_name), sentence);
   });

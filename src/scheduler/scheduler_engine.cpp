@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "base/fault.h"
 #include "base/text.h"
 #include "jobs/job_log.h"
 #include "jobs/report_file.h"
@@ -13,7 +14,6 @@
 #include "protocol/job_name.h"
 #include "protocol/job_report.h"
 #include "protocol/messages.h"
-#include "scheduler/fault_of.h"
 
 namespace qvrcom::scheduler {
 
@@ -108,7 +108,7 @@ void SchedulerEngine::jobs_submitted() {
   looking_ = false;
   next_ = 0;
   obstacle_.clear();
-  if (const auto fault = fault_of([this] { lists_.load(); })) {
+  if (const auto fault = base::fault_of([this] { lists_.load(); })) {
     // Without them a finished job could not be told from a new one.
     work_wanted_ = false;
     obstacle_ = "No job is started, for a result list cannot be read: " + sentence_of(*fault);
@@ -119,7 +119,7 @@ void SchedulerEngine::jobs_submitted() {
 
 void SchedulerEngine::results_taken() {
   answering_ = false;
-  const auto fault = fault_of([this] {
+  const auto fault = base::fault_of([this] {
     const std::string index = parts_.scheduler_folder + protocol::kIndexFile;
     if (parts_.files.is_taken(index)) lists_.drop_taken(parts_.files.read(index));
   });
@@ -154,7 +154,7 @@ bool SchedulerEngine::index_is_known() const {
 
 void SchedulerEngine::look_for_work() {
   if (!work_wanted_ || session_ || stopped_ || looking_back_) return;
-  const auto fault = fault_of([this] {
+  const auto fault = base::fault_of([this] {
     if (!index_is_known()) take_index();
   });
   if (fault) {
@@ -210,7 +210,7 @@ void SchedulerEngine::start(std::string_view text) {
   if (!parts_.files.folder_exists(parts_.scheduler_folder + line.job))
     return set_aside(text, without_folder_,
                      "The job " + line.job + " has no folder and is listed as an error.");
-  const auto fault = fault_of([&] {
+  const auto fault = base::fault_of([&] {
     if (finish_from_report(std::string(text), line.job)) return;
     RunPlan plan = make_plan(parts_.files, parts_.scheduler_folder, line.job, line.script_path);
     log_.write(line.job, "The session begins: " + line.description + ", " + line.site_name + ".");
@@ -235,12 +235,12 @@ bool SchedulerEngine::finish_from_report(const std::string& line, const std::str
 
 // What cannot be read is told when jobs are submitted.
 void SchedulerEngine::list_interrupted() {
-  looking_back_ = !fault_of([this] {
+  looking_back_ = !base::fault_of([this] {
     lists_.load();
     take_index();
   });
   if (looking_back_) return look_back();
-  fault_of([this] { end_cut_reports(); });
+  base::fault_of([this] { end_cut_reports(); });
 }
 
 void SchedulerEngine::look_back() {
@@ -250,12 +250,12 @@ void SchedulerEngine::look_back() {
     const WaitingLine& line = index_.line(next_back_);
     if (!line.problem.empty() || due(line, parts_.clock.now()) != Due::kNow || lists_.find(text) != nullptr)
       continue;
-    fault_of([&] { finish_from_report(std::string(text), line.job); });
+    base::fault_of([&] { finish_from_report(std::string(text), line.job); });
   }
   list_finished();
   if (next_back_ < index_.size()) return parts_.wake();
   looking_back_ = false;
-  fault_of([this] { end_cut_reports(); });
+  base::fault_of([this] { end_cut_reports(); });
   look_for_work();
 }
 
@@ -263,7 +263,7 @@ void SchedulerEngine::look_back() {
 void SchedulerEngine::end_cut_reports() {
   for (const std::string& name : parts_.files.list_folders(parts_.scheduler_folder)) {
     const std::string folder = parts_.scheduler_folder + name;
-    fault_of([&] {
+    base::fault_of([&] {
       const auto report = jobs::report_of(parts_.files, folder);
       if (!report || !report->has_changed() || report->ending()) return;
       parts_.files.append_line(
@@ -343,7 +343,7 @@ StopOutcome SchedulerEngine::stop_job(const std::string& job_name) {
     if (session_->wait_for(kStopPatience)) tick();
     return StopOutcome::kStopped;
   }
-  if (fault_of([&] {
+  if (base::fault_of([&] {
         lists_.load();
         take_index();
       }))
@@ -369,7 +369,7 @@ protocol::SchedulerStatus SchedulerEngine::status() {
     status.bytes_hinted = running_.hint;
   }
   // Of an index that cannot be read the lines that were read last are told.
-  fault_of([this] { take_index(); });
+  base::fault_of([this] { take_index(); });
   std::unordered_set<std::string_view, LineHash, LineEqual> told;
   const auto tell = [&](std::string_view text, const WaitingLine& line) {
     told.insert(text);

@@ -1,6 +1,6 @@
 #include "scheduler/terminal_conversation.h"
 
-#include "scheduler/fault_of.h"
+#include "base/fault.h"
 
 namespace qvrcom::scheduler {
 namespace {
@@ -36,7 +36,7 @@ RunResult hold_terminal(const RunPlan& plan, const SchedulerSettings& settings,
   const RunTelling telling(tell);
   const platform::TerminalOrder order = order_of(plan, settings);
   const std::string place = order.host + " port " + std::to_string(order.port);
-  const auto fault = fault_of([&] {
+  const auto fault = base::fault_of([&] {
     dial_up(plan, settings, dialer, cancelled, telling);
     telling.begin("Connecting to " + place);
     const platform::TerminalTraffic traffic =
