@@ -8,6 +8,7 @@
 #include "base/number.h"
 #include "devicefiles/device_time.h"
 #include "platform/message.h"
+#include "protocol/job_lists.h"
 #include "session/file_rescue.h"
 #include "siterules/device_address.h"
 
@@ -132,12 +133,27 @@ RequestResult SystemRequest::carry_out(const SystemOrder& order, SystemAnswer& a
   Call call{commands, command_site(parts_.rules.session.site), order, answer.status};
   row->run(call);
   answer.shortfall = parts_.rules.session.received.Shortfall;
-  if (answer.status != "Completed") return RequestResult::kNotDone;
+  if (answer.status != "Completed") {
+    drop_failed();
+    return RequestResult::kNotDone;
+  }
   return (this->*row->take)(call, answer) ? RequestResult::kDone : RequestResult::kNotDone;
 }
 
 bool SystemRequest::take_nothing(const Call&, SystemAnswer&) {
   return true;
+}
+
+// Of a job that has ended badly nothing is worth keeping but what its device was told to delete, which the
+// session's outcome has brought to safety. A job whose outcome could not be finished stands in a list still.
+void SystemRequest::drop_failed() const {
+  const base::Session& session = parts_.rules.session;
+  const bool is_over =
+      !session.run.SessionStatus.empty() && parts_.rules.files.folder_exists(session.job.Folder) &&
+      std::none_of(
+          protocol::kResultLists.begin(), protocol::kResultLists.end(),
+          [&](const protocol::ResultList& list) { return parts_.link.JobListedIn(list.pending_file); });
+  if (is_over) end_log(session.run.SessionStatus != "Completed");
 }
 
 // The job's folder goes once the log is safe.

@@ -63,6 +63,7 @@ class SystemRequest {
   bool refuses_file(const SystemOrder& order) const;
   RequestResult carry_out(const SystemOrder& order, SystemAnswer& answer);
   bool take_nothing(const Call& call, SystemAnswer& answer);
+  void drop_failed() const;
   bool take_log(const Call& call, SystemAnswer& answer);
   bool take_clock(const Call& call, SystemAnswer& answer);
   bool take_information(const Call& call, SystemAnswer& answer);

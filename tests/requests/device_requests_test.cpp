@@ -95,6 +95,16 @@ TEST_F(DeviceRequests, KeepTheLogUntilItsReaderHasIt) {
   EXPECT_EQ(run.files.content[run.folders.GetRescuedFolder() + run.session.job.Name + "\\log"], "a");
 }
 
+TEST_F(DeviceRequests, LeaveNothingOfACommandThatFailed) {
+  device["log"] = "a";
+  run.scheduler.report = "FETCHED;;log;log;;\r\nDELETING;;log;;;\r\nENDED;;;;error;\r\n";
+  run.scheduler.result_file = "error.sch";
+  EXPECT_EQ(command(operation::kGetAndResetLog).status, "Error");
+  EXPECT_THAT(run.left_behind(), IsEmpty());
+  EXPECT_EQ(run.files.content[run.folders.GetRescuedFolder() + run.session.job.Name + "\\log"], "a");
+  EXPECT_EQ(run.ui.messages.size(), 2U);
+}
+
 TEST_F(DeviceRequests, ReadWhatTheDeviceTells) {
   device["time"] = devicefiles::write_device_time({kMoment});
   EXPECT_EQ(command(operation::kGetDateAndTime).clock, kMoment);
