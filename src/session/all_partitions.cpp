@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "base/fault.h"
 #include "jobs/report_file.h"
@@ -121,9 +122,10 @@ void AllPartitions::save_partition(int number, const jobs::AccountFindings& foun
   } else {
     const std::string lack =
         statistics_.write_csv(partition, statistics_.line_file(partition), statistics_.node_file(partition));
-    const std::string& csv = session_.run.StatsResultFile;
+    const std::string csv = std::exchange(session_.run.StatsResultFile, {});
     if (!csv.empty()) {
       if (lack.empty()) jobs::note_taken(files_, session_.job.Folder, found.account, csv);
+      session_.run.StatsResultFile = csv;
       session_.run.PartitionResults.push_back({number, csv});
     }
     if (lack.empty()) return;

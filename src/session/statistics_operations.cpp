@@ -1,5 +1,7 @@
 #include "session/statistics_operations.h"
 
+#include <utility>
+
 #include "base/fault.h"
 #include "base/text.h"
 #include "environment/names.h"
@@ -193,13 +195,11 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
   const std::string path = rules_.Get_Stats_FileName(session_.site.SiteID, dbase_);
   if (path.empty()) {
     throw base::Fault(base::kPathNotFound,
-                      "There is no name for the statistics file; the message before this one says why. "
-                      "The download is kept in " +
-                          files_.native(session_.job.Folder) + ".");
+                      "There is no name for the statistics file; the message before this one says why.");
   }
   files_.replace(path, text);
-  session_.run.StatsResultFile = path;
   jobs::note_taken(files_, session_.job.Folder, "part" + partition(), path);
+  session_.run.StatsResultFile = path;
 }
 
 // A program that was killed may have come as far as the CSV.
@@ -225,8 +225,11 @@ Remainder StatisticsOperations::decode_statistics(const std::string& line_stat_f
   }
   const std::string lack = old_.write_csv(wanted, line_stat_file, node_stat_file);
   if (!lack.empty()) old_.miss("Partition " + partition() + " " + lack + ".");
-  if (lack.empty())
-    jobs::note_taken(files_, session_.job.Folder, "part" + partition(), session_.run.StatsResultFile);
+  if (lack.empty()) {
+    const std::string csv = std::exchange(session_.run.StatsResultFile, {});
+    jobs::note_taken(files_, session_.job.Folder, "part" + partition(), csv);
+    session_.run.StatsResultFile = csv;
+  }
   return {.undecoded = !lack.empty()};
 }
 

@@ -142,6 +142,19 @@ TEST(AllPartitions, AreNotTakenTwice) {
   EXPECT_THAT(run.components.log, ::testing::Contains("WriteStatsCsv 1 2"));
 }
 
+TEST(Statistics, AreMadeAgainOnlyWhenTheReportCannotTellOfThem) {
+  DialogRun run;
+  run.session.run.CurrentOperation = operation::kRetrieveStatistics;
+  run.scheduler.report = "ENDED;;;;completed;\r\n";
+  run.files.before = [](std::string_view operation, const std::string& path) {
+    if (operation == "append" && path.ends_with(".rpt")) throw base::Fault(base::kDiskFull, path);
+  };
+  run.go();
+  EXPECT_EQ(run.session.run.StatsResultFile, "");
+  EXPECT_THAT(run.files.list(run.folders.GetStatsFolder("")), IsEmpty());
+  EXPECT_THAT(run.ui.messages.at(0).detail, HasSubstr("\"qvrcomctl jobs process Nov1526121005001\""));
+}
+
 // A job that ended badly after the device was told to delete: what had arrived is kept.
 TEST(Rescue, KeepsWhatTheDeviceHasNoLonger) {
   const std::string deleting = "FETCHED;part3;x;x;;\r\nDELETING;part3;linestat;;;\r\n";
