@@ -11,7 +11,7 @@ std::string answer_of(platform::Component& component, std::string_view operation
 
 void show_answer(platform::UserInterface& ui, const std::string& answer, const std::string& component,
                  const std::string& file_name) {
-  ui.show({.text = answer, .detail = component + " did not decode " + file_name + "."});
+  ui.show({.text = answer, .detail = component + " did not decode " + file_name + ".", .is_fault = true});
 }
 
 }  // namespace qvrcom::images

@@ -108,7 +108,8 @@ void SessionFrame::finish(const protocol::ResultList& list, const Outcome& outco
   const Farewell& farewell = kFarewells[static_cast<std::size_t>(list.ending)];
   Remainder remainder{.undecoded = true, .what = RescueWhat::kDeleted};
   if (farewell.message == nullptr) {
-    remainder = outcome.process();
+    const auto fault = base::fault_of([&] { remainder = outcome.process(); });
+    if (fault) throw base::Fault(fault->description(), fault->detail() + kept_files());
   } else {
     ui_.show({.text = farewell.message, .title = farewell.title, .icon = farewell.icon});
   }
@@ -118,6 +119,14 @@ void SessionFrame::finish(const protocol::ResultList& list, const Outcome& outco
   const std::string& status_line = outcome.*farewell.status_line;
   if (!status_line.empty()) face_.set_info(status_line);
   if (is_over && !outcome.keeps_folder) rules_.Remove_Folder();
+}
+
+// Behind the detail of a fault that leaves the job unfinished.
+std::string SessionFrame::kept_files() const {
+  if (is_late_ || !parts_.files.folder_exists(session_.job.Folder)) return {};
+  return " What the device sent is kept in " + parts_.files.native(session_.job.Folder) +
+         ". When the cause is mended, \"qvrcomctl jobs process " + session_.job.Name +
+         "\" or the page \"Jobs\" finishes the job.";
 }
 
 // False when it failed, which has been reported.

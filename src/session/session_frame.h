@@ -90,6 +90,7 @@ class SessionFrame {
   void run_later();
   void post_and_wait(bool quiet);
   void finish(const protocol::ResultList& list, const Outcome& outcome);
+  std::string kept_files() const;
   bool rescue(const Remainder& remainder);
   void forget(const protocol::ResultList& list);
 
