@@ -9,7 +9,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "desktop/button_strip.h"
 #include "desktop/session_stopper.h"
 #include "desktop/tables.h"
 #include "environment/names.h"

@@ -9,7 +9,6 @@
 #include "desktop/device_texts.h"
 #include "desktop/site_picker.h"
 #include "desktop/tables.h"
-#include "desktop/value_table_model.h"
 #include "ui/elements.h"
 
 namespace qvrcom::desktop {

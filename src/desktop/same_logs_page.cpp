@@ -13,7 +13,6 @@
 #include "desktop/device_texts.h"
 #include "desktop/site_picker.h"
 #include "desktop/tables.h"
-#include "desktop/value_table_model.h"
 #include "ui/attempt.h"
 #include "ui/elements.h"
 #include "ui/reading_text.h"

@@ -5,7 +5,7 @@
 #include "base/session_values.h"
 #include "platform/scheduler_control.h"
 #include "platform/user_interface.h"
-#include "session/session_screen.h"
+#include "session/session_view.h"
 
 namespace qvrcom::desktop {
 

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <optional>
 
-#include "desktop/button_strip.h"
 #include "desktop/site_dialog.h"
 #include "desktop/tables.h"
 #include "desktop/text_window.h"

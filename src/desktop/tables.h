@@ -1,10 +1,19 @@
 #pragma once
 
+#include <QAbstractTableModel>
 #include <QCollator>
+#include <QHBoxLayout>
+#include <QPushButton>
 #include <QSortFilterProxyModel>
+#include <QStringList>
+#include <QVariantList>
+#include <QWidget>
+#include <cstddef>
+#include <vector>
+
+#include "ui/elements.h"
 
 class QTableView;
-
 namespace qvrcom::desktop {
 
 // What a cell is sorted by, where that is not what it shows: a moment (QDateTime), a number or a text.
@@ -42,5 +51,51 @@ void prepare_row_table(QTableView& table, QAbstractItemModel& model);
 
 // Gives every column at least the room that its visible cells need.
 void widen_columns(QTableView& table);
+
+// One button of a page's strip: where the page keeps it, its object name, its caption with a mnemonic, and
+// what a click does.
+template <class Page>
+struct StripButton {
+  QPushButton* Page::*button;
+  const char* name;
+  const char* caption;
+  void (Page::*action)();
+};
+
+// The buttons side by side, the first `left` of them at the left edge and the others at the right one.
+template <class Page, std::size_t kCount>
+QWidget* button_strip(Page* page, const StripButton<Page> (&rows)[kCount], int left) {
+  auto* strip = new QWidget(page);
+  auto* line = new QHBoxLayout(strip);
+  line->setContentsMargins({});
+  for (const StripButton<Page>& row : rows) {
+    auto* button = ui::captioned<QPushButton>(row.name, QString::fromLatin1(row.caption), strip);
+    button->setAutoDefault(true);
+    QObject::connect(button, &QPushButton::clicked, page, row.action);
+    page->*row.button = button;
+    line->addWidget(button);
+  }
+  line->insertStretch(left);
+  return strip;
+}
+
+// A table of plain values, to be read only: numbers, moments (QDateTime) and texts, sorted by what they are.
+class ValueTableModel : public QAbstractTableModel {
+ public:
+  ValueTableModel(QStringList headings, QObject* parent)
+      : QAbstractTableModel(parent), headings_(std::move(headings)) {}
+
+  // Every row has a value for each heading.
+  void show(std::vector<QVariantList> rows);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  QStringList headings_;
+  std::vector<QVariantList> rows_;
+};
 
 }  // namespace qvrcom::desktop

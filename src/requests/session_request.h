@@ -9,7 +9,7 @@
 #include "session/operations.h"
 #include "session/scheduler_link.h"
 #include "session/session_gate.h"
-#include "session/session_screen.h"
+#include "session/session_view.h"
 #include "sitebook/site_book.h"
 
 namespace qvrcom::requests {

@@ -4,7 +4,7 @@
 
 #include "base/fault.h"
 #include "environment/files_and_folders.h"
-#include "images/component_answer.h"
+#include "images/decoding.h"
 #include "jobs/job_findings.h"
 #include "jobs/job_log.h"
 #include "protocol/job_name.h"

@@ -12,7 +12,6 @@
 #include "session/all_partitions.h"
 #include "session/business_rules.h"
 #include "session/device_view.h"
-#include "session/extent_list.h"
 #include "session/operations.h"
 #include "session/same_log_operations.h"
 #include "session/scheduler_link.h"
@@ -21,6 +20,18 @@
 #include "session/statistics_operations.h"
 
 namespace qvrcom::session {
+
+// A list box that scrolls sideways as far as it is told to.
+class ExtentList {
+ public:
+  virtual ~ExtentList() = default;
+
+  // In the dialog's scale, which has so many units a pixel: 1 where it counts in pixels itself.
+  virtual double text_width(const std::string& text) const = 0;
+  virtual double units_per_pixel() const { return 1; }
+
+  virtual void set_horizontal_extent(int pixels) = 0;
+};
 
 struct SessionParts {
   BusinessRulesParts rules;

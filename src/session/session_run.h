@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "session/frm_response.h"
-#include "session/session_screen.h"
+#include "session/session_view.h"
 
 namespace qvrcom::session {
 

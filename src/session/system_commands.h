@@ -8,7 +8,7 @@
 #include "platform/trap.h"
 #include "session/business_rules.h"
 #include "session/scheduler_link.h"
-#include "session/session_screen.h"
+#include "session/session_view.h"
 
 namespace qvrcom::session {
 

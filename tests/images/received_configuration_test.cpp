@@ -1,4 +1,4 @@
-#include "images/received_configuration.h"
+#include "images/decoding.h"
 
 #include <gmock/gmock.h>
 

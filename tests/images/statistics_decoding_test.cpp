@@ -1,4 +1,4 @@
-#include "images/statistics_decoding.h"
+#include "images/decoding.h"
 
 #include <gmock/gmock.h>
 

@@ -1,10 +1,10 @@
-#include "images/received_configuration.h"
+#include "images/decoding.h"
 
 #include <array>
+#include <span>
 #include <string_view>
 
 #include "base/fault.h"
-#include "images/component_answer.h"
 
 namespace qvrcom::images {
 namespace {
@@ -32,6 +32,50 @@ std::string partition_of_image(const std::string& file_name) {
 }
 
 }  // namespace
+
+std::string answer_of(platform::Component& component, std::string_view operation,
+                      std::initializer_list<std::string> arguments) {
+  return component.call(operation, std::span(arguments.begin(), arguments.size())).value_or("");
+}
+
+void show_answer(platform::UserInterface& ui, const std::string& answer, const std::string& component,
+                 const std::string& file_name) {
+  ui.show({.text = answer, .detail = component + " did not decode " + file_name + ".", .is_fault = true});
+}
+
+StatisticsAnswers StatisticsDecoding::Process_PartStats_binary(const std::string& selector,
+                                                               const std::string& partition,
+                                                               const std::string& line_stat_file,
+                                                               const std::string& node_stat_file) {
+  return trap_("Process_PartStats_binary", [&] {
+    const auto component = components_.create(kPartitionDecoder);
+    ui_.pump_events();
+    const std::string lines = answer_of(*component, "DecodeLineStats", {selector, partition, line_stat_file});
+    const std::string nodes = answer_of(*component, "DecodeNodeStats", {selector, partition, node_stat_file});
+    if (lines != kDone) {
+      show_answer(ui_, lines, kPartitionDecoder, line_stat_file);
+    } else if (nodes != kDone) {
+      show_answer(ui_, nodes, kPartitionDecoder, node_stat_file);
+    }
+    return StatisticsAnswers{lines == kDone, nodes == kDone};
+  });
+}
+
+void StatisticsDecoding::Process_Write_CSV(const std::string& selector, const std::string& partition) {
+  trap_("Process_Write_CSV", [&] {
+    const auto component = components_.create(kStatisticsWriter);
+    ui_.pump_events();
+    const std::string answer = answer_of(*component, "WriteStatsCsv", {selector, partition});
+    if (answer.starts_with(kDone)) {
+      run_.StatsResultFile = answer.substr(kDone.size());
+      return;
+    }
+    ui_.show({.text = answer,
+              .title = platform::kSuiteTitle,
+              .icon = platform::Icon::kError,
+              .detail = std::string(kStatisticsWriter) + " wrote no CSV for partition " + partition + "."});
+  });
+}
 
 void ReceivedConfiguration::Write_Database(const std::string& file_name) {
   trap_("Write_Database", [&] {
