@@ -43,17 +43,17 @@ function(qvrcom_program name)
   target_link_libraries(${name} PRIVATE ${PROGRAM_LINKS})
 endfunction()
 
-# qvrcom_tests(FOLDER LINKS library...): tests/FOLDER/*_test.cpp become one test program. A folder whose
-# tests need more than a bare start has a main.cpp of its own.
+# qvrcom_tests(FOLDER [MAIN file] LINKS library...): tests/FOLDER/*_test.cpp become one test program. MAIN, a
+# file below tests/, is its start where that is more than a bare one.
 function(qvrcom_tests folder)
-  cmake_parse_arguments(TESTS "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(TESTS "" "MAIN" "LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*_test.cpp)
   if(NOT sources)
     return()
   endif()
   set(main GTest::gtest_main)
-  if(EXISTS ${CMAKE_SOURCE_DIR}/tests/${folder}/main.cpp)
-    list(APPEND sources ${CMAKE_SOURCE_DIR}/tests/${folder}/main.cpp)
+  if(TESTS_MAIN)
+    list(APPEND sources ${CMAKE_SOURCE_DIR}/tests/${TESTS_MAIN})
     set(main GTest::gtest)
   endif()
   add_executable(qvrcom_${folder}_tests ${sources})

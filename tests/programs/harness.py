@@ -63,9 +63,9 @@ class Place:
         self.devices = []
         self.sites = 0
 
-    def ctl(self, *arguments, check=None, typed=""):
+    def ctl(self, *arguments, check=None):
         result = subprocess.run([BIN / "qvrcomctl", *map(str, arguments)], env=self.environment, text=True,
-                                input=typed, capture_output=True, timeout=PATIENCE, check=False)
+                                stdin=subprocess.DEVNULL, capture_output=True, timeout=PATIENCE, check=False)
         if check is not None and result.returncode != check:
             raise AssertionError(f"qvrcomctl {arguments} ended with {result.returncode}, not {check}:\n"
                                  f"{result.stdout}\n{result.stderr}")

@@ -11,6 +11,9 @@ import unittest
 
 from harness import BIN, PASSWORD, PATIENCE, Place, wait_until
 
+GOOD = BIN.parent / "tests/adapters/plugins/built/good.so"
+EXAMPLE = BIN.parent / "examples/plugin/check_only.so"
+
 
 class SystemTest(unittest.TestCase):
     def setUp(self):
@@ -18,8 +21,8 @@ class SystemTest(unittest.TestCase):
         self.addCleanup(self.place.leave)
         self.device = self.place.set_up()
 
-    def system(self, *arguments, typed=""):
-        return self.place.ctl("system", *arguments, "--site", 101, check=0, typed=typed)
+    def system(self, *arguments):
+        return self.place.ctl("system", *arguments, "--site", 101, check=0)
 
     def json(self, *arguments):
         return json.loads(self.place.ctl(*arguments, "--site", 101, "--json", check=0).stdout)[0]
@@ -99,14 +102,6 @@ class SystemTest(unittest.TestCase):
                                        check=False, timeout=PATIENCE)
                 self.assertEqual((wrong.returncode, b"--bogus" in wrong.stderr), (2, True))
 
-    def test_telnet_through_a_pipe(self):
-        for leaving in ("exit\n", ""):  # the device hangs up; the input just ends
-            told = self.system("telnet", typed=f"admin\n{PASSWORD}\nversion\n{leaving}")
-            self.assertIn("Firmware 6.61", told.stdout)
-        for log in self.place.find("Logs/*"):
-            self.assertNotRegex(log.read_text(), f"{PASSWORD}|version")
-        self.place.assert_nothing_left()
-
     def test_telnet_on_a_terminal(self):
         ours, theirs = pty.openpty()
         self.addCleanup(os.close, ours)
@@ -130,7 +125,41 @@ class SystemTest(unittest.TestCase):
         self.assertIn(b"version\r\n", seen)
         self.assertEqual(termios.tcgetattr(theirs), before)
         os.close(theirs)
+        for log in self.place.find("Logs/*"):
+            self.assertNotRegex(log.read_text(), f"{PASSWORD}|version")
         self.place.assert_nothing_left()
+
+
+class PlugInsTest(unittest.TestCase):
+    """Plug-in libraries as a user drops them into the folder."""
+    def setUp(self):
+        self.place = Place()
+        self.addCleanup(self.place.leave)
+        self.place.ctl("setup", check=0)
+        self.folder = self.place.root / "root/config/plugins"
+        self.folder.mkdir(mode=0o700)
+
+    def put(self, name, content):
+        path = self.folder / name
+        path.write_bytes(content)
+        path.chmod(0o600)
+
+    def test_a_good_one_is_silent_and_problems_are_told_once(self):
+        self.put("example.so", EXAMPLE.read_bytes())
+        self.assertEqual(self.place.ctl("sites", "list", check=0).stderr, "")
+
+        self.put("notes.so", b"no library")
+        result = self.place.ctl("sites", "list", "--json", check=0)
+        self.assertEqual(json.loads(result.stdout), [])
+        self.assertRegex(result.stderr, r'^QVRCOM\+: The plug-in "notes.so" is not used\. .*'
+                                        rf'\n  Plug-ins are taken from "{self.folder}"\.\n$')
+
+    def test_takes_the_place_of_a_bundled_component(self):
+        self.place.add_device("--firmware", "5.01", "--partitions", "3", firmware="5.01")
+        self.put("statistics.so", GOOD.read_bytes())
+        result = self.place.ctl("stats", "retrieve", "--site", "101", "--partition", "3")
+        self.assertRegex(result.stderr, r"No CSV of \d+\|3\|")
+        self.assertEqual(result.stdout, "")
 
 
 if __name__ == "__main__":
