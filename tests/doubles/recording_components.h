@@ -1,9 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -13,18 +14,27 @@
 namespace qvrcom::doubles {
 
 // Components of any name that keep what happens to them, in order: "create NAME", "OPERATION a|b|c" and
-// "release NAME". An operation answers what is prepared for it, otherwise "OK".
+// "release NAME". A call answers what is prepared for its beginning, otherwise what is usual.
 class RecordingComponents : public platform::Components {
  public:
   std::unique_ptr<platform::Component> create(std::string_view name) override {
-    if (unknown.contains(std::string(name)))
-      throw base::Fault("Component cannot be created", std::string(name));
+    if (missing) throw base::Fault("Component cannot be created", std::string(name));
     return std::make_unique<Recorder>(*this, std::string(name));
   }
 
-  std::map<std::string, std::optional<std::string>> answers;  // by operation
-  std::set<std::string> unknown;                              // names that nothing is registered under
+  // The events without the comings and goings.
+  std::vector<std::string> calls() const {
+    std::vector<std::string> all = events;
+    std::erase_if(all,
+                  [](const auto& one) { return one.starts_with("create ") || one.starts_with("release "); });
+    return all;
+  }
+
+  std::map<std::string, std::optional<std::string>, std::greater<>> answers;  // the longer one goes first
+  std::function<std::string(std::string_view operation, std::span<const std::string> arguments)> usual =
+      [](auto, auto) { return "OK"; };
   std::vector<std::string> events;
+  bool missing = false;
 
  private:
   class Recorder : public platform::Component {
@@ -39,8 +49,11 @@ class RecordingComponents : public platform::Components {
       for (const std::string& argument : arguments)
         event += (&argument == arguments.data() ? " " : "|") + argument;
       owner_.events.push_back(event);
-      const auto found = owner_.answers.find(std::string(operation));
-      return found == owner_.answers.end() ? "OK" : found->second;
+      for (const auto& [begin, answer] : owner_.answers) {
+        if (event.starts_with(begin) && (event + " ").find_first_of(" |", begin.size()) == begin.size())
+          return answer;
+      }
+      return owner_.usual(operation, arguments);
     }
 
    private:

@@ -13,17 +13,6 @@ using ::testing::IsEmpty;
 
 const std::string kJob = "S:\\Nov1526121005001\\";
 
-std::string header(const std::string& description) {
-  return "SITENAME=USA_Office;\r\nSITEID=101;\r\nQVRID=7;\r\nDESCRIPTION=" + description +
-         ";\r\nSTARTDATE=46341.5070023148;\r\nSTOPDATE=46341.5070023148;\r\nINTERVAL=;\r\nPERIOD=;\r\n"
-         "FTPIPADDRESS=10.0.0.5;\r\nFTPUSER=admin;\r\nFTPPASSWORD=secret;\r\nFTPCONNECT;\r\n";
-}
-
-std::string index_line(const std::string& description, const std::string& job) {
-  return "46341.5070023148;15/11/2026 12:10:05^" + description +
-         "^USA_Office^101^46341.5070023148^^^7^;S:\\" + job + "\\" + job + ".scr;\r\n";
-}
-
 std::string fetch(const std::string& remote, const std::string& local) {
   return "FTPGET;REMOTEFILE=" + remote + ";LOCALFILE=" + local + ";SIZE=20000;\r\n";
 }
@@ -50,14 +39,14 @@ TEST(OldStatistics, AreFetchedAndDecoded) {
     run.session.received.PartitionCount = 2;
     run.session.site.SiteConnections[0].fields[base::SiteConnection::kFirmwareVersion] = "5.ca";
     run.go();
-    EXPECT_EQ(sent_to(run), header(name + " 3 ") + fetch("dbase", kJob + "getdBaseSys.dat") +
-                                block("3", clears) + "FTPDISCONNECT;\r\n");
+    EXPECT_EQ(sent_to(run), script_head(name + " 3 ") +
+                                transfer(fetch("dbase", kJob + "getdBaseSys.dat") + block("3", clears)));
     EXPECT_EQ(run.scheduler.index, index_line(name + " 3 ", "Nov1526121005001"));
-    EXPECT_THAT(run.components.log,
-                ElementsAre("Update_SiteID 7", "DecodeSystemImage 1 " + kJob + "getdBaseSys.dat",
-                            "Get_Partition_Rows 1 3", "DecodePartitionImage 1 3 7 " + kJob + "getdBaseP3.dat",
-                            "DecodeLineStats 1  3  " + kJob + "linestatP3.dat",
-                            "DecodeNodeStats 1  3  " + kJob + "nodestatP3.dat", "WriteStatsCsv 1  3 "));
+    EXPECT_THAT(run.components.calls(),
+                ElementsAre("Update_SiteID 7", "DecodeSystemImage 1|" + kJob + "getdBaseSys.dat",
+                            "Get_Partition_Rows 1|3", "DecodePartitionImage 1|3|7|" + kJob + "getdBaseP3.dat",
+                            "DecodeLineStats 1| 3 |" + kJob + "linestatP3.dat",
+                            "DecodeNodeStats 1| 3 |" + kJob + "nodestatP3.dat", "WriteStatsCsv 1| 3 "));
     EXPECT_THAT(run.session.received.ReceivedPartitions, ElementsAre("3", ""));
     EXPECT_EQ(run.session.run.SessionConfigID, "1");
   }
@@ -71,7 +60,7 @@ std::vector<std::string> rescued(const DialogRun& run) {
 
 // Partition 3 is not in the configuration, 5 is missing on the device, the line drops within 9.
 void leave_gaps(DialogRun& run) {
-  run.components.answers["Get_Partition_Rows 1 3"] = "none";
+  run.components.answers["Get_Partition_Rows 1|3"] = "none";
   run.scheduler.sends = [](const std::string& local) -> std::optional<std::string> {
     if (local.ends_with("P5.dat") || local.ends_with("nodestatP9.dat")) return std::nullopt;
     return "x";
@@ -83,11 +72,10 @@ TEST(AllPartitions, AreRetrievedAndResetInOneJob) {
   run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
   leave_gaps(run);
   run.go_hosted();
-  std::string script =
-      header(operation::kRetrieveResetAllStatistics) + fetch("dbase", kJob + "getdBaseSys.dat");
+  std::string lines = fetch("dbase", kJob + "getdBaseSys.dat");
   for (int number = 1; number <= 64; ++number)
-    script += block(std::to_string(number), true);
-  EXPECT_EQ(sent_to(run), script + "FTPDISCONNECT;\r\n");
+    lines += block(std::to_string(number), true);
+  EXPECT_EQ(sent_to(run), script_head(operation::kRetrieveResetAllStatistics) + transfer(lines));
   EXPECT_EQ(run.scheduler.index, index_line(operation::kRetrieveResetAllStatistics, "Nov1526121005001"));
   EXPECT_EQ(run.session.run.PartitionResults.size(), 61U);
   EXPECT_EQ(run.session.run.PartitionResults.back().file, "Stats64.csv");
@@ -106,8 +94,8 @@ TEST(AllPartitions, AreRetrievedAndResetInOneJob) {
 TEST(AllPartitions, SayWhatTheReportTells) {
   DialogRun run;
   run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
-  run.components.answers["Get_Partition_Rows 1 2"] = "none";
-  run.components.answers["DecodeLineStats 1 64"] = "no file of this suite";
+  run.components.answers["Get_Partition_Rows 1|2"] = "none";
+  run.components.answers["DecodeLineStats 1|64"] = "no file of this suite";
   run.scheduler.sends = [](const std::string& local) {
     return local.ends_with("P2.dat") ? std::nullopt : std::optional<std::string>("x");
   };
@@ -138,8 +126,8 @@ TEST(AllPartitions, AreNotTakenTwice) {
   run.go_hosted();
   ASSERT_EQ(run.session.run.PartitionResults.size(), 64U);
   EXPECT_EQ(run.session.run.PartitionResults[0].file, "C:\\Stats1.csv");
-  EXPECT_THAT(run.components.log, ::testing::Not(::testing::Contains("WriteStatsCsv 1 1")));
-  EXPECT_THAT(run.components.log, ::testing::Contains("WriteStatsCsv 1 2"));
+  EXPECT_THAT(run.components.calls(), ::testing::Not(::testing::Contains("WriteStatsCsv 1|1")));
+  EXPECT_THAT(run.components.calls(), ::testing::Contains("WriteStatsCsv 1|2"));
 }
 
 TEST(Statistics, AreMadeAgainOnlyWhenTheReportCannotTellOfThem) {
@@ -244,8 +232,7 @@ TEST(SameLog, IsFiledAsItCame) {
     EXPECT_THAT(run.view.infos, ElementsAre("Retrieve SAME Log", "Creating Script", "Retrieving SAME Log",
                                             "Processing Data ...", "Retrieve SAME Log Completed"));
     const std::string job = scheduler + "Nov1526121005001\\";
-    EXPECT_EQ(sent_to(run),
-              header("Retrieve SAME Log") + fetch("same.log", job + "same.log") + "FTPDISCONNECT;\r\n");
+    EXPECT_EQ(sent_to(run), script_head("Retrieve SAME Log") + transfer(fetch("same.log", job + "same.log")));
     EXPECT_EQ(run.requests(), "J1 J5 J6 J2");
     EXPECT_FALSE(run.files.folder_exists(job));
   }
@@ -262,9 +249,9 @@ TEST(DeviceView, ListsTheMessagesOfAPartition) {
   };
   run.go();
   ASSERT_EQ(run.scheduler.scripts.size(), 2U);
-  EXPECT_EQ(sent_to(run), header("Retrieve All Message Indexes") + "FTPACCT;part3;\r\n" +
-                              fetch("msgindex", "S:\\Nov1526121005000\\msgindexP3.dat") +
-                              "FTPDISCONNECT;\r\n");
+  EXPECT_EQ(sent_to(run),
+            script_head("Retrieve All Message Indexes") +
+                transfer("FTPACCT;part3;\r\n" + fetch("msgindex", "S:\\Nov1526121005000\\msgindexP3.dat")));
   EXPECT_THAT(run.scheduler.scripts[1], HasSubstr("SITENAME=Depot;"));
   EXPECT_EQ(run.requests(), "J1 J2 J1 J2");
   EXPECT_THAT(run.session.received.MessageNumbers, ElementsAre("12", "257", ""));

@@ -26,6 +26,11 @@ const char* const kUnknown =
     "Site : USA_Office\r\nFW Version : 0\r\nWarning: The QVR+/RDN version is unknown. Please retrieve "
     "QVR+/RDN system information.\r\n\r\nAdministration -> System -> System Commands -> Retrieve QVR+/RDN "
     "System Information";
+const char* const kTooNew =
+    "Site : USA_Office\r\nFW Version : 6.70\r\nThis version of software is incompatible with the QVR+/RDN "
+    "firmware load. Please upgrade your software or contact Corbelin for technical assistance. Click About "
+    "on "
+    "the main menu to find Corbelin's contact information.";
 
 const std::map<std::string, std::function<void(DialogRun&)>> kTwists = {
     {"", [](DialogRun&) {}},
@@ -182,19 +187,14 @@ TEST(frmResponse, WritesScriptIndexLineAndCsvToTheByte) {
   run.session.site.SiteConnections[0].fields[base::SiteConnection::kNumberToDial] = "555";
   run.go();
   ASSERT_EQ(run.scheduler.scripts.size(), 1U);
+  const std::string name = kBoth + "3";
   EXPECT_EQ(run.scheduler.scripts[0],
-            "SITENAME=USA_Office;\r\nSITEID=101;\r\nQVRID=7;\r\n"
-            "DESCRIPTION=Retrieve Reset Statistics for Partition 3;\r\n"
-            "STARTDATE=46341.5070023148;\r\nSTOPDATE=46341.5070023148;\r\nINTERVAL=;\r\nPERIOD=;\r\n"
-            "RAS=Line#555;\r\nFTPIPADDRESS=192.168.101.2;\r\nFTPUSER=admin;\r\nFTPPASSWORD=secret;\r\n"
-            "FTPCONNECT;\r\nFTPACCT;part3;\r\n"
-            "FTPGET;REMOTEFILE=allstats.csv;LOCALFILE=S:\\Nov1526121005001\\AllStatsP3.csv;SIZE=20000;\r\n"
-            "FTPDELETE;linestat;\r\nFTPDELETE;nodestat;\r\nFTPDISCONNECT;\r\n");
-  EXPECT_EQ(run.scheduler.index,
-            "46341.5070023148;15/11/2026 12:10:05^Retrieve Reset Statistics for Partition 3^USA_Office^101^"
-            "46341.5070023148^^^7^;S:\\Nov1526121005001\\Nov1526121005001.scr;\r\n");
+            script_head(name, "7", "RAS=Line#555;\r\nFTPIPADDRESS=192.168.101.2") +
+                transfer("FTPACCT;part3;\r\nFTPGET;REMOTEFILE=allstats.csv;LOCALFILE=S:\\Nov1526121005001\\"
+                         "AllStatsP3.csv;SIZE=20000;\r\nFTPDELETE;linestat;\r\nFTPDELETE;nodestat;\r\n"));
+  EXPECT_EQ(run.scheduler.index, index_line(name, "Nov1526121005001"));
   EXPECT_EQ(run.files.content[kCsv], "SiteName,USA_Office\r\nUserSiteID,101\r\nLine,Calls\r\n1,2\r\n");
-  EXPECT_THAT(run.components.log, ElementsAre("Update_SiteID 7"));
+  EXPECT_THAT(run.components.calls(), ElementsAre("Update_SiteID 7"));
   EXPECT_EQ(run.session.run.SessionConfigID, "1000");
 }
 
@@ -234,19 +234,12 @@ TEST(frmResponse, ChecksTheFirmwareInFull) {
   const Operation table[] = {{kRetrieve, EntryKind::kFullCheck,
                               [](SiteOperations& all) { all.statistics.ResetStatSinPart_NewQVR(); }}};
   struct Verdict {
-    const char* firmware;
-    const char* machine;
-    const char* message;
+    const char *firmware, *machine, *message;
     platform::Icon icon;
   };
   for (const Verdict& each : {Verdict{"6.69", "2", "", {}}, Verdict{"1.30", "", "", {}},
                               Verdict{"0", "2", kUnknown, platform::Icon::kWarning},
-                              Verdict{"6.70", "2",
-                                      "Site : USA_Office\r\nFW Version : 6.70\r\nThis version of software is "
-                                      "incompatible with the QVR+/RDN firmware load. Please upgrade your "
-                                      "software or contact Corbelin for technical assistance. Click About on "
-                                      "the main menu to find Corbelin's contact information.",
-                                      platform::Icon::kError}}) {
+                              Verdict{"6.70", "2", kTooNew, platform::Icon::kError}}) {
     SCOPED_TRACE(each.firmware);
     DialogRun run;
     run.engine.answer("QVRSettings", {"Machine_Type_ID"}, {{"3"}});  // of the current configuration

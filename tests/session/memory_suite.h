@@ -10,46 +10,16 @@
 #include "base/text.h"
 #include "doubles/bar_rows.h"
 #include "doubles/manual_clock.h"
+#include "doubles/manual_scheduler.h"
 #include "doubles/memory_channel.h"
-#include "doubles/memory_control.h"
 #include "doubles/memory_data.h"
 #include "doubles/memory_programs.h"
+#include "doubles/recording_components.h"
 #include "session/frm_response.h"
 #include "session/scheduler_link.h"
 #include "session/session_run.h"
 
 namespace qvrcom::session {
-
-// Components that answer "OK", WriteStatsCsv the CSV of its partition too, and remember what they were told.
-struct MemoryComponents : platform::Components {
-  struct Told : platform::Component {
-    explicit Told(MemoryComponents& all) : owner(all) {}
-    std::optional<std::string> call(std::string_view operation,
-                                    std::span<const std::string> arguments) override {
-      std::string line(operation);
-      for (const std::string& argument : arguments)
-        line += " " + argument;
-      owner.log.push_back(line);
-      for (const auto& [begin, answer] : owner.answers) {
-        if ((line + " ").starts_with(begin + " ")) return answer;
-      }
-      return "OK" + (operation == "WriteStatsCsv" ? "Stats" + arguments[1] + ".csv" : "");
-    }
-    MemoryComponents& owner;
-  };
-  std::unique_ptr<platform::Component> create(std::string_view name) override {
-    if (missing) throw base::Fault("Component cannot be created", std::string(name));
-    return std::make_unique<Told>(*this);
-  }
-  // By the beginning of the call, the longer one first. A table of the database has a row unless told
-  // otherwise.
-  std::map<std::string, std::string, std::greater<>> answers{{"Get_Partition_Rows", "PartitionID|1"},
-                                                             {"Get_Current_Config_Rows", "ID|5"}};
-  std::vector<std::string> log;
-  bool missing = false;
-};
-
-using doubles::MemoryPrograms;
 
 // JobPilot as the library meets it: on request 1 it lists every line of the index in `result_file` and
 // writes what the scripts fetch; it answers as soon as the session dialog stands.
@@ -151,6 +121,22 @@ struct RecordingView : SessionWindow {
   Shown& shown;
 };
 
+// A script up to its commands, the commands of a transfer, and the line of the job in the index.
+inline std::string script_head(const std::string& description, const std::string& site_key = "7",
+                               const std::string& address = "FTPIPADDRESS=10.0.0.5") {
+  return "SITENAME=USA_Office;\r\nSITEID=101;\r\nQVRID=" + site_key + ";\r\nDESCRIPTION=" + description +
+         ";\r\nSTARTDATE=46341.5070023148;\r\nSTOPDATE=46341.5070023148;\r\nINTERVAL=;\r\nPERIOD=;\r\n" +
+         address + ";\r\nFTPUSER=admin;\r\nFTPPASSWORD=secret;\r\n";
+}
+inline std::string transfer(const std::string& lines) {
+  return "FTPCONNECT;\r\n" + lines + "FTPDISCONNECT;\r\n";
+}
+inline std::string index_line(const std::string& description, const std::string& job,
+                              const std::string& site_key = "7") {
+  return "46341.5070023148;15/11/2026 12:10:05^" + description + "^USA_Office^101^46341.5070023148^^^" +
+         site_key + "^;S:\\" + job + "\\" + job + ".scr;\r\n";
+}
+
 // The library on memory parts, with one site of new firmware filled in and the scheduler running. The
 // scheduler folder is "S:\".
 struct MemorySuite : doubles::MemoryData {
@@ -162,6 +148,11 @@ struct MemorySuite : doubles::MemoryData {
       files.make_folders(folder);
     engine.answer("File_Handling", {"DefaultPathname", "DefaultFilename", "AutoIncrements"},
                   {{std::nullopt, std::nullopt, ""}});
+    // A table of the database has a row, and each partition its CSV.
+    components.answers = {{"Get_Partition_Rows", "PartitionID|1"}, {"Get_Current_Config_Rows", "ID|5"}};
+    components.usual = [](auto operation, auto arguments) {
+      return "OK" + (operation == "WriteStatsCsv" ? "Stats" + arguments[1] + ".csv" : "");
+    };
     session.run.SchedulerFolder = "S:\\";
     session.run.CurrentOperation = operation::kRetrieveStatistics;
     session.run.PartitionID = "3";
@@ -224,10 +215,10 @@ struct MemorySuite : doubles::MemoryData {
   doubles::ManualClock clock;
   doubles::MemoryChannel channel;
   doubles::MemoryPrograms programs;
-  MemoryComponents components;
+  doubles::RecordingComponents components;
   doubles::BarRows xml;
   base::Session session;
-  doubles::MemoryControl control;
+  doubles::ManualScheduler control;
   session::SchedulerLink link{{session, ui, clock, files, programs, channel, folders}};
   MemoryScheduler scheduler{channel, files};
   std::function<void()> on_event;
