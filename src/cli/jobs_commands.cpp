@@ -69,6 +69,7 @@ std::string board_json(const jobs::Board& board) {
       QJsonObject{{"jobs", array_of(board.jobs, job_json)},
                   {"problems", array_of(board.problems, problem_json)},
                   {"abandoned", array_of(board.abandoned, [](const auto& job) { return json(job); })},
+                  {"doubtful", array_of(board.doubtful, [](const auto& job) { return json(job); })},
                   {"unread", array_of(board.unread, unread_json)}});
 }
 
@@ -83,6 +84,8 @@ void board_table(const jobs::Board& board, std::ostream& out) {
   }
   for (const std::string& job : board.abandoned)
     table.add({job, "", "", "", "A folder that no list names"});
+  for (const std::string& job : board.doubtful)
+    table.add({job, "", "", "", "A folder that a damaged line names"});
 }
 
 // Fault for a name that is not among them.
@@ -154,6 +157,10 @@ struct RemovalText {
 constexpr RemovalText kRemovalTexts[] = {
     {requests::JobUpkeep::Removal::kUnknown, ": there is no such job."},
     {requests::JobUpkeep::Removal::kInUse, ": it waits or runs; \"qvrcomctl jobs stop\" ends it."},
+    {requests::JobUpkeep::Removal::kDoubtful,
+     ": it is kept, for a damaged line of a job list names it. See \"qvrcomctl jobs list\"; mend or delete "
+     "that "
+     "line first."},
 };
 
 ExitCode remove(CommandContext& context, const std::vector<std::string>& names) {

@@ -47,12 +47,30 @@ class BoardMaker {
     board_.unread.push_back({file, fault});
   }
 
+  // What a torn line, or two that have run into one, may be about.
+  bool named_in_damage(const std::string& job) {
+    if (!damaged_) damaged_ = damaged_lines();
+    return std::any_of(damaged_->begin(), damaged_->end(),
+                       [&](std::string_view line) { return line.find(job) != std::string_view::npos; });
+  }
+
   Board take() {
     if (board_.unread.empty()) board_.abandoned.assign(left_.begin(), left_.end());
     return std::move(board_);
   }
 
  private:
+  std::vector<std::string_view> damaged_lines() const {
+    std::vector<std::string_view> damaged;
+    for (const std::string& text : texts_) {
+      for (const std::string_view line : base::lines_of(text)) {
+        if (!line.empty() && !places_.contains(line) && !protocol::read_index_line(line).line)
+          damaged.push_back(line);
+      }
+    }
+    return damaged;
+  }
+
   void add_line(const std::string& file, std::size_t number, std::string_view line) {
     const auto [place, is_new] = places_.try_emplace(line, board_.jobs.size());
     if (is_new) {
@@ -90,7 +108,8 @@ class BoardMaker {
   // Two lists may write a job's name differently.
   std::unordered_set<std::string, LineHash, LineEqual> wanted_;
   bool folders_only_;
-  std::deque<std::string> texts_;  // of the lists, for the views into them
+  std::deque<std::string> texts_;                         // of the lists, for the views into them
+  std::optional<std::vector<std::string_view>> damaged_;  // looked for when a folder makes it matter
   std::unordered_map<std::string_view, std::size_t, LineHash, LineEqual> places_;  // into the jobs
 };
 
@@ -128,6 +147,11 @@ Board JobBoard::read(Extent extent) const {
     board.jobs.back().reported = ending;
     return true;
   });
+  const auto doubtful =
+      std::stable_partition(board.abandoned.begin(), board.abandoned.end(),
+                            [&](const std::string& name) { return !maker.named_in_damage(name); });
+  board.doubtful.assign(doubtful, board.abandoned.end());
+  board.abandoned.erase(doubtful, board.abandoned.end());
   return board;
 }
 

@@ -48,7 +48,8 @@ struct Board {
                                // then those that a report alone tells of, whose `line` is ""
   std::vector<BoardProblem> problems;
   std::vector<std::string> abandoned;  // job folders that no list names, by name, in alphabetical order
-  std::vector<UnreadList> unread;  // with one of them, `abandoned` is empty: the list may name the folders
+  std::vector<std::string> doubtful;   // likewise, but their name stands somewhere in a damaged line
+  std::vector<UnreadList> unread;      // with one of them, both are empty: the list may name the folders
 };
 
 // Those that have ended and whose files are still there: nobody has taken over what came of them.

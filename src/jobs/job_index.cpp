@@ -99,7 +99,7 @@ void JobIndex::Read_Lines(const std::string& file_name, std::vector<std::string>
 }
 
 void JobIndex::Append_Line(const std::string& file_name, const std::string& line) {
-  scheduler_.print(file_name, line);
+  scheduler_.append_line(file_name, line);
 }
 
 }  // namespace qvrcom::jobs

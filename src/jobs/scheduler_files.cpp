@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/text.h"
 #include "jobs/report_file.h"
 #include "protocol/job_name.h"
 #include "protocol/job_report.h"
@@ -21,8 +20,8 @@ std::optional<protocol::Ending> SchedulerFiles::reported_ending(const std::strin
   return report ? report->ending() : std::nullopt;
 }
 
-void SchedulerFiles::print(std::string_view name, std::string_view text) const {
-  files_.append(path(name), std::string(text).append(base::kCrLf));
+void SchedulerFiles::append_line(std::string_view name, std::string_view line) const {
+  files_.append_line(path(name), line);
 }
 
 void SchedulerFiles::replace(std::string_view name, std::string_view text) const {

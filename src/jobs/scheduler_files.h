@@ -32,8 +32,8 @@ class SchedulerFiles {
   // As the job's report says; nothing when it says nothing.
   std::optional<protocol::Ending> reported_ending(const std::string& job) const;
 
-  // Adds the text and CR LF to the end of the file, which is created when it is missing.
-  void print(std::string_view name, std::string_view text) const;
+  // Adds a line of its own to the end of the file, also where the last one lacks its end.
+  void append_line(std::string_view name, std::string_view line) const;
 
   // The file holds exactly `text` afterwards; a file that holds it already is not touched.
   void replace(std::string_view name, std::string_view text) const;

@@ -35,6 +35,7 @@ JobUpkeep::Removal JobUpkeep::remove(const std::string& job) {
     const auto found = std::find_if(board.jobs.begin(), board.jobs.end(),
                                     [&](const jobs::BoardJob& each) { return each.job == job; });
     const bool is_listed = found != board.jobs.end();
+    if (contains(board.doubtful, job)) return Removal::kDoubtful;
     if (!is_listed && !contains(board.abandoned, job)) return Removal::kUnknown;
     if (is_listed ? waits(*found) : !contains(abandoned(board), job)) return Removal::kInUse;
     if (!is_listed || found->has_folder) discard(job);

@@ -22,8 +22,9 @@ class JobUpkeep {
   enum class Removal {
     kNotDone,  // a message has said why
     kRemoved,
-    kUnknown,  // there is no such job
-    kInUse,    // it waits for its turn, or runs
+    kUnknown,   // there is no such job
+    kInUse,     // it waits for its turn, or runs
+    kDoubtful,  // a damaged line may be about it
   };
   // Folder, and lines in the pending lists.
   Removal remove(const std::string& job);

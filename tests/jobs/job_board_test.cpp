@@ -15,10 +15,11 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   const std::string done = "46341.5;15/11/2026 12:00:00^Retrieve^Main^A1^46341.5^^^17^;S:\\Nov1\\Nov1.scr;";
   const std::string waiting = "46342;16/11/2026 00:00:00^Reset^Hall^B2^1e9^2^Days^18^;S:\\Nov2\\Nov2.scr;";
   JobParts parts;
-  parts.file("index.sch") = waiting + "\r\n\r\nbroken;line\r\n" + waiting + "\r\n";
+  parts.file("index.sch") =
+      waiting + "\r\n\r\nbroken;S:\\Nov4\\Nov4.scr;" + waiting + "\r\n" + waiting + "\r\n";
   parts.file("completed.sch") = done + "\r\n";
   parts.file("CompletedToProcess.sch") = base::to_lower(done) + "\r\n";
-  for (const char* folder : {"S:\\Nov1", "S:\\Nov3", "S:\\not a job"})
+  for (const char* folder : {"S:\\Nov1", "S:\\Nov3", "S:\\Nov4", "S:\\not a job"})
     parts.files.make_folders(folder);
   const Board board = JobBoard(parts.scheduler).read();
   ASSERT_EQ(board.jobs.size(), 2U);
@@ -31,6 +32,7 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   EXPECT_EQ(board.jobs[1].start, base::local_time(2026, 11, 15, 12));
   EXPECT_THAT(board.jobs[1].lists, ElementsAre("completed.sch", "CompletedToProcess.sch"));
   EXPECT_THAT(board.abandoned, ElementsAre("Nov3"));
+  EXPECT_THAT(board.doubtful, ElementsAre("Nov4"));
   ASSERT_EQ(unprocessed_jobs(board).size(), 1U);
   EXPECT_EQ(unprocessed_jobs(board)[0].ending(), protocol::Ending::kCompleted);
   ASSERT_EQ(board.problems.size(), 1U);
@@ -43,6 +45,7 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   EXPECT_EQ(present.jobs[0].job, "Nov1");
   EXPECT_EQ(present.jobs[0].lists, board.jobs[1].lists);
   EXPECT_EQ(present.abandoned, board.abandoned);
+  EXPECT_EQ(present.doubtful, board.doubtful);
 
   // A list that cannot be read may name the folder.
   parts.files.make_folders("S:\\error.sch");

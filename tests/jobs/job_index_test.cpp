@@ -16,7 +16,7 @@ constexpr const char* kLine =
 
 TEST(JobIndex, WritesTheLineOfAJobAndSorts) {
   JobParts parts;
-  parts.file("index.sch") = "5;later\r\n\r\n40;earlier\r\n";
+  parts.file("index.sch") = "5;later\r\n\r\n40;earlier";  // its end is missing
   parts.writer.Create_Dir();
   parts.index.Write_Index("Main ", "A1", "Retrieve Statistics for Partition 3", "46341.25", "2", "Days");
   EXPECT_EQ(parts.session.job.JobId, kLine);
