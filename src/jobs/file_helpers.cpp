@@ -1,7 +1,12 @@
 #include "jobs/file_helpers.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "base/fault.h"
 #include "base/number.h"
+#include "protocol/job_name.h"
+#include "protocol/job_report.h"
 
 namespace qvrcom::jobs {
 
@@ -13,8 +18,16 @@ void refuse_link(const platform::Files& files, const std::string& folder) {
 
 void delete_job_folder(platform::Files& files, const std::string& folder) {
   refuse_link(files, folder);
+  const std::string script = protocol::script_path(folder);
+  const std::string report = protocol::report_path(folder);
+  std::vector<std::string> paths;
   for (const std::string& name : files.list(folder))
-    files.remove(folder + "\\" + name);
+    paths.push_back(folder + "\\" + name);
+  const auto rank = [&](const std::string& path) { return path == report ? 2 : path == script ? 1 : 0; };
+  std::sort(paths.begin(), paths.end(),
+            [&](const auto& left, const auto& right) { return rank(left) < rank(right); });
+  for (const std::string& path : paths)
+    files.remove(path);
   files.remove_folder(folder);
 }
 

@@ -13,7 +13,8 @@ namespace qvrcom::jobs {
 // Fault when a job's folder (no backslash at its end) is a link: what lies behind it is no job's.
 void refuse_link(const platform::Files& files, const std::string& folder);
 
-// Removes a job's folder with its files. Fault when it is missing or a link, and when it holds a folder; its
+// Removes a job's folder with its files: what was fetched, the script, and the report last, so that whatever
+// a kill leaves is told of as what it is. Fault when it is missing or a link, and when it holds a folder; its
 // files are gone then.
 void delete_job_folder(platform::Files& files, const std::string& folder);
 

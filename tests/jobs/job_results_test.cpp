@@ -135,9 +135,14 @@ TEST(JobResults, ReadsScriptLines) {
 TEST(JobResults, RemovesTheFolderOfTheJobAlone) {
   ResultParts parts;
   parts.writer.Create_Dir();
-  parts.file(kJob + "\\" + kJob + ".scr") = "x";
-  parts.file(kJob + "\\AllStatsP3.csv") = "x";
+  std::vector<std::string> removed;
+  for (const char* name : {"Nov1526121005000.scr", "Nov1526121005000.rpt", "nodestatP3.dat"})
+    parts.file(kJob + "\\" + name) = "x";
+  parts.files.before = [&](std::string_view operation, const std::string& path) {
+    if (operation == "remove") removed.push_back(path.substr(path.size() - 4));
+  };
   parts.results.Remove_Folder();
+  EXPECT_THAT(removed, ElementsAre(".dat", ".scr", ".rpt"));
   EXPECT_FALSE(parts.files.folder_exists("S:\\" + kJob));
   EXPECT_EQ(parts.file("index.sch"), "\r\n");
   parts.results.Remove_Folder();  // gone already
