@@ -1,11 +1,15 @@
-#include "scheduler/run_conversation.h"
-
 #include <gmock/gmock.h>
 
 #include "base/text.h"
+#include "doubles/caught.h"
 #include "doubles/memory_files.h"
+#include "doubles/memory_machine.h"
 #include "jobs/report_file.h"
 #include "protocol/job_report.h"
+#include "protocol/script_grammar.h"
+#include "scheduler/run_conversation.h"
+#include "scheduler/run_plan.h"
+#include "scheduler/scheduler_settings.h"
 #include "scheduler/scripted_device.h"
 
 namespace qvrcom::scheduler {
@@ -212,6 +216,67 @@ TEST(RunConversation, DeletesNothingOfAnAccountThatHasFailed) {
   plan.steps.push_back({CommandKind::kDelete, "linestat", {}, 0});
   hold(device, plan);
   EXPECT_EQ(told(device), "L G0 A1 G1 A2 G2 C");
+}
+
+TEST(RunPlan, WritesNewFilesOfTheJobsFolderAlone) {
+  const std::string inside = "\\data\\Scheduler\\JobA\\";
+  const std::string kOutside = "not directly in the job's folder";
+  struct Row {
+    std::vector<std::pair<std::string, std::string>> fetches;  // device file or account, local file
+    std::string refused;
+  };
+  std::vector<Row> rows = {
+      {{{"a", inside + "jobA.RPT"}}, "names the job's own script or report"},
+      {{{"a", inside + "JobA.scr"}}, "names the job's own script or report"},
+      {{{"a", inside + "b.part"}, {"b", inside + "b"}}, "which is of files that are not whole"},
+      {{{"a", inside + "link"}}, "leads elsewhere"},
+      {{{"a", inside + "x"}, {"b", inside + "X"}}, "The script fetches two device files into X."},
+      {{{"part1", ""}, {"a", inside + "x"}, {"part2", ""}, {"a", inside + "x"}}, "two device files into x."},
+      {{{"part1", ""}, {"a", inside + "x"}, {"part1", ""}, {"a", inside + "x"}, {"b", inside + "y"}}, ""},
+  };
+  for (const std::string& path :
+       {std::string("\\etc\\passwd"), std::string("x"), inside, inside + "..", inside + "..\\JobB\\x",
+        inside + "sub\\x", inside + "a/b", std::string("\\data\\Scheduler\\x")})
+    rows.push_back({{{"a", path}}, kOutside});
+  for (const Row& row : rows) {
+    doubles::MemoryFiles files;
+    files.links = {inside + "link"};
+    protocol::ScriptHeader header;
+    header.ftp_address = "192.0.2.7";
+    std::string text = protocol::header_text(header, protocol::ScriptKind::kTransfer) + "\r\n";
+    for (const auto& [from, local] : row.fetches)
+      text += local.empty() ? "FTPACCT;" + from + ";\r\n"
+                            : "FTPGET;REMOTEFILE=" + from + ";LOCALFILE=" + local + ";\r\n";
+    files.content[inside + "JobA.scr"] = text + "FTPDISCONNECT;\r\n";
+    const std::string fault =
+        doubles::fault_of([&] { make_plan(files, "\\data\\Scheduler\\", "JobA", inside + "JobA.scr"); });
+    EXPECT_EQ(fault.empty(), row.refused.empty()) << fault;
+    EXPECT_THAT(fault, testing::HasSubstr(row.refused));
+  }
+}
+
+TEST(SchedulerSettings, TakesGoodValuesAndTellsOfBadOnes) {
+  doubles::MemoryMachine machine;
+  const auto set = [&](const char* key, const char* value) {
+    machine.settings[{"QVRCOM+", "JobPilot", key}] = value;
+  };
+  set("LargestFileMiB", "2");
+  set("ConnectSeconds", "0");
+  set("IdleSeconds", "5 minutes");
+  set("SessionMinutes", "10");
+  set("AttachSeconds", "90");
+  set("TerminalIdleSeconds", "86400");
+  set("DialCommand", "/usr/bin/dial");
+  const SettingsReading reading = read_settings(machine);
+  EXPECT_EQ(reading.settings.limits.largest_file, 2U << 20U);
+  EXPECT_EQ(reading.settings.limits.connect, std::chrono::seconds(30));
+  EXPECT_EQ(reading.settings.limits.idle, std::chrono::seconds(60));
+  EXPECT_EQ(reading.settings.limits.session, std::chrono::minutes(10));
+  EXPECT_EQ(reading.settings.attach, std::chrono::seconds(90));
+  EXPECT_EQ(reading.settings.terminal_idle, std::chrono::hours(24));
+  EXPECT_EQ(reading.settings.dial_command, "/usr/bin/dial");
+  EXPECT_THAT(reading.complaints,
+              testing::ElementsAre(testing::HasSubstr("ConnectSeconds"), testing::HasSubstr("IdleSeconds")));
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
-#include "siterules/site_lookups.h"
-
 #include <gmock/gmock.h>
 
 #include "base/fault.h"
 #include "doubles/bar_rows.h"
 #include "doubles/memory_data.h"
 #include "doubles/recording_components.h"
+#include "doubles/recording_user_interface.h"
 #include "siterules/device_address.h"
+#include "siterules/firmware_rules.h"
+#include "siterules/firmware_table.h"
+#include "siterules/site_lookups.h"
 
 namespace qvrcom::siterules {
 namespace {
@@ -97,6 +99,88 @@ TEST(DeviceAddressChoice, FollowsTheConnectionMethod) {
   EXPECT_EQ(device_address("2", "lan", "", "modem"), "lan");
   EXPECT_EQ(device_address("-3", "lan", "direct", "modem"), "lan");
   EXPECT_THROW(device_address("", "lan", "direct", "modem"), base::Fault);
+}
+
+struct FirmwareRulesTest : testing::Test {
+  doubles::RecordingUserInterface ui;
+  FirmwareRules rules{platform::Trap(ui)};
+};
+
+TEST_F(FirmwareRulesTest, JudgesCompatibilityByMachineType) {
+  const struct {
+    const char *machine_type, *verdict;
+    std::vector<const char*> versions;
+  } rows[] = {
+      {"2", kCompatible, {"6.60", "6.69", "6.80", "6.89"}},
+      {"2",
+       kBackwardCompatible,
+       {"6.59", "6.00", "5.00", "5.02", "5.10", "5.29", "5.bm", "5.bn", "5.bp", "05.C0", "5.ca", "5.CB",
+        "5.CC", "5.cf", "5.cg", "6.ac"}},
+      {"2",
+       kNotCompatible,
+       {"6.70", "6.79", "6.90", "5.03", "5.30", "6.AC", "5.cb", "6.6", " 6.60", "6.600"}},
+      {"2", kNoFirmwareVersion, {"", "0"}},
+      {"3", kCompatible, {"1.30", "1.39"}},
+      {"3", kBackwardCompatible, {"1.29", "1.00"}},
+      {"3", kNotCompatible, {"1.40", "6.61"}},
+      {"3", kNoFirmwareVersion, {"0"}},
+      {"4", "", {"6.61", ""}},
+  };
+  for (const auto& row : rows) {
+    for (const char* version : row.versions)
+      EXPECT_EQ(rules.Version_Compactibility(version, row.machine_type), row.verdict)
+          << version << " on " << row.machine_type;
+  }
+  EXPECT_TRUE(ui.messages.empty());
+  EXPECT_EQ(rules.Version_Compactibility("6.61", "two"), "");
+  EXPECT_THAT(ui.texts(), testing::ElementsAre("Error_Handler: Version_Compactibility\r\nType mismatch"));
+}
+
+TEST_F(FirmwareRulesTest, TellsTheStatisticsGenerations) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", "NO_FIRMWARE_VERSION"}, {"0", "NO_FIRMWARE_VERSION"}, {"5.00", "OldStats"}, {"5.01", "OldStats"},
+      {"5.bm", "OldStats"},        {"5.bn", "OldStats"},         {"5.bp", "OldStats"}, {"05.C0", "OldStats"},
+      {"5.ca", "OldStats"},        {"5.CB", "OldStats"},         {"5.cb", "NewStats"}, {"5.02", "NewStats"},
+  };
+  for (const auto& [version, generation] : cases)
+    EXPECT_EQ(rules.Check_Firmware_Version(version), generation) << version;
+}
+
+TEST(ImageGeneration, IsChosenByMachineTypeAndExactVersion) {
+  const struct {
+    const char *machine, *generation;
+    std::initializer_list<const char*> versions;
+  } rows[] = {
+      {"2",
+       "5_0",
+       {"5.00", "5.01", "5.02", "5.bm", "5.bn", "5.bp", "05.C0", "5.ca", "5.CB", "5.CC", "5.cf", "5.cg"}},
+      {"2", "5_1", {"5.10", "5.19"}},
+      {"2", "5_2", {"5.20", "5.29"}},
+      {"2", "6_0", {"6.00", "6.09", "6.ac"}},
+      {"2", "6_1", {"6.10", "6.29"}},
+      {"2", "6_3", {"6.30", "6.39"}},
+      {"2", "7_0", {"6.40", "6.49"}},
+      {"2", "7_1", {"6.50", "6.69"}},
+      {"2", "7_2", {"6.70", "1.05", "5.03", "5.30", "5.cb", "05.c0", "6.1", "6.150", " 6.15", "", "7.00"}},
+      {"3", "7_0", {"1.00", "1.09"}},
+      {"3", "7_1", {"1.10", "1.29"}},
+      {"3", "7_2", {"1.30", "5.00", "6.ac"}},
+      {" 2 ", "6_3", {"6.35"}},
+      {"4", "", {"6.35"}},
+  };
+  for (const auto& row : rows) {
+    for (const char* version : row.versions)
+      EXPECT_EQ(image_generation(row.machine, version), row.generation)
+          << row.machine << " \"" << version << '"';
+  }
+  EXPECT_THROW(image_generation("", "6.35"), base::Fault);
+}
+
+TEST(FirmwareTable, NamesTheVersionsWithRtqaOptions) {
+  for (const char* version : {"1.00", "1.29", "6.10", "6.69"})
+    EXPECT_TRUE(firmware_of(version) && firmware_of(version)->has_rtqa_options) << version;
+  for (const char* version : {"1.30", "6.09", "6.70", "6.80", "5.CC", ""})
+    EXPECT_FALSE(firmware_of(version) && firmware_of(version)->has_rtqa_options) << version;
 }
 
 }  // namespace
