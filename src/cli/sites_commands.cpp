@@ -135,17 +135,15 @@ ExitCode add(CommandContext& context, const ColumnOptions& options) {
 }
 
 ExitCode edit(CommandContext& context, const ColumnOptions& options) {
-  SiteRecord site = context.sites.find({options.key}).front();
+  const SiteRecord stored = context.sites.find({options.key}).front();
+  SiteRecord site = stored;
   take_over(context, options, site);
-  context.sites.edit(site);
+  context.sites.edit(stored, site);
   return ExitCode::kDone;
 }
 
 ExitCode remove(CommandContext& context, const std::vector<std::string>& keys) {
-  std::vector<std::int32_t> site_ids;
-  for (const SiteRecord& site : context.sites.find(keys))
-    site_ids.push_back(site.site_id);
-  context.sites.remove(site_ids);
+  context.sites.remove(context.sites.find(keys));
   return ExitCode::kDone;
 }
 

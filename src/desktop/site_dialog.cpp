@@ -135,7 +135,7 @@ bool edit_stored_site(sitebook::SiteBook& sites, platform::UserInterface& ui,
       QStringLiteral("Edit Site"), stored, [&](const auto& site) { return sites.problems(site); }, parent);
   dialog.begin_with(first);
   if (dialog.exec() != QDialog::Accepted || dialog.site() == stored) return false;
-  return ui::attempt(ui, "The site cannot be changed.", [&] { sites.edit(dialog.site()); });
+  return ui::attempt(ui, "The site cannot be changed.", [&] { sites.edit(stored, dialog.site()); });
 }
 
 }  // namespace qvrcom::desktop

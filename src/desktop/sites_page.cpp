@@ -154,7 +154,7 @@ void SitesPage::delete_site() {
   const sitebook::SiteRecord site = *selected();
   const std::string question = "Delete the site \"" + sitebook::title_of(site) + "\" from the site book?";
   if (!ui::agreed(parts_.ui, question, "Delete Site")) return;
-  if (ui::attempt(parts_.ui, "The site cannot be deleted.", [&] { parts_.sites.remove({&site.site_id, 1}); }))
+  if (ui::attempt(parts_.ui, "The site cannot be deleted.", [&] { parts_.sites.remove({&site, 1}); }))
     changed();
 }
 

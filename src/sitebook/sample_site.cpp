@@ -33,7 +33,7 @@ std::string add_sample_site(SiteBook& book, const std::string& address, const st
   site.lan = wanted.lan;
   site.access_code = wanted.access_code;
   if (site == *found) return {};
-  book.edit(site);
+  book.edit(*found, site);
   return "Site book: " + title_of(site) + " is now at " + address;
 }
 

@@ -1,5 +1,6 @@
 #include "sitebook/site_book.h"
 
+#include <algorithm>
 #include <array>
 #include <map>
 #include <set>
@@ -43,11 +44,48 @@ std::string assignments() {
   return text;
 }
 
+base::Fault not_found(std::int32_t site_id) {
+  return base::Fault("Site not found",
+                     "The site book has no site with the key " + std::to_string(site_id) + ".");
+}
+
 void need_site(platform::Database& database, std::int32_t site_id) {
   const platform::NamedValue key = key_of(site_id);
   if (database.run("SELECT SiteID FROM Site WHERE SiteID = :SiteID", {&key, 1}).empty())
-    throw base::Fault("Site not found",
-                      "The site book has no site with the key " + std::to_string(site_id) + ".");
+    throw not_found(site_id);
+}
+
+const SiteRecord& stored_site(const std::vector<SiteRecord>& sites, std::int32_t site_id) {
+  const auto found = std::find_if(sites.begin(), sites.end(),
+                                  [&](const SiteRecord& site) { return site.site_id == site_id; });
+  if (found == sites.end()) throw not_found(site_id);
+  return *found;
+}
+
+using Columns = std::vector<SiteColumn>;
+
+Columns all_columns() {
+  return {kSiteColumns.begin(), kSiteColumns.end()};
+}
+
+Columns changed_columns(const SiteRecord& before, const SiteRecord& after) {
+  Columns columns = all_columns();
+  std::erase_if(columns,
+                [&](const SiteColumn& column) { return before.*column.member == after.*column.member; });
+  return columns;
+}
+
+// Refuses a site that is not, in one of these columns, what somebody was shown.
+void require_as_shown(const SiteRecord& shown, const SiteRecord& stored, const Columns& columns) {
+  std::string labels;
+  for (const SiteColumn& column : columns) {
+    if (shown.*column.member != stored.*column.member)
+      labels.append(labels.empty() ? "" : ", ").append(column.label);
+  }
+  if (!labels.empty())
+    throw base::Fault("Site changed", "The site book has something else by now for the site \"" +
+                                          title_of(shown) + "\": " + labels +
+                                          ". Refresh the list, then try again.");
 }
 
 const std::string& identifier_of(const SiteRecord& site) {
@@ -178,9 +216,14 @@ std::int32_t SiteBook::add(const SiteRecord& site) {
   return key;
 }
 
-void SiteBook::edit(const SiteRecord& site) {
+void SiteBook::edit(const SiteRecord& shown, const SiteRecord& wanted) {
   connection_.database().transaction([&] {
-    need_site(connection_.database(), site.site_id);
+    const std::vector<SiteRecord> sites = list();
+    SiteRecord site = stored_site(sites, shown.site_id);
+    const Columns changes = changed_columns(shown, wanted);
+    require_as_shown(shown, site, have_same_title(shown, site) ? changes : all_columns());
+    for (const SiteColumn& column : changes)
+      site.*column.member = wanted.*column.member;
     require_none(problems(site), site);
     change(connection_.database(), site);
   });
@@ -219,11 +262,12 @@ base::Field SiteBook::store_firmware(std::int32_t site_id, const std::string& ve
   return before;
 }
 
-void SiteBook::remove(std::span<const std::int32_t> site_ids) {
+void SiteBook::remove(std::span<const SiteRecord> shown) {
   connection_.database().transaction([&] {
-    for (const std::int32_t site_id : site_ids) {
-      need_site(connection_.database(), site_id);
-      const platform::NamedValue key = key_of(site_id);
+    const std::vector<SiteRecord> sites = list();
+    for (const SiteRecord& site : shown) {
+      require_as_shown(site, stored_site(sites, site.site_id), all_columns());
+      const platform::NamedValue key = key_of(site.site_id);
       connection_.database().run("DELETE FROM File_Handling WHERE SiteID = :SiteID", {&key, 1});
       connection_.database().run("DELETE FROM Site WHERE SiteID = :SiteID", {&key, 1});
     }

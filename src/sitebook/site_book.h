@@ -29,8 +29,11 @@ class SiteBook {
   // Returns the new key. The site gets its statistics settings row. Fault "Site refused" with the reasons.
   std::int32_t add(const SiteRecord& site);
 
-  // Fault "Site refused" with the reasons, "Site not found" when the key is gone.
-  void edit(const SiteRecord& site);
+  // Writes the columns in which `wanted` differs from `shown`, the same site as somebody has seen it; the
+  // others stay as the book has them. Fault "Site refused" with the reasons, "Site not found" when the key is
+  // gone, "Site changed" when it now belongs to a site of another name or identifier, or when one of these
+  // columns is not as shown any more.
+  void edit(const SiteRecord& shown, const SiteRecord& wanted);
 
   // Stores what the device says of itself, whatever else the row holds. Answers with the version before.
   // Fault "Site not found".
@@ -41,8 +44,9 @@ class SiteBook {
   using Work = std::function<std::vector<SiteRecord>(const std::vector<SiteRecord>&)>;
   void update(const Work& work);
 
-  // With their file settings, all or none. Fault "Site not found".
-  void remove(std::span<const std::int32_t> site_ids);
+  // With their file settings, all or none. Fault "Site not found", "Site changed" when one is not as shown
+  // any more.
+  void remove(std::span<const SiteRecord> shown);
 
  private:
   environment::DatabaseConnection& connection_;

@@ -114,6 +114,11 @@ std::string title_of(const SiteRecord& site) {
   return site.name.value_or("") + " - " + site.identifier.value_or("");
 }
 
+bool have_same_title(const SiteRecord& one, const SiteRecord& other) {
+  return one.name.value_or("") == other.name.value_or("") &&
+         one.identifier.value_or("") == other.identifier.value_or("");
+}
+
 std::vector<SiteProblem> problems_of(const SiteRecord& site) {
   std::vector<SiteProblem> problems = problems_by(refusal, site);
   judge_shared_lines(site, problems);

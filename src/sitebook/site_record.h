@@ -121,6 +121,9 @@ base::SiteConnection connection_of(const SiteRecord& site);
 // "name - identifier", the way a site stands in every list.
 std::string title_of(const SiteRecord& site);
 
+// Whether both have the same name and identifier; a null counts as an empty text.
+bool have_same_title(const SiteRecord& one, const SiteRecord& other);
+
 // Something that keeps a site out of the book, or out of a session.
 struct SiteProblem {
   std::string_view key;  // of the column

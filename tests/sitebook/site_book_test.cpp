@@ -73,27 +73,58 @@ TEST_F(SiteBookTest, AddsEditsAndRemovesWithTheStatisticsSettings) {
   EXPECT_EQ(value("SELECT SiteID || FileType || AutoIncrements FROM File_Handling"),
             std::to_string(office.site_id) + "Statistics");
 
+  const SiteRecord shown = office;
   office.lan = "10.0.0.9";
-  book.edit(office);
+  book.edit(shown, office);
   EXPECT_THAT(book.list(), ElementsAre(office));
 
   EXPECT_EQ(whole_fault_of([&] { book.add(site("Other", "101")); }),
             "Site refused: \"Other - 101\": Site identifier \"101\" belongs to another site.");
   SiteRecord other = site("Other", "102");
   other.site_id = book.add(other);
-  other.identifier = "101";
-  EXPECT_NE(whole_fault_of([&] { book.edit(other); }), "");
+  SiteRecord doubled = other;
+  doubled.identifier = "101";
+  EXPECT_THAT(whole_fault_of([&] { book.edit(other, doubled); }), testing::StartsWith("Site refused"));
   book.add(site("No identifier", ""));
   book.add(site("No identifier either", ""));
 
-  const std::int32_t gone[] = {office.site_id, 99};
+  SiteRecord gone[] = {office, other};
+  gone[1].site_id = 99;
   EXPECT_EQ(whole_fault_of([&] { book.remove(gone); }),
             "Site not found: The site book has no site with the key 99.");
   EXPECT_EQ(book.list().size(), 4U) << "all or none";
-  book.remove({&office.site_id, 1});
+  book.remove({&office, 1});
   EXPECT_EQ(book.list().size(), 3U);
   EXPECT_EQ(value("SELECT COUNT(*) FROM File_Handling"), "3");
-  EXPECT_THAT(whole_fault_of([&] { book.edit(office); }), testing::StartsWith("Site not found"));
+  EXPECT_THAT(whole_fault_of([&] { book.edit(shown, office); }), testing::StartsWith("Site not found"));
+}
+
+TEST_F(SiteBookTest, ChangesAndRemovesOnlyWhatWasShown) {
+  SiteRecord shown = site("Office", "101");
+  shown.site_id = book.add(shown);
+  SiteRecord stored = shown;
+  stored.lan = "10.0.0.9";
+  book.edit(shown, stored);
+  SiteRecord wanted = shown;
+  wanted.number = stored.number = "5";
+  book.edit(shown, wanted);
+  EXPECT_THAT(book.list(), ElementsAre(stored)) << "the address stays as somebody else has set it";
+  wanted.lan = "10.0.0.1";
+  const std::string refusal =
+      "Site changed: The site book has something else by now for the site \"Office - 101\": LAN address, "
+      "Number to dial. Refresh the list, then try again.";
+  EXPECT_EQ(whole_fault_of([&] { book.edit(shown, wanted); }), refusal);
+  SiteRecord second = site("Depot", "");
+  second.site_id = book.add(second);
+  const SiteRecord both[] = {second, shown};
+  EXPECT_EQ(whole_fault_of([&] { book.remove(both); }), refusal);
+  SiteRecord renamed = stored;
+  renamed.name = "Harbour";
+  book.edit(stored, renamed);
+  wanted = stored;
+  wanted.modem = "10.0.0.2";
+  EXPECT_THAT(whole_fault_of([&] { book.edit(stored, wanted); }), testing::StartsWith("Site changed"));
+  EXPECT_THAT(book.list(), ElementsAre(renamed, second));
 }
 
 TEST_F(SiteBookTest, FindsByKeyIdentifierOrTitle) {
@@ -124,8 +155,7 @@ TEST_F(SiteBookTest, ExportsAndImportsCsv) {
   EXPECT_EQ(again.added + again.changed, 0U);
   EXPECT_THAT(book.list(), ElementsAre(office, depot)) << "nothing is another than it was";
 
-  const std::int32_t both[] = {office.site_id, depot.site_id};
-  book.remove(both);
+  book.remove(book.list());
   EXPECT_EQ(import_csv(book, text).added, 2U);
   EXPECT_EQ(book.find({"007"})[0].access_code, "p;w");
   EXPECT_EQ(book.find({"007"})[0].lan, std::nullopt);
