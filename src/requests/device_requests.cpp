@@ -8,8 +8,6 @@ namespace qvrcom::requests {
 SameLogAnswer SameLogRequest::run(const sitebook::SiteRecord& site) {
   SameLogAnswer answer;
   answer.result = trap_("SameLogRequest", [&] {
-    if (!request_.accepts_card(sitebook::session_text(site, &sitebook::SiteRecord::card_type)))
-      return RequestResult::kNotDone;
     return request_.run({site, session::operation::kRetrieveSameLog, {}}, [&] {
       parts_.screen.show_modal();
       answer.file = parts_.rules.session.run.SameLogFile;
@@ -23,8 +21,6 @@ SameLogAnswer SameLogRequest::run(const sitebook::SiteRecord& site) {
 ViewAnswer ViewRequest::run(const sitebook::SiteRecord& site, std::int32_t partition) {
   ViewAnswer answer;
   answer.result = trap_("ViewRequest", [&] {
-    if (!request_.accepts_card(sitebook::session_text(site, &sitebook::SiteRecord::card_type)))
-      return RequestResult::kNotDone;
     return request_.run({site, session::operation::kViewDevice, std::to_string(partition)}, [&] {
       parts_.screen.show_modal();
       answer.messages = parts_.rules.session.received.MessageNumbers;
@@ -40,8 +36,6 @@ ViewAnswer ViewRequest::run(const sitebook::SiteRecord& site, std::int32_t parti
 AllPartitionsAnswer AllPartitionsRequest::run(const sitebook::SiteRecord& site, bool force) {
   AllPartitionsAnswer answer;
   answer.result = trap_("AllPartitionsRequest", [&] {
-    if (!request_.accepts_card(sitebook::session_text(site, &sitebook::SiteRecord::card_type)))
-      return RequestResult::kNotDone;
     return request_.run({site, session::operation::kRetrieveResetAllStatistics, {}}, [&] {
       if (!force && refuses_firmware()) return RequestResult::kNotDone;
       parts_.screen.show_modal();

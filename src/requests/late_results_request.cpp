@@ -25,20 +25,18 @@ std::vector<jobs::BoardJob> LateResultsRequest::waiting() const {
 LateResultsAnswer LateResultsRequest::process(const jobs::BoardJob& job) {
   LateResultsAnswer answer;
   answer.result = trap_("LateResultsRequest", [&] {
-    return request_.run_alone(
-        [] {},
-        [&] {
-          const auto jobs = waiting();
-          const bool is_there = std::any_of(jobs.begin(), jobs.end(),
-                                            [&](const jobs::BoardJob& each) { return each.job == job.job; });
-          if (!is_there) {
-            request_.refuse("The job " + job.job + " does not wait to be processed any more.",
-                            "Another program has processed or removed it.");
-            return RequestResult::kNotDone;
-          }
-          take_over(job);
-          return run(job, answer);
-        });
+    return request_.run_alone([&] {
+      const auto jobs = waiting();
+      const bool is_there = std::any_of(jobs.begin(), jobs.end(),
+                                        [&](const jobs::BoardJob& each) { return each.job == job.job; });
+      if (!is_there) {
+        request_.refuse("The job " + job.job + " does not wait to be processed any more.",
+                        "Another program has processed or removed it.");
+        return RequestResult::kNotDone;
+      }
+      take_over(job);
+      return run(job, answer);
+    });
   });
   return answer;
 }

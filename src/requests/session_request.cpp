@@ -1,5 +1,6 @@
 #include "requests/session_request.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/number.h"
@@ -38,6 +39,21 @@ bool SessionRequest::accepts_card(const std::string& card_type) const {
   return true;
 }
 
+// A list on the screen may be older than the book.
+std::optional<sitebook::SiteRecord> SessionRequest::stored_site(const sitebook::SiteRecord& shown) const {
+  const auto sites = parts_.sites.list();
+  const auto stored = std::find_if(sites.begin(), sites.end(),
+                                   [&](const auto& each) { return each.site_id == shown.site_id; });
+  const bool is_gone = stored == sites.end();
+  if (!is_gone && sitebook::have_same_title(*stored, shown)) return *stored;
+  const std::string title = "\"" + sitebook::title_of(shown) + "\"";
+  refuse(is_gone ? "No session is started: the site " + title + " is no longer in the site book."
+                 : "No session is started: the site " + title + " is now \"" + sitebook::title_of(*stored) +
+                       "\" in the site book.",
+         "Refresh the list of sites (\"Refresh\" on the desktop's page Sites), then try again.");
+  return std::nullopt;
+}
+
 // The index line of a site with problems would be dropped, and its answer waited for without end.
 bool SessionRequest::accepts(const sitebook::SiteRecord& site) const {
   const auto problems = sitebook::session_problems_of(sitebook::with_defaults(site));
@@ -62,21 +78,22 @@ void SessionRequest::refuse(const std::string& text, const std::string& detail) 
 
 RequestResult SessionRequest::run(const SessionWish& wish,
                                   const std::function<RequestResult()>& session) const {
-  if (!accepts(wish.site)) return RequestResult::kNotDone;
-  return run_alone(
-      [&] {
-        take_over(wish);
-        name_session_site();
-      },
-      session);
+  return run_alone([&] {
+    const auto site = stored_site(wish.site);
+    if (!site) return RequestResult::kNotDone;
+    const std::string card = sitebook::session_text(*site, &sitebook::SiteRecord::card_type);
+    if (wish.judges_card && !accepts_card(card)) return RequestResult::kNotDone;
+    if (!accepts(*site)) return RequestResult::kNotDone;
+    take_over(wish, *site);
+    name_session_site();
+    return session();
+  });
 }
 
-RequestResult SessionRequest::run_alone(const std::function<void()>& fill,
-                                        const std::function<RequestResult()>& session) const {
+RequestResult SessionRequest::run_alone(const std::function<RequestResult()>& session) const {
   auto hold = parts_.gate.enter();
   if (!hold) return RequestResult::kBusy;
   prepare_files();
-  fill();
   const RequestResult result = session();
   hold.reset();
   tell_missing();
@@ -95,9 +112,9 @@ void SessionRequest::tell_missing() const {
                         .detail = reason});
 }
 
-void SessionRequest::take_over(const SessionWish& wish) const {
+void SessionRequest::take_over(const SessionWish& wish, const sitebook::SiteRecord& site) const {
   base::Session& session = parts_.rules.session;
-  const base::SiteConnection connection = sitebook::connection_of(wish.site);
+  const base::SiteConnection connection = sitebook::connection_of(site);
   siterules::take_over(connection, session.site);
   session.site.LoginName = "admin";
   session.site.SelectedSites.resize(2);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "environment/command_set.h"
@@ -31,9 +32,10 @@ struct SessionRequestParts {
 
 // What a request asks the session dialog for.
 struct SessionWish {
-  const sitebook::SiteRecord& site;
+  const sitebook::SiteRecord& site;  // as it was shown
   std::string operation;
   std::string partition;
+  bool judges_card = true;  // false where another card than the site's decides
 };
 
 // What all requests have in common: which sites they refuse, and a session that runs alone, its values filled
@@ -48,19 +50,20 @@ class SessionRequest {
   // A box that says why nothing is started.
   void refuse(const std::string& text, const std::string& detail) const;
 
-  // Fills the session values and runs `session` while this program has the session: kNotDone for a site whose
-  // index line would be dropped, kBusy when another program keeps the session (a box has said so in both
-  // cases), otherwise what `session` answers. A run that ended well without its result is told of in a box,
-  // the reason as its detail. Whoever calls traps.
+  // Fills the session values from the site as the book has it by then and runs `session` while this program
+  // has the session: kNotDone for a site that has gone or has another title than the one shown, whose card is
+  // refused or whose index line would be dropped, kBusy when another program keeps the session (a box has
+  // said so in all cases), otherwise what `session` answers. A run that ended well without its result is told
+  // of in a box, the reason as its detail. Whoever calls traps.
   RequestResult run(const SessionWish& wish, const std::function<RequestResult()>& session) const;
 
-  // Its second half: what earlier runs have left in the session is forgotten before `fill`.
-  RequestResult run_alone(const std::function<void()>& fill,
-                          const std::function<RequestResult()>& session) const;
+  // Its second half: what earlier runs have left in the session is forgotten before `session`.
+  RequestResult run_alone(const std::function<RequestResult()>& session) const;
 
  private:
+  std::optional<sitebook::SiteRecord> stored_site(const sitebook::SiteRecord& shown) const;
   bool accepts(const sitebook::SiteRecord& site) const;
-  void take_over(const SessionWish& wish) const;
+  void take_over(const SessionWish& wish, const sitebook::SiteRecord& site) const;
   void prepare_files() const;
   void name_session_site() const;
   void tell_missing() const;

@@ -14,7 +14,7 @@ RequestResult StatisticsRequest::run(const std::string& card_type, const Statist
 
 RequestResult StatisticsRequest::RetrieveStatSingPartition(const StatisticsOrder& order) {
   return trap_("ERROR! RetrieveStatSingPartition : ", [&] {
-    const SessionWish wish{order.site, order.operation, std::to_string(order.partition)};
+    const SessionWish wish{order.site, order.operation, std::to_string(order.partition), false};
     std::string file;
     const RequestResult result = request_.run(wish, [&] {
       parts_.screen.show_modal();

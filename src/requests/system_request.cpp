@@ -100,8 +100,6 @@ SystemRequest::SystemRequest(const SessionRequestParts& parts)
 SystemAnswer SystemRequest::run(const SystemOrder& order) {
   SystemAnswer answer;
   answer.result = trap_("SystemRequest", [&] {
-    if (!request_.accepts_card(sitebook::session_text(order.site, &sitebook::SiteRecord::card_type)))
-      return RequestResult::kNotDone;
     if (sends_file(order.operation) && refuses_file(order)) return RequestResult::kNotDone;
     return request_.run({order.site, order.operation, order.partition},
                         [&] { return carry_out(order, answer); });

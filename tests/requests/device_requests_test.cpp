@@ -31,6 +31,7 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
     record.name = "USA_Office";
     record.identifier = "101";
     record.lan = "10.0.0.5";
+    store(record);
     run.files.content["C:\\given"] = "12345";
     run.scheduler.sends = [this](const std::string& local) -> std::optional<std::string> {
       const auto found = device.find(local.substr(local.rfind('\\') + 1));
@@ -39,12 +40,25 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
   }
   void ShowStatistics(const std::string& file) override { shown.push_back(file); }
 
+  // What the site book has from now on.
+  void store(const sitebook::SiteRecord& site) {
+    std::vector<std::string> columns{"SiteID"};
+    std::vector<base::Field> values{std::to_string(site.site_id)};
+    for (const sitebook::SiteColumn& column : sitebook::kSiteColumns) {
+      columns.emplace_back(column.column);
+      values.push_back(site.*column.member);
+    }
+    run.engine.answer("FROM Site ORDER BY", columns, {values});
+    std::rotate(run.engine.answers.begin(), run.engine.answers.end() - 1, run.engine.answers.end());
+  }
   SystemAnswer command(const char* name) {
+    store(record);
     order.site = record;
     order.operation = name;
     return SystemRequest(parts).run(order);
   }
   RequestResult statistics(const char* name = operation::kRetrieveStatistics) {
+    store(record);
     return StatisticsRequest(parts, *this).run("NEW", {.site = record, .partition = 3, .operation = name});
   }
 
@@ -175,6 +189,26 @@ TEST_F(DeviceRequests, RefuseBeforeAnythingIsSent) {
   EXPECT_THAT(run.scheduler.scripts[0], HasSubstr("FTPIPADDRESS=192.168.101.2;"));
 }
 
+TEST_F(DeviceRequests, TakeTheSiteAsTheBookHasItByThen) {
+  sitebook::SiteRecord stored = record;
+  stored.lan = "10.0.0.9";
+  store(stored);
+  device["same.log"] = "EAS";
+  EXPECT_EQ(SameLogRequest(parts).run(record).result, RequestResult::kDone);
+  EXPECT_THAT(run.scheduler.scripts, ElementsAre(HasSubstr("FTPIPADDRESS=10.0.0.9;")));
+  run.channel.posts.clear();
+  const std::string refusal = "No session is started: the site \"USA_Office - 101\" is ";
+  stored.identifier = "102";
+  store(stored);
+  EXPECT_EQ(SameLogRequest(parts).run(record).result, RequestResult::kNotDone);
+  stored.site_id = 8;
+  store(stored);
+  EXPECT_EQ(SameLogRequest(parts).run(record).result, RequestResult::kNotDone);
+  EXPECT_THAT(run.ui.texts(), ElementsAre(refusal + "now \"USA_Office - 102\" in the site book.",
+                                          refusal + "no longer in the site book."));
+  EXPECT_EQ(run.requests(), "");
+}
+
 TEST_F(DeviceRequests, TellWhatTheSameLogAndTheMessagesAre) {
   device["same.log"] = "EAS";
   device["msgindexP3.dat"] = std::string("\0\0\0\0\0\0\0\0\0\0\0\x0C\0\0\0\x50", 16);
@@ -197,12 +231,14 @@ TEST_F(DeviceRequests, TakeAllPartitionsOfOldFirmwareAlone) {
 
   run.engine.answers.clear();
   run.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
+  store(record);
   run.channel.posts.clear();
   EXPECT_EQ(AllPartitionsRequest(parts).run(record).result, RequestResult::kNotDone);
   EXPECT_EQ(run.requests(), "");
   EXPECT_THAT(run.ui.texts(), ElementsAre(StartsWith("No session is started: the site's firmware 6.62")));
   EXPECT_EQ(AllPartitionsRequest(parts).run(record, true).files.size(), 64U);
   run.engine.answers.clear();
+  store(record);
   AllPartitionsRequest(parts).run(record);
   EXPECT_THAT(run.ui.texts().back(), HasSubstr("FW Version : 0\r\n"));
 }
