@@ -1,5 +1,3 @@
-#include "cli/commands.h"
-
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
@@ -12,6 +10,8 @@
 #include <thread>
 
 #include "cli/command_run.h"
+#include "cli/commands.h"
+#include "cli/invocation.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -184,15 +184,6 @@ TEST_F(CommandsTest, SeveralSitesAnswerUnderTheirNames) {
   EXPECT_TRUE(json()[0]["messages"].isNull());
 }
 
-TEST_F(CommandsTest, ABusySessionNamesItsOwner) {
-  adapters::SessionLockFile lock(run.path("run"));
-  const auto hold = lock.try_acquire();
-  ASSERT_NE(hold.hold, nullptr);
-  EXPECT_EQ(run({"stats", "reset", "--site", "7", "--partition", "4"}), 1);
-  EXPECT_THAT(run.err, HasSubstr("(process " + std::to_string(QCoreApplication::applicationPid()) + ")"));
-  EXPECT_TRUE(run.screen.shown.empty());
-}
-
 TEST_F(CommandsTest, StatisticsAreShownAsTextAndAsJson) {
   write("x.csv", "SiteName,\x1b[1m\r\n\r\nLine,Calls,Busy\r\n1,\"2\r\n3\",\xFC\r\nlast\r\n");
   EXPECT_EQ(run({"stats", "show", run.path("x.csv")}), 0);
@@ -287,6 +278,65 @@ TEST_F(CommandsTest, TheSchedulerIsAskedAndStopped) {
   run.scheduler.outcome = platform::StopOutcome::kUnknownJob;
   EXPECT_EQ(run({"jobs", "stop", "J2"}), 1);
   EXPECT_EQ(run({"scheduler", "stop"}), 0);
+}
+
+TEST(CommandLine, WrongUsageIsToldBeforeAnythingIsTouched) {
+  const struct {
+    std::vector<std::string> arguments;
+    const char* first_line;  // of standard error
+  } cases[] = {
+      {{"bogus"}, "There is no command \"bogus\""},
+      {{"--answer", "maybe", "folders"}, "--answer: maybe not in {yes,no,ok,cancel}"},
+      {{"sites", "edit", "7"}, "sites edit: no column is given"},
+      {{"sites", "edit", "7", "--unset", "colour"},
+       "--unset: colour not in {name,id,card-type,method,lan,modem,access-code,dialup,number,firmware}"},
+      {{"sites", "edit", "7", "--unset", "name", "--name", "x"},
+       "--unset name: The column is given a text, too. Leave out one of the two"},
+      {{"sites", "edit", "7", "--unset", "access-code", "--access-code-file", "x"},
+       "--unset access-code: The column is given a text, too. Leave out one of the two"},
+      {{"sites", "edit", "7", "--name", "x", "--access-code-file", ""},
+       "--access-code-file: An empty text names no file"},
+      {{"sites", "add", "--access-code", "x", "--access-code-file", "y"},
+       "--access-code excludes --access-code-file"},
+      {{"stats", "show", "--table=", "x.csv"},
+       "--table: An empty text names no table. Leave the option out for all of them"},
+      {{"stats", "retrieve", "--partition", "1"}, "--site is required"},
+      {{"stats", "retrieve", "--site", "1", "--partition", "1", "--all-partitions"},
+       "--partition excludes --all-partitions"},
+      {{"stats", "retrieve", "--site", "1"}, "--partition or --all-partitions is required"},
+      {{"stats", "retrieve", "--site", "1", "--all-partitions", "--force"}, "--force requires --reset"},
+      {{"system", "clock", "--site", "1", "--set", "2026-02-30 12:00:00"},
+       "--set: \"2026-02-30 12:00:00\" is neither \"now\" nor a moment of 2000 to 2135 such as "
+       "\"2026-11-15 12:10:05\""},
+      {{"system", "log", "--site", "1", "--reset-only", "--reset"}, "--reset excludes --reset-only"},
+      {{"system", "log", "--site", "1", "--site", "2", "--output", "x"},
+       "--output: One file takes the log of one site"},
+      {{"system", "partition", "65", "--site", "1"}, "N: Value 65 not in range 1 to 64"},
+      {{"stats", "retrieve", "--site", "1", "2", "--partition", "3"},
+       "The following argument was not expected: 2"},
+      {{"stats", "reset", "--site", "1", "--partition", "1-65"},
+       "--partition: \"1-65\" is no list of partitions: 3, 1-8 or 1,4,7, each from 1 to 64"},
+      {{"setup", "--sample-address", "x"}, "--sample-address requires --sample"},
+  };
+  CommandRun run;
+  for (const auto& each : cases) {
+    EXPECT_EQ(run(each.arguments), 2) << each.first_line;
+    EXPECT_EQ(run.err.substr(0, run.err.find('\n')), each.first_line);
+    EXPECT_EQ(run.out, "");
+  }
+  EXPECT_EQ(run({"--version"}), 0);
+  EXPECT_NE(run.out, "");
+  EXPECT_TRUE(QDir(run.root.path()).isEmpty());
+}
+
+TEST(CommandLine, WithoutSetUpTheOneMessageSaysSo) {
+  CommandRun run;
+  EXPECT_EQ(run({"sites", "list"}), 3);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err,
+            "QVRCOM+: The application-data folder of QVRCOM+ is not there. Run \"qvrcomctl setup\".\n");
+  EXPECT_EQ(run({"stats", "show", "/nowhere.csv"}), 1);
+  EXPECT_THAT(run.err, HasSubstr("/nowhere.csv"));
 }
 
 }  // namespace

@@ -173,20 +173,19 @@ TEST_F(PagesTest, ImportsAllSitesOrTellsWhyNone) {
     button("cmdImportSites").click();
   };
   import("name,id,access-code\r\nOne,1,geheim\r\nTwo,2,\r\n");
-  import("name,id\r\nThree,3\r\nFo;ur,4\r\n", {[](QWidget& report) {
-           EXPECT_TRUE(child<QPlainTextEdit>(report, "text").toPlainText().contains("Line 3: "));
-  press(report, Qt::Key_Escape);
+  const auto report_is_read = [](QWidget& report) {
+    EXPECT_TRUE(child<QPlainTextEdit>(report, "text").toPlainText().contains("Line 3: "));
+    press(report, Qt::Key_Escape);
+  };
+  import("name,id\r\nThree,3\r\nFo;ur,4\r\n", {report_is_read});
+  EXPECT_EQ(sites.list().size(), 2U);
+  EXPECT_EQ(child<QLabel>(*page, "lblSitesState").text(), "2 sites");
+  ui.answers = {platform::Button::kCancel, platform::Button::kOk};
+  for (const char* name : {"One", "Uno"}) {
+    import("name,id\r\nUno,1\r\n");
+    EXPECT_EQ(sites.find({"1"})[0].name, name);
+  }
 }
-}  // namespace
-);
-EXPECT_EQ(sites.list().size(), 2U);
-EXPECT_EQ(child<QLabel>(*page, "lblSitesState").text(), "2 sites");
-ui.answers = {platform::Button::kCancel, platform::Button::kOk};
-for (const char* name : {"One", "Uno"}) {
-  import("name,id\r\nUno,1\r\n");
-  EXPECT_EQ(sites.find({"1"})[0].name, name);
-}
-}  // namespace qvrcom::desktop
 
 TEST_F(PagesTest, ExportsToAPrivateFileAndAsksAboutTheAccessCodes) {
   prepare();
