@@ -7,8 +7,10 @@
 #include "doubles/recording_components.h"
 #include "doubles/recording_user_interface.h"
 #include "images/device_records.h"
+#include "images/image_downloads.h"
 #include "images/node_lists.h"
 #include "images/decoding.h"
+#include "jobs/job_parts.h"
 
 namespace qvrcom::images {
 namespace {
@@ -204,6 +206,14 @@ TEST(NodeLists, MovesSelectedEntries) {
   parts.lists.Remove_Items(target, source);
   EXPECT_EQ(source, (ListItems{{"b"}, {"d"}, {"z"}}));
   EXPECT_EQ(target, (ListItems{{"a"}, {"c"}}));
+}
+
+TEST(ImageDownloads, WritesTheLinesOfAPartition) {
+  jobs::JobParts parts;
+  parts.writer.Create_Dir();
+  ImageDownloads(parts.writer).Write_Script_Partition(" 12 ", "F\\getdBaseP12.dat");
+  EXPECT_EQ(parts.file(parts.session.job.Name + "\\" + parts.session.job.Name + ".scr"),
+            "FTPACCT;part12;\r\nFTPGET;REMOTEFILE=dbase;LOCALFILE=F\\getdBaseP12.dat;SIZE=20000;\r\n");
 }
 
 }  // namespace
