@@ -42,8 +42,7 @@ class Rescuer {
     rescue_.has_deleted = true;
     for (const std::string& name : parts_.files.list(job_folder)) {
       if (name.ends_with(protocol::kScriptExtension)) continue;
-      make_folders();
-      parts_.files.copy(job_folder + "\\" + name, keep(name));
+      copy(job_folder + "\\" + name);
     }
   }
 
@@ -51,8 +50,7 @@ class Rescuer {
     rescue_.has_deleted |= account.has_deleted;
     for (const AccountFindings::Fetch& fetch : account.fetches) {
       if (!fetch.arrived) continue;
-      make_folders();
-      parts_.files.copy(fetch.path, keep(name_of(fetch.path)));
+      copy(fetch.path);
     }
     if (decodes && account.missing().size() < account.fetches.size()) save_statistics(account);
   }
@@ -69,9 +67,38 @@ class Rescuer {
     rescue_.folder = folder_;
   }
 
-  std::string keep(const std::string& name) {
+  // The first name, of `name`, "name (2)" and so on, that is free or, by `is_same`, holds these bytes
+  // already.
+  template <class IsSame>
+  std::string place_for(const std::string& name, IsSame is_same) const {
+    const std::size_t dot = std::min(name.rfind('.'), name.size());
+    std::string place = name;
+    for (int number = 2; parts_.files.is_taken(folder_ + place) && !is_same(folder_ + place); ++number)
+      place = name.substr(0, dot) + " (" + std::to_string(number) + ")" + name.substr(dot);
+    return place;
+  }
+
+  bool same_bytes(const std::string& left, const std::string& right) const {
+    const platform::Files& files = parts_.files;
+    return files.file_exists(right) && files.length(left) == files.length(right) &&
+           files.length(left) <= platform::Files::kReadLimit && files.read(left) == files.read(right);
+  }
+
+  void copy(const std::string& path) {
+    make_folders();
+    const std::string name =
+        place_for(name_of(path), [&](const std::string& there) { return same_bytes(path, there); });
+    if (!parts_.files.is_taken(folder_ + name)) parts_.files.copy(path, folder_ + name);
     rescue_.names.push_back(name);
-    return folder_ + name;
+  }
+
+  void write(const std::string& wanted, const std::string& text) {
+    const platform::Files& files = parts_.files;
+    const std::string name = place_for(wanted, [&](const std::string& there) {
+      return files.file_exists(there) && files.length(there) == text.size() && files.read(there) == text;
+    });
+    if (!files.is_taken(folder_ + name)) parts_.files.replace(folder_ + name, text);
+    rescue_.names.push_back(name);
   }
 
   void save_statistics(const AccountFindings& account) {
@@ -79,24 +106,33 @@ class Rescuer {
         account.account.starts_with(kAccountWord) ? account.account.substr(kAccountWord.size()) : "";
     const std::string name = "StatisticsP" + partition + ".csv";
     if (const auto* csv = account.arrived("allstats.csv")) {
-      parts_.files.replace(keep(name),
-                           site_lines(header_.site_name, header_.site_id) + parts_.files.read(csv->path));
+      write(name, site_lines(header_.site_name, header_.site_id) + parts_.files.read(csv->path));
     } else if (account.arrived("linestat") != nullptr || account.arrived("nodestat") != nullptr) {
       decode(account, partition, name);
     }
   }
 
   // What cannot be decoded is there as it came; the job's log tells why it has no CSV.
-  void decode(const AccountFindings& account, const std::string& partition, const std::string& name) {
+  void decode(const AccountFindings& account, const std::string& partition, const std::string& wanted) {
     std::string answer;
+    const std::string name = place_for(wanted, [](const std::string&) { return false; });
     const auto fault = base::fault_of([&] { answer = decoded(account, partition, folder_ + name); });
     if (fault) answer = fault->description() + ". " + fault->detail();
     if (answer.starts_with(images::kDone)) {
-      rescue_.names.push_back(name);
+      rescue_.names.push_back(without_a_twin(wanted, name));
     } else {
       jobs::write_job_log(parts_.files, parts_.clock, parts_.folders.GetLogsFolder(), job_name_,
                           "There is no CSV of the rescued statistics. " + answer);
     }
+  }
+
+  // What was written as `name` goes again where an earlier file holds the same.
+  std::string without_a_twin(const std::string& wanted, const std::string& name) {
+    const std::string first = place_for(wanted, [&](const std::string& there) {
+      return there == folder_ + name || same_bytes(folder_ + name, there);
+    });
+    if (first != name) parts_.files.remove(folder_ + name);
+    return first;
   }
 
   // A file that has not arrived is decoded too: what was decoded before it must not pass for it.

@@ -190,6 +190,20 @@ TEST(Rescue, CopiesEveryFileOfAJobWithoutItsScript) {
   EXPECT_THAT(run.left_behind(), IsEmpty());
 }
 
+TEST(Rescue, KeepsWhatAnEarlierOneHasLeft) {
+  DialogRun run;
+  const std::string folder = run.folders.GetRescuedFolder() + "Nov1526121005001";
+  run.files.make_folders(folder);
+  run.files.content[folder + "\\AllStatsP3.csv"] = "Line,Calls\r\n1,2\r\n";  // what comes again
+  run.files.content[folder + "\\StatisticsP3.csv"] = "other";
+  run.session.run.CurrentOperation = operation::kRetrieveResetStatistics;
+  run.scheduler.result_file = "error.sch";
+  run.scheduler.report = "FETCHED;part3;x;x;;\r\nDELETING;part3;linestat;;;\r\n";
+  run.go();
+  EXPECT_THAT(rescued(run), ElementsAre("AllStatsP3.csv", "StatisticsP3 (2).csv", "StatisticsP3.csv"));
+  EXPECT_EQ(run.files.content[folder + "\\StatisticsP3.csv"], "other");
+}
+
 TEST(Rescue, ThatFailsLeavesTheJobWhereItIs) {
   DialogRun run;
   run.session.run.CurrentOperation = operation::kRetrieveResetStatistics;
