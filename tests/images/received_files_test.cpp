@@ -6,10 +6,10 @@
 #include "doubles/message_printer.h"
 #include "doubles/recording_components.h"
 #include "doubles/recording_user_interface.h"
+#include "images/decoding.h"
 #include "images/device_records.h"
 #include "images/image_downloads.h"
 #include "images/node_lists.h"
-#include "images/decoding.h"
 #include "jobs/job_parts.h"
 
 namespace qvrcom::images {
