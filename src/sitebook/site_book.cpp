@@ -55,10 +55,12 @@ void need_site(platform::Database& database, std::int32_t site_id) {
     throw not_found(site_id);
 }
 
+// In a list of the book, which is in the order of the keys.
 const SiteRecord& stored_site(const std::vector<SiteRecord>& sites, std::int32_t site_id) {
-  const auto found = std::find_if(sites.begin(), sites.end(),
-                                  [&](const SiteRecord& site) { return site.site_id == site_id; });
-  if (found == sites.end()) throw not_found(site_id);
+  const auto found =
+      std::lower_bound(sites.begin(), sites.end(), site_id,
+                       [](const SiteRecord& site, std::int32_t key) { return site.site_id < key; });
+  if (found == sites.end() || found->site_id != site_id) throw not_found(site_id);
   return *found;
 }
 
