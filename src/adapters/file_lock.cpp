@@ -75,8 +75,9 @@ platform::SessionLock::Attempt SessionLockFile::try_acquire() {
     explicit Hold(FileLock taken) : lock(std::move(taken)) {}
     FileLock lock;
   };
-  if (auto lock = FileLock::try_take(file_)) return {std::make_unique<Hold>(std::move(*lock)), {}};
-  return {nullptr, FileLock::owner(file_)};
+  const std::string file = folder_() + "/session.lock";
+  if (auto lock = FileLock::try_take(file)) return {std::make_unique<Hold>(std::move(*lock)), {}};
+  return {nullptr, FileLock::owner(file)};
 }
 
 }  // namespace qvrcom::adapters

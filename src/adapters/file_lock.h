@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,14 +37,17 @@ class FileLock {
   Descriptor file_;
 };
 
-// The session's lock, "session.lock" in the run folder.
+// The session's lock, "session.lock" in the scheduler folder: whoever works there, from whatever run folder,
+// finds it.
 class SessionLockFile : public platform::SessionLock {
  public:
-  explicit SessionLockFile(const std::string& run_folder) : file_(run_folder + "/session.lock") {}
+  // `folder` answers with the native path of the scheduler folder, which must be there when the lock is
+  // taken.
+  explicit SessionLockFile(std::function<std::string()> folder) : folder_(std::move(folder)) {}
   Attempt try_acquire() override;
 
  private:
-  std::string file_;
+  std::function<std::string()> folder_;
 };
 
 }  // namespace qvrcom::adapters

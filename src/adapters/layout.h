@@ -8,6 +8,7 @@ namespace qvrcom::adapters {
 // With QVRCOM_ROOT=DIR in the environment everything lies under DIR; otherwise the XDG base directories and
 // the user's documents folder serve.
 struct Layout {
+  std::string root;              // QVRCOM_ROOT; "" without
   std::string config_folder;     // machine.reg and the settings file
   std::string plugin_folder;     // libraries that bring components; below config_folder
   std::string app_data_folder;   // proposed for identifier 35 by set-up

@@ -38,6 +38,7 @@ Layout Layout::from_environment() {
   const QString root = qEnvironmentVariable("QVRCOM_ROOT");
   if (!root.isEmpty()) {
     const QString absolute = QDir::cleanPath(QDir::current().absoluteFilePath(root));
+    layout.root = absolute.toStdString();
     layout.config_folder = (absolute + "/config").toStdString();
     layout.app_data_folder = (absolute + "/AppData").toStdString();
     layout.documents_folder = (absolute + "/Documents").toStdString();

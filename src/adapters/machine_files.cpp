@@ -19,6 +19,8 @@ namespace {
 constexpr std::chrono::seconds kLongestSetUp{30};
 constexpr const char* kFolderKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Corbelin\\QVRCOM+\\Special Folders";
 
+constexpr std::string_view kRoot = "%QVRCOM_ROOT%";
+
 std::string full_key(platform::RegistryRoot root, const std::string& sub_key) {
   const bool machine = root == platform::RegistryRoot::kLocalMachine;
   return (machine ? "HKEY_LOCAL_MACHINE\\" : "HKEY_CURRENT_USER\\") + sub_key;
@@ -60,7 +62,8 @@ std::string with_setting(const std::string& settings_text, const QString& key, c
 
 }  // namespace
 
-MachineFiles::MachineFiles(std::string config_folder) : config_folder_(std::move(config_folder)) {
+MachineFiles::MachineFiles(std::string config_folder, const std::string& root)
+    : config_folder_(std::move(config_folder)), root_(root.empty() ? "" : suite_path(root)) {
   read_registry();
 }
 
@@ -77,10 +80,31 @@ void MachineFiles::read_registry() {
     throw base::Fault(fault->description(), "\"" + files.native(file) + "\": " + fault->detail());
 }
 
+// "%QVRCOM_ROOT%\..." of a folder below the root; any other text as it is.
+std::string MachineFiles::without_root(const std::string& text) const {
+  const bool below = !root_.empty() && text.starts_with(root_) &&
+                     (text.size() == root_.size() || text[root_.size()] == '\\');
+  return below ? std::string(kRoot) + text.substr(root_.size()) : text;
+}
+
+// The text with the present root. A registry that came from elsewhere must not lead to what lies there.
+std::string MachineFiles::with_root(const std::string& text) const {
+  const bool marked = text.starts_with(kRoot);
+  if (marked && !root_.empty()) return root_ + text.substr(kRoot.size());
+  if (!marked && (root_.empty() || !text.starts_with('\\') || without_root(text) != text)) return text;
+  const std::string reason = marked
+                                 ? ", but QVRCOM_ROOT is not set. Set it to the folder that holds this set-up"
+                                 : ", which does not lie below QVRCOM_ROOT. Write \"" + std::string(kRoot) +
+                                       "\" for that folder there";
+  throw base::Fault("Path not found", "\"" + registry_file(config_folder_) + "\" names the folder \"" +
+                                          FilesPosix().native(text) + "\"" + reason +
+                                          ", or remove the file and run \"qvrcomctl setup\".");
+}
+
 std::optional<std::string> MachineFiles::special_folder(std::int32_t identifier) const {
   const auto data = registry_.value(kFolderKey, std::to_string(identifier));
   if (!data) return std::nullopt;
-  return data->bytes.substr(0, data->bytes.find('\0'));
+  return with_root(data->bytes.substr(0, data->bytes.find('\0')));
 }
 
 bool MachineFiles::registry_key_exists(platform::RegistryRoot root, const std::string& sub_key) const {
@@ -90,7 +114,10 @@ bool MachineFiles::registry_key_exists(platform::RegistryRoot root, const std::s
 std::optional<platform::RegistryData> MachineFiles::registry_value(platform::RegistryRoot root,
                                                                    const std::string& sub_key,
                                                                    const std::string& name) const {
-  return registry_.value(full_key(root, sub_key), name);
+  auto data = registry_.value(full_key(root, sub_key), name);
+  if (data && data->type == base::RegistryData::kText)
+    data->bytes = with_root(data->bytes.substr(0, data->bytes.find('\0'))) + '\0';
+  return data;
 }
 
 std::optional<std::string> MachineFiles::setting(const std::string& application, const std::string& section,
@@ -142,7 +169,7 @@ void MachineFiles::set_setting(const std::string& application, const std::string
 
 void MachineFiles::store(const std::string& key, const std::string& name, const std::string& text) {
   const std::string before = registry_.text();
-  registry_.set_text(key, name, text);
+  registry_.set_text(key, name, without_root(text));
   const std::string after = registry_.text();
   if (after == before) return;
   FilesPosix().replace(suite_path(registry_file(config_folder_)), after);

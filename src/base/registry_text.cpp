@@ -12,9 +12,9 @@ namespace qvrcom::base {
 namespace {
 
 constexpr std::string_view kSignature = "REGEDIT4";
-constexpr std::uint32_t kText = 1;
-constexpr std::uint32_t kBinary = 3;
-constexpr std::uint32_t kNumber = 4;
+constexpr auto kText = RegistryData::kText;
+constexpr auto kBinary = RegistryData::kBinary;
+constexpr auto kNumber = RegistryData::kNumber;
 
 [[noreturn]] void refuse(std::size_t line, std::string_view reason) {
   throw Fault("Invalid settings file", "Line " + std::to_string(line) + ": " + std::string(reason) +

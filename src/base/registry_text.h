@@ -18,6 +18,8 @@ namespace qvrcom::base {
 
 // One value: the system's type number and its bytes, terminators included (a text ends in one NUL).
 struct RegistryData {
+  enum Type : std::uint32_t { kText = 1, kExpandableText = 2, kBinary = 3, kNumber = 4, kMultiText = 7 };
+
   std::uint32_t type = 0;
   std::string bytes;
   bool operator==(const RegistryData&) const = default;

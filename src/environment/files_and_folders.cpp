@@ -8,8 +8,7 @@
 namespace qvrcom::environment {
 namespace {
 
-// Type numbers of the registry.
-enum : std::uint32_t { kText = 1, kExpandableText = 2, kBinary = 3, kNumber = 4, kMultiText = 7 };
+using platform::RegistryData;
 
 std::string suite_folder(const std::string& machine_folder) {
   return machine_folder + "\\" + kMakerFolder + "\\" + kSuiteFolder + "\\";
@@ -43,17 +42,16 @@ std::string FilesAndFolders::GetSpecialFolderPath(std::int32_t identifier) const
 RegistryValue FilesAndFolders::GetRegistryValue(platform::RegistryRoot root, const std::string& sub_key,
                                                 const std::string& name, RegistryValue substitute) const {
   if (!machine_.registry_key_exists(root, sub_key)) return substitute;
-  const platform::RegistryData data =
-      machine_.registry_value(root, sub_key, name).value_or(platform::RegistryData{});
+  const RegistryData data = machine_.registry_value(root, sub_key, name).value_or(RegistryData{});
   switch (data.type) {
-    case kText:
-    case kExpandableText:
+    case RegistryData::kText:
+    case RegistryData::kExpandableText:
       return without_tail(data.bytes, 1);
-    case kBinary:
+    case RegistryData::kBinary:
       return as_bytes(data.bytes);
-    case kNumber:
+    case RegistryData::kNumber:
       return little_endian(data.bytes);
-    case kMultiText:
+    case RegistryData::kMultiText:
       return without_tail(data.bytes, 2);
     default:
       throw base::Fault("Unsupported value type", "Error 1001: the value \"" + name + "\" of \"" + sub_key +

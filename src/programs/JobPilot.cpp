@@ -222,6 +222,16 @@ int run() {
     say(base::Fault("There is no set-up on this machine.", "Run \"qvrcomctl setup\" first."));
     return kNoSetUp;
   }
+  // A second one with another run folder has another socket, but must not work on the same lists.
+  const std::string lock_file = host.scheduler_folder() + "/JobPilot.lock";
+  const auto lock = adapters::FileLock::try_take(lock_file);
+  if (!lock) {
+    say(base::Fault("Another JobPilot works on \"" + host.scheduler_folder() + "\". Nothing was started.",
+                    adapters::FileLock::owner(lock_file) +
+                        " has it, with another run folder (QVRCOM_ROOT, XDG_RUNTIME_DIR). End it there, or "
+                        "start this program as that one was started."));
+    return kRefused;
+  }
   JobPilot pilot(host, channel);
   const platform::MessageId message = channel.register_message(protocol::kSchedulerMessage);
   window->replace_procedure(

@@ -22,8 +22,14 @@ adapters::Layout with_run_folder(adapters::Layout layout) {
 
 Host::Host()
     : layout(with_run_folder(adapters::Layout::from_environment())),
-      machine(layout.config_folder),
-      session_lock(layout.run_folder),
-      folders(machine, files) {}
+      machine(layout.config_folder, layout.root),
+      folders(machine, files),
+      session_lock([this] { return scheduler_folder(); }) {}
+
+std::string Host::scheduler_folder() const {
+  std::string folder = files.native(folders.GetSchedulerFolder());
+  folder.pop_back();
+  return folder;
+}
 
 }  // namespace qvrcom::programs

@@ -24,8 +24,11 @@ class Host {
   adapters::SystemClock clock;
   adapters::ProgramsQt programs;
   adapters::MachineFiles machine;
-  adapters::SessionLockFile session_lock;
   environment::FilesAndFolders folders;
+  adapters::SessionLockFile session_lock;
+
+  // Native path without a slash at its end.
+  std::string scheduler_folder() const;
 };
 
 }  // namespace qvrcom::programs

@@ -90,6 +90,27 @@ TEST_F(DatabaseTest, SetUpsAtOnceTakeTheirTurns) {
   EXPECT_EQ(fault_of([&] { MachineFiles{config}; }), "Path/File access error");
 }
 
+TEST_F(DatabaseTest, ACopiedRootLeadsToItselfAlone) {
+  const std::string first = folder.path + "/first";
+  const std::string copy = folder.path + "/copy";
+  MachineFiles original(first + "/config", first);
+  environment::SetUp(original, original, files, engine)
+      .run({suite_path(first + "/data"), suite_path(first + "/docs"), "\\opt"});
+  std::filesystem::copy(first, copy, std::filesystem::copy_options::recursive);
+  const MachineFiles copied(copy + "/config", copy);
+  EXPECT_EQ(environment::FilesAndFolders(copied, files).GetAppDataRoot(),
+            suite_path(copy + "/data/Corbelin/QVRCOM+/"));
+  EXPECT_EQ(environment::FilesAndFolders(copied, files).GetCommonDocumentsPath(), suite_path(copy + "/docs"));
+  EXPECT_THAT(doubles::whole_fault_of([&] { MachineFiles(copy + "/config").special_folder(35); }),
+              HasSubstr("QVRCOM_ROOT is not set"));
+
+  MachineFiles absolute(first + "/absolute");
+  absolute.hold();
+  absolute.set_special_folder(35, suite_path(copy + "/data"));
+  EXPECT_THAT(doubles::whole_fault_of([&] { MachineFiles(first + "/absolute", first).special_folder(35); }),
+              HasSubstr(copy + "/data\", which does not lie below QVRCOM_ROOT"));
+}
+
 TEST_F(DatabaseTest, EveryCommandRunsOnTheSchema) {
   set_up();
   environment::DataBase control(connection);

@@ -143,6 +143,13 @@ class JobPilotTest(unittest.TestCase):
         second = self.start()
         self.assertEqual(second.wait(PATIENCE), 1)
         self.assertIn("It runs already", second.stderr.read())
+        elsewhere = self.place.root / "elsewhere"
+        elsewhere.mkdir()
+        for folder in ("config", "AppData", "Documents"):
+            (elsewhere / folder).symlink_to(self.place.root / "root" / folder)
+        third = self.start(env={**self.place.environment, "QVRCOM_ROOT": str(elsewhere)})
+        self.assertEqual(third.wait(PATIENCE), 1)
+        self.assertIn(f"JobPilot (process {first.pid}) has it, with another run folder", third.stderr.read())
         line = self.add_job("JobA", device, "FTPACCT;part3;", self.get("JobA"))
         self.post(1)
         wait_until(lambda: self.ask("status")["bytes_done"] == 100, what="the transfer to stall")
