@@ -21,6 +21,17 @@ QString runtime() {
   return standard(QStandardPaths::TempLocation) + "/qvrcom-" + QString::number(::getuid());
 }
 
+// A variable's text as it is; Fault when its bytes are no text, which would become the name of another
+// folder.
+QString variable(const char* name) {
+  const QByteArray bytes = qgetenv(name);
+  QString text = QString::fromUtf8(bytes);
+  if (text.toUtf8() != bytes)
+    throw base::Fault("Bad file name",
+                      std::string(name) + " holds bytes that are no UTF-8. Choose another folder.");
+  return text;
+}
+
 void check(const std::string& path) {
   const bool bad = path.find_first_of(";^\\") != std::string::npos || base::has_control_character(path);
   if (bad) {
@@ -35,7 +46,7 @@ void check(const std::string& path) {
 
 Layout Layout::from_environment() {
   Layout layout;
-  const QString root = qEnvironmentVariable("QVRCOM_ROOT");
+  const QString root = variable("QVRCOM_ROOT");
   if (!root.isEmpty()) {
     const QString absolute = QDir::cleanPath(QDir::current().absoluteFilePath(root));
     layout.root = absolute.toStdString();

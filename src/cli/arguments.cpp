@@ -14,8 +14,8 @@ std::string usage_message(const CLI::App* app, const CLI::Error& error) {
   std::string reason = error.what();
   const auto unknown = app->remaining(true);
   if (error.get_name() == "RequiredError" && !unknown.empty())
-    reason = "There is no command \"" + printable(unknown.front()) + "\"";
-  return reason + "\nRun with --help for more information.\n";
+    reason = "There is no command \"" + unknown.front() + "\"";
+  return printable(reason) + "\nRun with --help for more information.\n";
 }
 
 // "--option=" is an option with an empty value; the parser would take the argument behind it for its value.

@@ -33,7 +33,8 @@ std::uint32_t crc32(std::string_view bytes) {
 }
 
 void ByteReader::refuse(const std::string& reason) const {
-  throw base::Fault("The " + std::string(kind_) + " file is damaged", reason + ". Fetch it again.");
+  throw base::Fault("The " + std::string(kind_) + " file is damaged",
+                    reason + ". Fetch it again, if the device still has it.");
 }
 
 std::string_view ByteReader::bytes(std::string_view field, std::size_t width) {

@@ -1,6 +1,5 @@
 #include "requests/session_request.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "base/number.h"
@@ -41,13 +40,10 @@ bool SessionRequest::accepts_card(const std::string& card_type) const {
 
 // A list on the screen may be older than the book.
 std::optional<sitebook::SiteRecord> SessionRequest::stored_site(const sitebook::SiteRecord& shown) const {
-  const auto sites = parts_.sites.list();
-  const auto stored = std::find_if(sites.begin(), sites.end(),
-                                   [&](const auto& each) { return each.site_id == shown.site_id; });
-  const bool is_gone = stored == sites.end();
-  if (!is_gone && sitebook::have_same_title(*stored, shown)) return *stored;
+  const auto stored = parts_.sites.stored(shown.site_id);
+  if (stored && sitebook::have_same_title(*stored, shown)) return *stored;
   const std::string title = "\"" + sitebook::title_of(shown) + "\"";
-  refuse(is_gone ? "No session is started: the site " + title + " is no longer in the site book."
+  refuse(!stored ? "No session is started: the site " + title + " is no longer in the site book."
                  : "No session is started: the site " + title + " is now \"" + sitebook::title_of(*stored) +
                        "\" in the site book.",
          "Refresh the list of sites (\"Refresh\" on the desktop's page Sites), then try again.");
@@ -78,16 +74,22 @@ void SessionRequest::refuse(const std::string& text, const std::string& detail) 
 
 RequestResult SessionRequest::run(const SessionWish& wish,
                                   const std::function<RequestResult()>& session) const {
+  if (!accepted_site(wish)) return RequestResult::kNotDone;  // before others are waited for
   return run_alone([&] {
-    const auto site = stored_site(wish.site);
+    const auto site = accepted_site(wish);  // the wait may have been long
     if (!site) return RequestResult::kNotDone;
-    const std::string card = sitebook::session_text(*site, &sitebook::SiteRecord::card_type);
-    if (wish.judges_card && !accepts_card(card)) return RequestResult::kNotDone;
-    if (!accepts(*site)) return RequestResult::kNotDone;
     take_over(wish, *site);
     name_session_site();
     return session();
   });
+}
+
+std::optional<sitebook::SiteRecord> SessionRequest::accepted_site(const SessionWish& wish) const {
+  auto site = stored_site(wish.site);
+  if (!site) return std::nullopt;
+  const std::string card = sitebook::session_text(*site, &sitebook::SiteRecord::card_type);
+  const bool accepted = (!wish.judges_card || accepts_card(card)) && accepts(*site);
+  return accepted ? std::move(site) : std::nullopt;
 }
 
 RequestResult SessionRequest::run_alone(const std::function<RequestResult()>& session) const {

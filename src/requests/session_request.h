@@ -61,6 +61,7 @@ class SessionRequest {
   RequestResult run_alone(const std::function<RequestResult()>& session) const;
 
  private:
+  std::optional<sitebook::SiteRecord> accepted_site(const SessionWish& wish) const;
   std::optional<sitebook::SiteRecord> stored_site(const sitebook::SiteRecord& shown) const;
   bool accepts(const sitebook::SiteRecord& site) const;
   void take_over(const SessionWish& wish, const sitebook::SiteRecord& site) const;

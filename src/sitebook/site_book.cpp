@@ -34,6 +34,10 @@ std::string column_texts(const std::string& before_each) {
   return text;
 }
 
+std::string select_sites() {
+  return "SELECT SiteID, " + column_texts("") + " FROM Site ";
+}
+
 std::string assignments() {
   std::string text;
   for (const SiteColumn& column : kSiteColumns) {
@@ -175,11 +179,16 @@ std::size_t only_place(const std::string& key, const std::vector<std::size_t>& p
 
 std::vector<SiteRecord> SiteBook::list() {
   std::vector<SiteRecord> sites;
-  const base::Rows rows =
-      connection_.database().run("SELECT SiteID, " + column_texts("") + " FROM Site ORDER BY SiteID");
+  const base::Rows rows = connection_.database().run(select_sites() + "ORDER BY SiteID");
   for (const base::Row row : rows)
     sites.push_back(site_of(row));
   return sites;
+}
+
+std::optional<SiteRecord> SiteBook::stored(std::int32_t site_id) {
+  const platform::NamedValue key = key_of(site_id);
+  const base::Rows rows = connection_.database().run(select_sites() + "WHERE SiteID = :SiteID", {&key, 1});
+  return rows.empty() ? std::nullopt : std::optional(site_of(rows[0]));
 }
 
 std::vector<SiteRecord> SiteBook::find(const std::vector<std::string>& keys) {
@@ -220,8 +229,9 @@ std::int32_t SiteBook::add(const SiteRecord& site) {
 
 void SiteBook::edit(const SiteRecord& shown, const SiteRecord& wanted) {
   connection_.database().transaction([&] {
-    const std::vector<SiteRecord> sites = list();
-    SiteRecord site = stored_site(sites, shown.site_id);
+    const auto found = stored(shown.site_id);
+    if (!found) throw not_found(shown.site_id);
+    SiteRecord site = *found;
     const Columns changes = changed_columns(shown, wanted);
     require_as_shown(shown, site, have_same_title(shown, site) ? changes : all_columns());
     for (const SiteColumn& column : changes)

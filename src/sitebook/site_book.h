@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -18,6 +19,9 @@ class SiteBook {
 
   // In the table's order.
   std::vector<SiteRecord> list();
+
+  // The site with this SiteID; nothing when there is none.
+  std::optional<SiteRecord> stored(std::int32_t site_id);
 
   // The sites of these keys (SiteID, the user's identifier or "name - identifier"), in their order, each
   // once. Fault when a key fits no site or more than one.

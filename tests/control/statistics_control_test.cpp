@@ -18,7 +18,7 @@ struct ControlTest : ::testing::Test, ControlView, ControlEvents, StatisticsView
   using Fields = std::vector<base::Field>;
   void add_site(const Fields& fields) { sites.push_back(fields); }
   void store_sites() {
-    suite.engine.answer("FirmwareVersion FROM Site WHERE", {"FirmwareVersion"}, {{firmware}});
+    suite.engine.answer("SELECT FirmwareVersion FROM Site", {"FirmwareVersion"}, {{firmware}});
     suite.engine.answer(
         "FROM Site",
         {"SiteID", "User_Defined_Site_Name", "User_Defined_Site_ID", "ControlCardType", "ConnectMethodID",

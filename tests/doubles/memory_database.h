@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <span>
@@ -63,9 +64,24 @@ class MemoryDatabase : public platform::DatabaseEngine {
     if (sql == "PRAGMA user_version") return one("user_version", version);
     statements.push_back({sql, {values.begin(), values.end()}});
     for (const auto& [piece, rows] : answers) {
-      if (sql.find(piece) != std::string::npos) return rows;
+      if (sql.find(piece) == std::string::npos) continue;
+      return sql.ends_with("WHERE SiteID = :SiteID") ? of_site(rows, values[0].value) : rows;
     }
     return {};
+  }
+
+  static base::Rows of_site(const base::Rows& rows, const base::Field& key) {
+    const auto& columns = rows.columns();
+    if (std::find(columns.begin(), columns.end(), "SiteID") == columns.end()) return rows;
+    base::Rows found(columns);
+    for (const base::Row row : rows) {
+      if (row["SiteID"] != key) continue;
+      std::vector<base::Field> fields;
+      for (const std::string& column : columns)
+        fields.push_back(row[column]);
+      found.add(fields);
+    }
+    return found;
   }
 
   static base::Rows one(const char* column, const std::string& text) {

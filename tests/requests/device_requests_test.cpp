@@ -26,7 +26,7 @@ const base::LocalTime kMoment = base::local_time(2026, 11, 15, 9, 8, 7);
 struct DeviceRequests : ::testing::Test, StatisticsDisplay {
   DeviceRequests() {
     run.session.site = {};
-    run.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"5.ca"}});
+    run.engine.answer("SELECT FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"5.ca"}});
     record.site_id = 7;
     record.name = "USA_Office";
     record.identifier = "101";
@@ -48,7 +48,7 @@ struct DeviceRequests : ::testing::Test, StatisticsDisplay {
       columns.emplace_back(column.column);
       values.push_back(site.*column.member);
     }
-    run.engine.answer("FROM Site ORDER BY", columns, {values});
+    run.engine.answer("SELECT SiteID, User", columns, {values});
     std::rotate(run.engine.answers.begin(), run.engine.answers.end() - 1, run.engine.answers.end());
   }
   SystemAnswer command(const char* name) {
@@ -230,7 +230,7 @@ TEST_F(DeviceRequests, TakeAllPartitionsOfOldFirmwareAlone) {
   EXPECT_EQ(answer.files[1], (base::PartitionFile{2, "Stats2.csv"}));
 
   run.engine.answers.clear();
-  run.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
+  run.engine.answer("SELECT FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
   store(record);
   run.channel.posts.clear();
   EXPECT_EQ(AllPartitionsRequest(parts).run(record).result, RequestResult::kNotDone);
@@ -263,7 +263,7 @@ TEST_F(DeviceRequests, EndStatisticsAsTheSessionEnds) {
   run.scheduler.result_file = "error.sch";
   EXPECT_EQ(statistics(operation::kResetStatistics), RequestResult::kNotDone);
   run.engine.answers.clear();
-  run.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{std::nullopt}});
+  run.engine.answer("SELECT FirmwareVersion FROM Site", {"FirmwareVersion"}, {{std::nullopt}});
   EXPECT_EQ(statistics(), RequestResult::kNotDone);
   EXPECT_EQ(run.session.site.FirmwareVersion, "0");
   EXPECT_THAT(shown, IsEmpty());
@@ -313,7 +313,7 @@ struct LateResults : DeviceRequests {
 
 TEST_F(LateResults, BecomeWhatTheyWouldHaveBecome) {
   run.engine.answers.clear();
-  run.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
+  run.engine.answer("SELECT FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
   run.engine.answer("File_Handling", {"DefaultPathname", "DefaultFilename", "AutoIncrements"},
                     {{std::nullopt, std::nullopt, ""}});
   device["AllStatsP3.csv"] = "Line,Calls";

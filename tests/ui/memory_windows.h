@@ -41,8 +41,8 @@ struct MemoryWindows : control::StatisticsViewer, control::FileChooser {
                                            "NumberToDial",
                                            "FirmwareVersion"};
     auto earlier = std::exchange(suite.engine.answers, {});
-    suite.engine.answer("FROM Site ORDER BY", columns, rows);
-    suite.engine.answer("FirmwareVersion FROM Site", {"FirmwareVersion"}, {{firmware}});
+    suite.engine.answer("SELECT SiteID, User", columns, rows);
+    suite.engine.answer("SELECT FirmwareVersion FROM Site", {"FirmwareVersion"}, {{firmware}});
     suite.engine.answer("FROM Site", columns, rows);
     for (auto& answer : earlier)
       suite.engine.answers.push_back(std::move(answer));
