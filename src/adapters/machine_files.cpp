@@ -1,7 +1,5 @@
 #include "adapters/machine_files.h"
 
-#include <fcntl.h>
-
 #include <QCoreApplication>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -12,6 +10,7 @@
 #include "adapters/plain_file.h"
 #include "adapters/posix_fault.h"
 #include "base/fault.h"
+#include "base/text.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -34,26 +33,35 @@ QString setting_key(const std::string& section, const std::string& key) {
   return QString::fromStdString(section + "/" + key);
 }
 
-base::Fault no_settings(const std::string& file) {
-  return base::Fault("Bad file format",
-                     "\"" + file +
-                         "\" is not a settings file: every line of one is a [section], a "
-                         "key=value, empty or begins with \";\". Correct it, or remove it and "
-                         "run \"qvrcomctl setup\".");
+// "" when there is none. Fault for a file that holds no settings; the settings' own reader would take one,
+// and one that it may not read, for an empty one.
+std::string settings_text(const std::string& file) {
+  std::string text = FilesPosix().read_or_empty(suite_path(file));
+  for (std::string_view line : base::lines_of(text)) {
+    line = base::trim(line);
+    const bool is_section = line.starts_with('[') && line.ends_with(']');
+    if (line.empty() || line.starts_with(';') || is_section || line.find('=') != std::string_view::npos)
+      continue;
+    throw base::Fault("Bad file format",
+                      "\"" + file +
+                          "\" is not a settings file: every line of one is a [section], a "
+                          "key=value, empty or begins with \";\". Correct it, or remove it and "
+                          "run \"qvrcomctl setup\".");
+  }
+  return text;
 }
 
 // The settings' own writer, at work on a copy: it would make the file with rights of its own, follow a link
-// in its place and wait for locks that a power failure left. "" when the text is none of settings.
-std::string with_setting(const std::string& settings_text, const QString& key, const QString& value) {
+// in its place and wait for locks that a power failure left.
+std::string with_setting(const std::string& before, const QString& key, const QString& value) {
   const QTemporaryDir folder;
   const QString copy = folder.filePath(QStringLiteral("settings.ini"));
   FilesPosix files;
   const std::string path = suite_path(copy.toStdString());
-  files.save(path, settings_text, platform::Readers::kOwner);
+  files.save(path, before, platform::Readers::kOwner);
   QSettings settings(copy, QSettings::IniFormat);
   settings.setValue(key, value);
   settings.sync();
-  if (settings.status() == QSettings::FormatError) return {};
   if (settings.status() != QSettings::NoError)
     throw base::Fault("Path/File access error", "The settings cannot be written to \"" + copy.toStdString() +
                                                     "\". Check the temporary folder.");
@@ -123,8 +131,7 @@ std::optional<platform::RegistryData> MachineFiles::registry_value(platform::Reg
 std::optional<std::string> MachineFiles::setting(const std::string& application, const std::string& section,
                                                  const std::string& key) const {
   const std::string file = settings_file(application);
-  // The settings' own reader would take a file that it may not read for an empty one.
-  if (FilesPosix().is_taken(suite_path(file))) open_plain("Reading", file, O_RDONLY);
+  if (settings_text(file).empty()) return std::nullopt;
   const QSettings settings(QString::fromStdString(file), QSettings::IniFormat);
   const QVariant value = settings.value(setting_key(section, key));
   if (!value.isValid()) return std::nullopt;
@@ -159,12 +166,10 @@ void MachineFiles::set_registry_text(platform::RegistryRoot root, const std::str
 void MachineFiles::set_setting(const std::string& application, const std::string& section,
                                const std::string& key, const std::string& value) {
   if (setting(application, section, key) == value) return;
-  const std::string file = suite_path(settings_file(application));
-  FilesPosix files;
+  const std::string file = settings_file(application);
   const std::string text =
-      with_setting(files.read_or_empty(file), setting_key(section, key), QString::fromStdString(value));
-  if (text.empty()) throw no_settings(settings_file(application));
-  files.replace(file, text);
+      with_setting(settings_text(file), setting_key(section, key), QString::fromStdString(value));
+  FilesPosix().replace(suite_path(file), text);
 }
 
 void MachineFiles::store(const std::string& key, const std::string& name, const std::string& text) {

@@ -85,6 +85,7 @@ TEST_F(DatabaseTest, SetUpsAtOnceTakeTheirTurns) {
   std::ofstream(config + "/QVRCOM+.ini") << "nothing of the kind\n";
   EXPECT_THAT(doubles::whole_fault_of([&] { MachineFiles(config).set_setting("QVRCOM+", "A", "b", "c"); }),
               testing::HasSubstr("/QVRCOM+.ini\" is not a settings file"));
+  EXPECT_EQ(fault_of([&] { MachineFiles(config).setting("QVRCOM+", "Jobs", "LogDays"); }), "Bad file format");
   std::filesystem::remove(config + "/machine.reg");
   std::filesystem::create_directory(config + "/machine.reg");
   EXPECT_EQ(fault_of([&] { MachineFiles{config}; }), "Path/File access error");
