@@ -74,17 +74,6 @@ std::string serial_text(LocalTime moment) {
   return serial_text(date_serial(moment));
 }
 
-std::optional<double> parse_serial(std::string_view text) {
-  text = trim(text);
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (result.ec != std::errc{} || result.ptr != text.data() + text.size() || !std::isfinite(value)) {
-    return std::nullopt;
-  }
-  return value;
-}
-
 std::string job_name_stamp(LocalTime moment) {
   const Civil c = civil_of(moment);
   std::array<char, 80> buffer{};

@@ -22,9 +22,6 @@ std::optional<LocalTime> from_date_serial(double serial);
 std::string serial_text(double serial);
 std::string serial_text(LocalTime moment);
 
-// Reads any decimal text (optional sign, digits, optional fraction and exponent), blanks around it allowed.
-std::optional<double> parse_serial(std::string_view text);
-
 // "mmmddyyhhmmss": 15 November 2026 12:10:05 is "Nov1526121005". Thirteen characters, English month.
 std::string job_name_stamp(LocalTime moment);
 

@@ -1,5 +1,7 @@
 #include "base/number.h"
 
+#include <charconv>
+#include <cmath>
 #include <limits>
 #include <string>
 
@@ -69,6 +71,17 @@ std::int16_t to_int16(std::string_view text) {
 }
 std::int32_t to_int32(std::string_view text) {
   return to<std::int32_t>(text);
+}
+
+std::optional<double> parse_number(std::string_view text) {
+  text = trim(text);
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  double value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (result.ec != std::errc{} || result.ptr != text.data() + text.size() || !std::isfinite(value)) {
+    return std::nullopt;
+  }
+  return value;
 }
 
 }  // namespace qvrcom::base

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace qvrcom::base {
@@ -10,5 +11,9 @@ namespace qvrcom::base {
 // Fault "Type mismatch" when the text is not such a number, "Overflow" when it is out of range.
 std::int16_t to_int16(std::string_view text);
 std::int32_t to_int32(std::string_view text);
+
+// Any decimal text (optional sign, digits, optional fraction and exponent), blanks around it allowed; nothing
+// when it is none.
+std::optional<double> parse_number(std::string_view text);
 
 }  // namespace qvrcom::base

@@ -75,13 +75,6 @@ struct JobValues {
   std::string JobId;  // the index line, without its line end
 };
 
-// The CSV that one partition's statistics became.
-struct PartitionFile {
-  int partition = 0;
-  std::string file;  // suite path
-  bool operator==(const PartitionFile&) const = default;
-};
-
 // The run of one operation through the session dialog.
 struct RunValues {
   std::string CurrentOperation;
@@ -93,12 +86,9 @@ struct RunValues {
   std::string SessionStatus;  // "", "Completed", "Error" or "Cancelled"
   std::string SessionConfigID;
   std::string PartitionID;
-  std::string StatsResultFile;                  // suite path of the CSV that the operation wrote, or ""
-  std::vector<PartitionFile> PartitionResults;  // every CSV of a run over all partitions
-  std::string SameLogFile;                      // suite path of the SAME log that was filed, or ""
-  std::string MissingResult;                    // sentence: why a run that ended well left no result; or ""
-  bool SystemCommandActive = false;             // from the first step of a system command to its last
-  std::string SchedulerFolder;                  // ends in a backslash; "" until it is resolved
+  std::string StatsResultFile;       // suite path of the CSV that the operation wrote, or ""
+  bool SystemCommandActive = false;  // from the first step of a system command to its last
+  std::string SchedulerFolder;       // ends in a backslash; "" until it is resolved
 };
 
 // A recording's length: seconds past the whole minute and whole minutes, both decimal texts.

@@ -56,7 +56,7 @@ requests::RequestResult run_all_partitions(CommandContext& context, const sitebo
                                            bool force) {
   const auto answer = requests::AllPartitionsRequest(context.requests).run(site, force);
   context.console.erase_status();
-  for (const base::PartitionFile& each : answer.files)
+  for (const session::PartitionFile& each : answer.files)
     context.console.print_path(context.files.native(each.file));
   return answer.result;
 }

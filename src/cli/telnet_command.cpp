@@ -13,12 +13,13 @@ class TelnetScreen : public session::SessionScreen {
   TelnetScreen(session::SessionScreen& dialog, TelnetTerminal& terminal, const base::JobValues& job)
       : dialog_(dialog), terminal_(terminal), job_(job) {}
 
-  void show_modal() override {
+  session::SessionResult show_modal() override {
     terminal_.attach(job_.Name);
-    dialog_.show_modal();
+    session::SessionResult result = dialog_.show_modal();
     terminal_.leave();
+    return result;
   }
-  void show_late_outcome() override { dialog_.show_late_outcome(); }
+  session::SessionResult show_late_outcome() override { return dialog_.show_late_outcome(); }
 
  private:
   session::SessionScreen& dialog_;

@@ -254,8 +254,8 @@ void DevicePage::reset_all_partitions() {
   const auto answer = requests::AllPartitionsRequest(parts_.request).run(picker_->row());
   lblState_->setText(outcome_line(operation::kRetrieveResetAllStatistics, answer.result, {}));
   if (answer.files.empty()) return;
-  std::vector<base::PartitionFile> files = answer.files;
-  for (base::PartitionFile& file : files)
+  std::vector<session::PartitionFile> files = answer.files;
+  for (session::PartitionFile& file : files)
     file.file = parts_.request.rules.files.native(file.file);
   show_text(operation::kRetrieveResetAllStatistics, files_text(files), "statistics.txt");
 }

@@ -71,9 +71,9 @@ QString partition_text(int partition, const std::array<base::TimeRecord, 2>& tim
       .join(QLatin1Char('\n'));
 }
 
-QString files_text(const std::vector<base::PartitionFile>& files) {
+QString files_text(const std::vector<session::PartitionFile>& files) {
   QStringList lines{QStringLiteral("Statistics files: %1").arg(files.size())};
-  for (const base::PartitionFile& file : files)
+  for (const session::PartitionFile& file : files)
     lines += QStringLiteral("Partition %1: ").arg(file.partition, 2) + ui::qt_text(file.file);
   return lines.join(QLatin1Char('\n'));
 }

@@ -14,7 +14,7 @@ namespace qvrcom::desktop {
 
 QString information_text(const devicefiles::SystemInformation& information);
 QString partition_text(int partition, const std::array<base::TimeRecord, 2>& times);
-QString files_text(const std::vector<base::PartitionFile>& files);
+QString files_text(const std::vector<session::PartitionFile>& files);
 
 // Bytes that nobody here can read, sixteen on a line, under a line that says so.
 QString unread_text(const std::string& bytes);

@@ -34,9 +34,13 @@ void stop_job(platform::UserInterface& ui, platform::SchedulerControl& scheduler
   });
 }
 
-void SessionStopper::show_modal() {
-  screen_.show_modal();
-  if (!session_.run.CancelRequested) return;
+session::SessionResult SessionStopper::show_modal() {
+  session::SessionResult result = screen_.show_modal();
+  if (session_.run.CancelRequested) offer_to_stop();
+  return result;
+}
+
+void SessionStopper::offer_to_stop() {
   const std::string job = session_.job.Name;
   std::optional<requests::SessionProgress> progress;
   base::fault_of([&] { progress = requests::progress_of(scheduler_.status().status, job); });

@@ -22,10 +22,12 @@ class SessionStopper : public session::SessionScreen {
                  platform::SchedulerControl& scheduler, const base::Session& session)
       : screen_(screen), ui_(ui), scheduler_(scheduler), session_(session) {}
 
-  void show_modal() override;
-  void show_late_outcome() override { screen_.show_late_outcome(); }
+  session::SessionResult show_modal() override;
+  session::SessionResult show_late_outcome() override { return screen_.show_late_outcome(); }
 
  private:
+  void offer_to_stop();
+
   session::SessionScreen& screen_;
   platform::UserInterface& ui_;
   platform::SchedulerControl& scheduler_;

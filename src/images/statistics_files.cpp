@@ -1,13 +1,13 @@
 #include "images/statistics_files.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string_view>
 
 #include "base/fault.h"
+#include "base/number.h"
 #include "base/text.h"
 
 namespace qvrcom::images {
@@ -18,17 +18,10 @@ constexpr std::string_view kExtension = ".csv";
 // "2": the name is used as it stands. Anything else: the files are numbered.
 constexpr std::string_view kNotNumbered = "2";
 
-// What stands between base and extension, as a number: blanks and sign, digits, fraction, exponent; rounded,
-// halves to the even one. 0 when it is none or does not fit 32 bits.
+// What stands between base and extension, as a number, halves rounded to the even one. 0 when it is none or
+// does not fit 32 bits.
 std::int32_t number_of(std::string_view text) {
-  text = base::trim(text);
-  const bool negative = text.starts_with('-');
-  if (negative || text.starts_with('+')) text.remove_prefix(1);
-  if (text.empty() || text[0] < '0' || text[0] > '9') return 0;
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (result.ec != std::errc{} || result.ptr != text.data() + text.size()) return 0;
-  value = std::nearbyint(negative ? -value : value);
+  const double value = std::nearbyint(base::parse_number(text).value_or(0));
   using Limits = std::numeric_limits<std::int32_t>;
   return value >= Limits::min() && value <= Limits::max() ? static_cast<std::int32_t>(value) : 0;
 }

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "base/number.h"
 #include "base/text.h"
 #include "jobs/line_key.h"
 #include "protocol/index_line.h"
@@ -174,7 +175,7 @@ BoardJob job_from_script(const SchedulerFiles& scheduler, const std::string& job
   job.site_name = script->header.site_name;
   job.site_id = script->header.site_id;
   job.device_id = script->header.qvr_id;
-  if (const auto start = base::parse_serial(script->header.start_date))
+  if (const auto start = base::parse_number(script->header.start_date))
     job.start = base::from_date_serial(*start);
   return job;
 }

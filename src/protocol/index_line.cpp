@@ -1,6 +1,7 @@
 #include "protocol/index_line.h"
 
 #include "base/date_serial.h"
+#include "base/number.h"
 #include "base/text.h"
 #include "protocol/job_name.h"
 
@@ -24,9 +25,9 @@ IndexLineReading read_index_line(std::string_view text) {
   if (fields.size() != kFields || !fields[3].empty()) return no_line("not three fields closed by \";\"");
   const auto items = base::split(fields[1], "^");
   if (items.size() != kItems || !items[8].empty()) return no_line("not eight items closed by \"^\"");
-  const auto creation = base::parse_serial(fields[0]);
+  const auto creation = base::parse_number(fields[0]);
   if (!creation) return no_line("the creation value is no number");
-  const auto start = base::parse_serial(items[4]);
+  const auto start = base::parse_number(items[4]);
   if (!start) return no_line("the start is no number");
   const std::string_view job = job_of_script(fields[2]);
   if (job.empty()) return no_line("the script path names no job");

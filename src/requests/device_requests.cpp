@@ -8,11 +8,12 @@ namespace qvrcom::requests {
 SameLogAnswer SameLogRequest::run(const sitebook::SiteRecord& site) {
   SameLogAnswer answer;
   answer.result = trap_("SameLogRequest", [&] {
-    return request_.run({site, session::operation::kRetrieveSameLog, {}}, [&] {
-      parts_.screen.show_modal();
-      answer.file = parts_.rules.session.run.SameLogFile;
-      return answer.file.empty() ? RequestResult::kNotDone : RequestResult::kDone;
-    });
+    return request_.run({site, session::operation::kRetrieveSameLog, {}},
+                        [&](session::SessionResult& brought) {
+                          brought = parts_.screen.show_modal();
+                          answer.file = brought.same_log;
+                          return answer.file.empty() ? RequestResult::kNotDone : RequestResult::kDone;
+                        });
   });
   return answer;
 }
@@ -21,14 +22,15 @@ SameLogAnswer SameLogRequest::run(const sitebook::SiteRecord& site) {
 ViewAnswer ViewRequest::run(const sitebook::SiteRecord& site, std::int32_t partition) {
   ViewAnswer answer;
   answer.result = trap_("ViewRequest", [&] {
-    return request_.run({site, session::operation::kViewDevice, std::to_string(partition)}, [&] {
-      parts_.screen.show_modal();
-      answer.messages = parts_.rules.session.received.MessageNumbers;
-      const bool is_read = !answer.messages.empty();
-      if (is_read) answer.messages.pop_back();
-      const bool completed = parts_.rules.session.run.SessionStatus == "Completed";
-      return is_read && completed ? RequestResult::kDone : RequestResult::kNotDone;
-    });
+    return request_.run({site, session::operation::kViewDevice, std::to_string(partition)},
+                        [&](session::SessionResult& brought) {
+                          brought = parts_.screen.show_modal();
+                          answer.messages = parts_.rules.session.received.MessageNumbers;
+                          const bool is_read = !answer.messages.empty();
+                          if (is_read) answer.messages.pop_back();
+                          const bool completed = parts_.rules.session.run.SessionStatus == "Completed";
+                          return is_read && completed ? RequestResult::kDone : RequestResult::kNotDone;
+                        });
   });
   return answer;
 }
@@ -36,14 +38,14 @@ ViewAnswer ViewRequest::run(const sitebook::SiteRecord& site, std::int32_t parti
 AllPartitionsAnswer AllPartitionsRequest::run(const sitebook::SiteRecord& site, bool force) {
   AllPartitionsAnswer answer;
   answer.result = trap_("AllPartitionsRequest", [&] {
-    return request_.run({site, session::operation::kRetrieveResetAllStatistics, {}}, [&] {
-      if (!force && refuses_firmware()) return RequestResult::kNotDone;
-      parts_.screen.show_modal();
-      const base::RunValues& run = parts_.rules.session.run;
-      answer.files = run.PartitionResults;
-      const bool whole = run.SessionStatus == "Completed" && run.MissingResult.empty();
-      return whole && !answer.files.empty() ? RequestResult::kDone : RequestResult::kNotDone;
-    });
+    return request_.run(
+        {site, session::operation::kRetrieveResetAllStatistics, {}}, [&](session::SessionResult& brought) {
+          if (!force && refuses_firmware()) return RequestResult::kNotDone;
+          brought = parts_.screen.show_modal();
+          answer.files = brought.partition_files;
+          const bool whole = parts_.rules.session.run.SessionStatus == "Completed" && brought.missing.empty();
+          return whole && !answer.files.empty() ? RequestResult::kDone : RequestResult::kNotDone;
+        });
   });
   return answer;
 }

@@ -51,7 +51,7 @@ class ViewRequest {
 struct AllPartitionsAnswer {
   // kDone when there are files and no partition that arrived failed to become one.
   RequestResult result = RequestResult::kNotDone;
-  std::vector<base::PartitionFile> files;  // ascending; partitions without statistics are missing
+  std::vector<session::PartitionFile> files;  // ascending; partitions without statistics are missing
 };
 
 // Retrieves and resets the statistics of all partitions of one site in one job. It is meant for devices that

@@ -25,7 +25,7 @@ std::vector<jobs::BoardJob> LateResultsRequest::waiting() const {
 LateResultsAnswer LateResultsRequest::process(const jobs::BoardJob& job) {
   LateResultsAnswer answer;
   answer.result = trap_("LateResultsRequest", [&] {
-    return request_.run_alone([&] {
+    return request_.run_alone([&](session::SessionResult& brought) {
       const auto jobs = waiting();
       const bool is_there = std::any_of(jobs.begin(), jobs.end(),
                                         [&](const jobs::BoardJob& each) { return each.job == job.job; });
@@ -35,24 +35,25 @@ LateResultsAnswer LateResultsRequest::process(const jobs::BoardJob& job) {
         return RequestResult::kNotDone;
       }
       take_over(job);
-      return run(job, answer);
+      return run(job, answer, brought);
     });
   });
   return answer;
 }
 
-RequestResult LateResultsRequest::run(const jobs::BoardJob& job, LateResultsAnswer& answer) {
-  parts_.screen.show_late_outcome();
+RequestResult LateResultsRequest::run(const jobs::BoardJob& job, LateResultsAnswer& answer,
+                                      session::SessionResult& brought) {
+  brought = parts_.screen.show_late_outcome();
   const base::RunValues& run = parts_.rules.session.run;
-  for (const base::PartitionFile& each : run.PartitionResults)
+  for (const session::PartitionFile& each : brought.partition_files)
     answer.files.push_back(each.file);
-  for (const std::string& file : {run.StatsResultFile, run.SameLogFile}) {
+  for (const std::string& file : {run.StatsResultFile, brought.same_log}) {
     const bool is_new = !file.empty() && (answer.files.empty() || answer.files.back() != file);
     if (is_new) answer.files.push_back(file);
   }
   // A folder that is still there says that its files could not be made use of.
   const bool is_gone = !parts_.rules.files.folder_exists(parts_.rules.session.job.Folder);
-  const bool is_whole = job.ending() == protocol::Ending::kCompleted && run.MissingResult.empty() && is_gone;
+  const bool is_whole = job.ending() == protocol::Ending::kCompleted && brought.missing.empty() && is_gone;
   return is_whole ? RequestResult::kDone : RequestResult::kNotDone;
 }
 

@@ -31,7 +31,7 @@ class LateResultsRequest {
   LateResultsAnswer process(const jobs::BoardJob& job);
 
  private:
-  RequestResult run(const jobs::BoardJob& job, LateResultsAnswer& answer);
+  RequestResult run(const jobs::BoardJob& job, LateResultsAnswer& answer, session::SessionResult& brought);
   void take_over(const jobs::BoardJob& job) const;
   std::string list_again(const jobs::BoardJob& job) const;
 

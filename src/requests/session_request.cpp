@@ -72,15 +72,14 @@ void SessionRequest::refuse(const std::string& text, const std::string& detail) 
       {.text = text, .title = platform::kSuiteTitle, .icon = platform::Icon::kWarning, .detail = detail});
 }
 
-RequestResult SessionRequest::run(const SessionWish& wish,
-                                  const std::function<RequestResult()>& session) const {
+RequestResult SessionRequest::run(const SessionWish& wish, const Work& session) const {
   if (!accepted_site(wish)) return RequestResult::kNotDone;  // before others are waited for
-  return run_alone([&] {
+  return run_alone([&](session::SessionResult& brought) {
     const auto site = accepted_site(wish);  // the wait may have been long
     if (!site) return RequestResult::kNotDone;
     take_over(wish, *site);
     name_session_site();
-    return session();
+    return session(brought);
   });
 }
 
@@ -92,26 +91,25 @@ std::optional<sitebook::SiteRecord> SessionRequest::accepted_site(const SessionW
   return accepted ? std::move(site) : std::nullopt;
 }
 
-RequestResult SessionRequest::run_alone(const std::function<RequestResult()>& session) const {
+RequestResult SessionRequest::run_alone(const Work& session) const {
   auto hold = parts_.gate.enter();
   if (!hold) return RequestResult::kBusy;
   prepare_files();
-  const RequestResult result = session();
+  session::SessionResult brought;
+  const RequestResult result = session(brought);
   hold.reset();
-  tell_missing();
+  tell_missing(brought);
   return result;
 }
 
-void SessionRequest::tell_missing() const {
-  const base::RunValues& run = parts_.rules.session.run;
-  const std::string& reason = run.MissingResult;
-  if (reason.empty()) return;
-  const bool has_some = !run.StatsResultFile.empty() || !run.PartitionResults.empty();
+void SessionRequest::tell_missing(const session::SessionResult& brought) const {
+  if (brought.missing.empty()) return;
+  const bool has_some = !parts_.rules.session.run.StatsResultFile.empty() || !brought.partition_files.empty();
   parts_.rules.ui.show({.text = has_some ? "The operation has not brought everything."
                                          : "The operation ended without a result.",
                         .title = platform::kSuiteTitle,
                         .icon = platform::Icon::kWarning,
-                        .detail = reason});
+                        .detail = brought.missing});
 }
 
 void SessionRequest::take_over(const SessionWish& wish, const sitebook::SiteRecord& site) const {
@@ -139,9 +137,6 @@ void SessionRequest::prepare_files() const {
     rules.Create_File(list.pending_file);
   base::Session& session = parts_.rules.session;
   session.run.StatsResultFile.clear();
-  session.run.PartitionResults.clear();
-  session.run.SameLogFile.clear();
-  session.run.MissingResult.clear();
   session.received.PartitionTimes = {};
   session.received.MessageNumbers.clear();
 }

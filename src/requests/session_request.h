@@ -53,12 +53,13 @@ class SessionRequest {
   // Fills the session values from the site as the book has it by then and runs `session` while this program
   // has the session: kNotDone for a site that has gone or has another title than the one shown, whose card is
   // refused or whose index line would be dropped, kBusy when another program keeps the session (a box has
-  // said so in all cases), otherwise what `session` answers. A run that ended well without its result is told
-  // of in a box, the reason as its detail. Whoever calls traps.
-  RequestResult run(const SessionWish& wish, const std::function<RequestResult()>& session) const;
+  // said so in all cases), otherwise what `session` answers. What is missing in the result that it brings is
+  // told of in a box, the reason as its detail. Whoever calls traps.
+  using Work = std::function<RequestResult(session::SessionResult& brought)>;
+  RequestResult run(const SessionWish& wish, const Work& session) const;
 
   // Its second half: what earlier runs have left in the session is forgotten before `session`.
-  RequestResult run_alone(const std::function<RequestResult()>& session) const;
+  RequestResult run_alone(const Work& session) const;
 
  private:
   std::optional<sitebook::SiteRecord> accepted_site(const SessionWish& wish) const;
@@ -67,7 +68,7 @@ class SessionRequest {
   void take_over(const SessionWish& wish, const sitebook::SiteRecord& site) const;
   void prepare_files() const;
   void name_session_site() const;
-  void tell_missing() const;
+  void tell_missing(const session::SessionResult& brought) const;
 
   SessionRequestParts parts_;
 };

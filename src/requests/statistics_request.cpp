@@ -16,20 +16,21 @@ RequestResult StatisticsRequest::RetrieveStatSingPartition(const StatisticsOrder
   return trap_("ERROR! RetrieveStatSingPartition : ", [&] {
     const SessionWish wish{order.site, order.operation, std::to_string(order.partition), false};
     std::string file;
-    const RequestResult result = request_.run(wish, [&] {
-      parts_.screen.show_modal();
+    const RequestResult result = request_.run(wish, [&](session::SessionResult& brought) {
+      brought = parts_.screen.show_modal();
       file = parts_.rules.session.run.StatsResultFile;
-      return result_of(order);
+      return result_of(order, brought);
     });
     if (!file.empty()) display_.ShowStatistics(file);
     return result;
   });
 }
 
-RequestResult StatisticsRequest::result_of(const StatisticsOrder& order) const {
+RequestResult StatisticsRequest::result_of(const StatisticsOrder& order,
+                                           const session::SessionResult& brought) const {
   const base::RunValues& run = parts_.rules.session.run;
   const bool leaves_file = order.operation != session::operation::kResetStatistics;
-  const bool done = run.SessionStatus == "Completed" && run.MissingResult.empty() &&
+  const bool done = run.SessionStatus == "Completed" && brought.missing.empty() &&
                     (!leaves_file || !run.StatsResultFile.empty());
   return done ? RequestResult::kDone : RequestResult::kNotDone;
 }

@@ -40,7 +40,7 @@ class StatisticsRequest {
   RequestResult RetrieveStatSingPartition(const StatisticsOrder& order);
 
  private:
-  RequestResult result_of(const StatisticsOrder& order) const;
+  RequestResult result_of(const StatisticsOrder& order, const session::SessionResult& brought) const;
 
   SessionRequestParts parts_;
   SessionRequest request_;

@@ -10,7 +10,7 @@
 #include "platform/message.h"
 #include "protocol/job_lists.h"
 #include "session/file_rescue.h"
-#include "siterules/device_address.h"
+#include "session/job_steps.h"
 
 namespace qvrcom::requests {
 namespace {
@@ -20,19 +20,6 @@ namespace operation = session::operation;
 // The commands that send a file of the user's.
 bool sends_file(const std::string& name) {
   return name == operation::kSendFirmware || name == operation::kSendCannedMessages;
-}
-
-session::CommandSite command_site(const base::SiteValues& site) {
-  return {
-      .site_name = site.SiteName,
-      .site_id = site.UserSiteID,
-      .qvr_id = site.SiteID,
-      .dial_up_flag = base::to_int16(site.ConnectMethod),
-      .dial_up_connection = site.DialupConnection,
-      .number_to_dial = site.NumberToDial,
-      .ftp_address = siterules::device_address(site.ConnectMethod, site.IPLan, site.IPDirect, site.IPModem),
-      .ftp_user = site.LoginName,
-      .ftp_password = site.AccessCode};
 }
 
 }  // namespace
@@ -102,7 +89,7 @@ SystemAnswer SystemRequest::run(const SystemOrder& order) {
   answer.result = trap_("SystemRequest", [&] {
     if (sends_file(order.operation) && refuses_file(order)) return RequestResult::kNotDone;
     return request_.run({order.site, order.operation, order.partition},
-                        [&] { return carry_out(order, answer); });
+                        [&](session::SessionResult&) { return carry_out(order, answer); });
   });
   return answer;
 }
@@ -128,7 +115,7 @@ RequestResult SystemRequest::carry_out(const SystemOrder& order, SystemAnswer& a
     throw base::Fault("Unknown operation", "\"" + order.operation + "\" is no system command.");
   }
   session::SystemCommands commands(parts_.rules, parts_.link, parts_.screen);
-  Call call{commands, command_site(parts_.rules.session.site), order, answer.status};
+  Call call{commands, session::script_header(parts_.rules.session, {}), order, answer.status};
   row->run(call);
   answer.shortfall = parts_.rules.session.received.Shortfall;
   if (answer.status != "Completed") {

@@ -98,7 +98,7 @@ Remainder AllPartitions::save_statistics() {
   const std::string text = shortcomings.text();
   if (!text.empty()) {
     statistics_.miss(text);
-  } else if (session_.run.PartitionResults.empty()) {
+  } else if (frame_.result().partition_files.empty()) {
     statistics_.miss("No partition of the configuration has sent its statistics.");
   }
   return {.undecoded = !shortcomings.undecoded().empty(), .accounts = shortcomings.undecoded()};
@@ -107,7 +107,7 @@ Remainder AllPartitions::save_statistics() {
 // A partition that neither the configuration nor the device has is none.
 void AllPartitions::save_partition(int number, const jobs::AccountFindings& found,
                                    Shortcomings& shortcomings) {
-  if (!found.taken.empty()) return session_.run.PartitionResults.push_back({number, found.taken});
+  if (!found.taken.empty()) return frame_.result().partition_files.push_back({number, found.taken});
   const std::string partition = std::to_string(number);
   const bool lines = found.arrived("linestat") != nullptr;
   const bool nodes = found.arrived("nodestat") != nullptr;
@@ -126,7 +126,7 @@ void AllPartitions::save_partition(int number, const jobs::AccountFindings& foun
     if (!csv.empty()) {
       if (lack.empty()) jobs::note_taken(files_, session_.job.Folder, found.account, csv);
       session_.run.StatsResultFile = csv;
-      session_.run.PartitionResults.push_back({number, csv});
+      frame_.result().partition_files.push_back({number, csv});
     }
     if (lack.empty()) return;
     shortcomings.add(Shortcomings::kNotDecoded, number, lack);

@@ -11,8 +11,8 @@
 namespace qvrcom::session {
 
 // Retrieves and resets the statistics of all partitions of the current site in one job, in the older form
-// whatever the device's firmware. Each CSV is entered in `PartitionResults`; the last one is also
-// `StatsResultFile`. `MissingResult` names every partition that was not fetched, not reset or not decoded.
+// whatever the device's firmware. Each CSV is entered in the result's `partition_files`; the last one is also
+// `StatsResultFile`. `missing` names every partition that was not fetched, not reset or not decoded.
 class AllPartitions {
  public:
   AllPartitions(const BusinessRulesParts& parts, SessionFrame& frame)

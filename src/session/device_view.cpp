@@ -40,7 +40,7 @@ void DeviceView::take_index() {
   frame_.show_step("Processing Data ...");
   rules_.Process_CompletedSch_File();
   if (!rules_.MissingDownloads.empty())
-    session_.run.MissingResult = "The device's message index did not arrive.";
+    frame_.result().missing = "The device's message index did not arrive.";
 }
 
 }  // namespace qvrcom::session

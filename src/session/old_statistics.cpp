@@ -2,20 +2,11 @@
 
 #include <algorithm>
 
-#include "base/date_serial.h"
+#include "base/number.h"
 #include "base/text.h"
 #include "session/job_steps.h"
 
 namespace qvrcom::session {
-namespace {
-
-// A text that is no number counts as 0, which is no partition.
-double number_of(const std::string& text) {
-  return base::parse_serial(text).value_or(0);
-}
-
-}  // namespace
-
 void add_clearing(std::vector<protocol::ScriptCommand>& commands) {
   for (const char* file : {"linestat", "nodestat"})
     commands.push_back(protocol::delete_file(file));
@@ -56,9 +47,10 @@ void OldStatistics::take_images() {
 // The last element of the list is spare.
 bool OldStatistics::has_delivered(const std::string& partition) const {
   const auto& received = session_.received.ReceivedPartitions;
-  const double wanted = number_of(partition);
-  return !received.empty() && std::any_of(received.begin(), received.end() - 1,
-                                          [&](const std::string& each) { return number_of(each) == wanted; });
+  const double wanted = base::parse_number(partition).value_or(0);
+  return !received.empty() && std::any_of(received.begin(), received.end() - 1, [&](const std::string& each) {
+    return base::parse_number(each).value_or(0) == wanted;
+  });
 }
 
 std::string OldStatistics::write_csv(const std::string& partition, const std::string& line_stat_file,
@@ -76,8 +68,8 @@ std::string OldStatistics::write_csv(const std::string& partition, const std::st
 }
 
 void OldStatistics::miss(const std::string& reason) {
-  session_.run.MissingResult = reason;
-  log_to_job(parts_, session_.run.MissingResult);
+  frame_.result().missing = reason;
+  log_to_job(parts_, reason);
 }
 
 }  // namespace qvrcom::session

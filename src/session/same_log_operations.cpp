@@ -70,7 +70,7 @@ void SameLogOperations::file_log(const std::string& local_file, const std::strin
   const std::string text = site_lines(site_name, user_site_id) + parts_.files.read(local_file);
   const std::string path = parts_.folders.GetSAMELogsFolder() + name_for(local_file);
   parts_.files.replace(path, text);
-  session_.run.SameLogFile = path;
+  frame_.result().same_log = path;
 }
 
 // Named after the job's folder. Where there is none, after the moment, and the next log gets another one.

@@ -21,7 +21,7 @@ class SameLogOperations {
   // The outcome of the session's job, which another run wrote.
   void process_outcome();
 
-  // The outcome of its job. `SameLogFile` names the filed log.
+  // The outcome of its job. The result names the filed log.
   void ProcessRetrieveSameLog_NewQVR(const std::string& local_file, const std::string& site_name,
                                      const std::string& user_site_id);
 

@@ -78,6 +78,7 @@ class SessionFrame {
 
   DialogFace& face() { return face_; }
   BusinessRules& rules() { return rules_; }
+  SessionResult& result() { return result_; }  // filled by the outcome routines
 
  protected:
   bool posted_ = false;   // the job at hand has been told to the scheduler
@@ -101,6 +102,7 @@ class SessionFrame {
   SchedulerLink& link_;
   platform::SchedulerControl& control_;
   DialogFace face_;
+  SessionResult result_;
   platform::Trap trap_;
   std::array<std::string, 3> collected_;  // pending lists without the job, one per ending
 };

@@ -12,11 +12,11 @@ class SessionRun : public SessionScreen {
  public:
   SessionRun(const SessionParts& parts, SessionWindows& windows) : parts_(parts), windows_(windows) {}
 
-  void show_modal() override;
-  void show_late_outcome() override;
+  SessionResult show_modal() override;
+  SessionResult show_late_outcome() override;
 
  private:
-  void show(const std::function<void(frmResponse&)>& prepare);
+  SessionResult show(const std::function<void(frmResponse&)>& prepare);
 
   SessionParts parts_;
   SessionWindows& windows_;

@@ -2,10 +2,25 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace qvrcom::session {
 
 class frmResponse;
+
+// The CSV that one partition's statistics became.
+struct PartitionFile {
+  int partition = 0;
+  std::string file;  // suite path
+  bool operator==(const PartitionFile&) const = default;
+};
+
+// What a run of the session dialog has brought, beside the session values.
+struct SessionResult {
+  std::vector<PartitionFile> partition_files;  // every CSV of a run over all partitions
+  std::string same_log;                        // suite path of the SAME log that was filed, or ""
+  std::string missing;                         // sentence: why a run that ended well left no result; or ""
+};
 
 // The face of the session dialog: a window on the desktop, lines on a terminal. It holds no logic; each
 // set_ member sets one property of the control of that name.
@@ -56,11 +71,11 @@ class SessionScreen {
   virtual ~SessionScreen() = default;
 
   // Runs `RunValues::CurrentOperation` in the dialog; returns after the dialog has been unloaded.
-  virtual void show_modal() = 0;
+  virtual SessionResult show_modal() = 0;
 
   // The same for a job that ended while no dialog waited for it: only its outcome is processed. The session
   // values name the job, its site and its operation, and SessionStatus says how it ended.
-  virtual void show_late_outcome() = 0;
+  virtual SessionResult show_late_outcome() = 0;
 };
 
 }  // namespace qvrcom::session

@@ -224,12 +224,12 @@ bool SystemCommands::make_folder(const Order& order) {
 void SystemCommands::write(const Order& order) {
   order.prepare(local_path(order));
   const base::JobValues& job = parts_.session.job;
-  const CommandSite& site = order.site;
-  const std::string description = order.command.operation;
-  const protocol::ScriptHeader header{
-      site.site_name,          site.site_id,        site.qvr_id,      description,   site.dial_up_flag,
-      site.dial_up_connection, site.number_to_dial, site.ftp_address, site.ftp_user, site.ftp_password,
-      job.StartDate,           job.StopDate,        job.Interval,     job.Period};
+  protocol::ScriptHeader header = order.site;
+  header.description = order.command.operation;
+  header.start_date = job.StartDate;
+  header.stop_date = job.StopDate;
+  header.interval = job.Interval;
+  header.period = job.Period;
   if (order.command.transfer == Transfer::kTelnet) {
     rules_.Write_Script_Header(header, jobs::kTelnetSession);
   } else {
@@ -237,7 +237,8 @@ void SystemCommands::write(const Order& order) {
     rules_.Write_Script(body_of(order));
     rules_.Write_Script_End();
   }
-  rules_.Write_Index(site.site_name, site.site_id, description, job.StartDate, job.Interval, job.Period);
+  rules_.Write_Index(header.site_name, header.site_id, header.description, header.start_date, header.interval,
+                     header.period);
 }
 
 // The partition's number is written without blanks for the device, and as it came in the local name.

@@ -1,29 +1,20 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
 
 #include "images/device_records.h"
 #include "platform/trap.h"
+#include "protocol/script_grammar.h"
 #include "session/business_rules.h"
 #include "session/scheduler_link.h"
 #include "session/session_view.h"
 
 namespace qvrcom::session {
 
-// The device that a system command goes to: the arguments that all ten have in common, in their order.
-struct CommandSite {
-  std::string site_name;
-  std::string site_id;  // the user's own identifier
-  std::string qvr_id;   // the device's key in the site book
-  std::int16_t dial_up_flag = 0;
-  std::string dial_up_connection;
-  std::string number_to_dial;
-  std::string ftp_address;
-  std::string ftp_user;
-  std::string ftp_password;
-};
+// The device that a system command goes to: what its script's header says of the site. Description, times,
+// interval and period are left to the command.
+using CommandSite = protocol::ScriptHeader;
 
 // The ten commands to a device as a whole. Each writes its own job, submits it, shows the session dialog
 // until JobPilot has answered, and then does its own result step. `status` becomes "Completed", "Error",

@@ -25,16 +25,16 @@ TEST(DateSerial, IsTheShortestDecimalOfTenDecimals) {
   };
   for (const auto& c : cases) {
     EXPECT_EQ(serial_text(c.moment), c.text);
-    EXPECT_EQ(from_date_serial(*parse_serial(c.text)), c.moment) << c.text;
+    EXPECT_EQ(from_date_serial(*parse_number(c.text)), c.moment) << c.text;
   }
 }
 
 TEST(DateSerial, ReadsAnyDecimalTextAndNothingElse) {
   for (const char* good : {"46341.5", " 46341.5 ", "4.63415e4", "+46341.5", "46341.50"}) {
-    EXPECT_EQ(parse_serial(good), 46341.5) << good;
+    EXPECT_EQ(parse_number(good), 46341.5) << good;
   }
   for (const char* bad : {"", " ", "46341,5", "12x", "1e999", "nan", "inf", "+-1"}) {
-    EXPECT_FALSE(parse_serial(bad).has_value()) << bad;
+    EXPECT_FALSE(parse_number(bad).has_value()) << bad;
   }
   EXPECT_FALSE(from_date_serial(1e12));
   EXPECT_FALSE(from_date_serial(-1e12));

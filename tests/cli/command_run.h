@@ -19,21 +19,22 @@ namespace qvrcom::cli {
 // A session dialog that ends at once: it leaves a file and "Completed", unless the partition is to fail.
 // Tidying up behind the untidy one fails.
 struct FakeScreen : session::SessionScreen {
-  void show_modal() override {
+  session::SessionResult show_modal() override {
     const base::RunValues& run = suite->session.run;
     shown.push_back(suite->session.site.UserSiteID + "/" + run.PartitionID + " " + run.CurrentOperation);
     const bool fails = run.PartitionID == failing_partition;
     suite->session.run.SessionStatus = fails ? "Error" : "Completed";
     if (fails) suite->ui.show({.text = "went wrong", .title = "ERROR"});
-    if (fails) return;
+    if (fails) return {};
     if (run.PartitionID == untidy_partition)
       platform::Trap(suite->ui)("Remove_Folder", [] { throw base::Fault(base::kFileNotFound); });
     suite->session.run.StatsResultFile = "\\stats\\P" + run.PartitionID + ".csv";
-    suite->session.run.SameLogFile = "\\same\\" + suite->session.site.UserSiteID + ".log";
-    suite->session.run.PartitionResults = {{1, "\\stats\\P1.csv"}, {8, "\\stats\\P8.csv"}};
     suite->session.received.MessageNumbers = {"001", "\x1b[31m", ""};  // the last is the spare one
+    return {.partition_files = {{1, "\\stats\\P1.csv"}, {8, "\\stats\\P8.csv"}},
+            .same_log = "\\same\\" + suite->session.site.UserSiteID + ".log",
+            .missing = {}};
   }
-  void show_late_outcome() override {}
+  session::SessionResult show_late_outcome() override { return {}; }
   programs::Suite* suite = nullptr;
   std::string failing_partition = "none";
   std::string untidy_partition = "none";

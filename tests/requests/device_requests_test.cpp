@@ -227,7 +227,7 @@ TEST_F(DeviceRequests, TakeAllPartitionsOfOldFirmwareAlone) {
   const AllPartitionsAnswer answer = AllPartitionsRequest(parts).run(record);
   EXPECT_EQ(answer.result, RequestResult::kDone);
   ASSERT_EQ(answer.files.size(), 64U);
-  EXPECT_EQ(answer.files[1], (base::PartitionFile{2, "Stats2.csv"}));
+  EXPECT_EQ(answer.files[1], (session::PartitionFile{2, "Stats2.csv"}));
 
   run.engine.answers.clear();
   run.engine.answer("SELECT FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});

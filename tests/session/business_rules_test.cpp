@@ -105,7 +105,8 @@ struct CommandRun : session::DialogRun {
 
   session::SessionRun screen{parts(), *this};
   SystemCommands commands{parts().rules, link, screen};
-  CommandSite site{"USA_Office", "101", "9", 1, "Line", "555", " 10.0.0.6 ", "", " secret "};
+  CommandSite site{"USA_Office", "101", "9",        {}, 1,  "Line", "555",
+                   " 10.0.0.6 ", "",    " secret ", {}, {}, {},     {}};
   std::string status = "?", log;
   images::ClockRecord device_clock{};
   images::FirmwareRecord firmware{};

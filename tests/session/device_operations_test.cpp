@@ -77,14 +77,14 @@ TEST(AllPartitions, AreRetrievedAndResetInOneJob) {
     lines += block(std::to_string(number), true);
   EXPECT_EQ(sent_to(run), script_head(operation::kRetrieveResetAllStatistics) + transfer(lines));
   EXPECT_EQ(run.scheduler.index, index_line(operation::kRetrieveResetAllStatistics, "Nov1526121005001"));
-  EXPECT_EQ(run.session.run.PartitionResults.size(), 61U);
-  EXPECT_EQ(run.session.run.PartitionResults.back().file, "Stats64.csv");
+  EXPECT_EQ(run.result.partition_files.size(), 61U);
+  EXPECT_EQ(run.result.partition_files.back().file, "Stats64.csv");
   EXPECT_EQ(run.requests(), "J1 J5 J6 J2");
   EXPECT_EQ(run.view.infos.back(), "Completed Retrieve Reset Statistics All Partitions");
   EXPECT_THAT(run.left_behind(), IsEmpty());
   EXPECT_EQ(run.view.caption, "OK");
   EXPECT_EQ(
-      run.session.run.MissingResult,
+      run.result.missing,
       "Not fetched: partition 5, 9. Fetched but not in the configuration, so not decoded: partition 3.");
   EXPECT_THAT(rescued(run), ElementsAre("getdBaseP3.dat", "getdBaseP9.dat", "linestatP3.dat",
                                         "linestatP9.dat", "nodestatP3.dat"));
@@ -110,8 +110,8 @@ TEST(AllPartitions, SayWhatTheReportTells) {
   }
   run.scheduler.report += "FAILED;part7;nodestat;;550 Locked;\r\n";
   run.go_hosted();
-  EXPECT_EQ(run.session.run.PartitionResults.size(), 63U);
-  EXPECT_EQ(run.session.run.MissingResult,
+  EXPECT_EQ(run.result.partition_files.size(), 63U);
+  EXPECT_EQ(run.result.missing,
             "Fetched but not reset: partition 7 (550 Locked). Fetched, but: partition 64 (has no line "
             "statistics, which could not be read).");
   EXPECT_THAT(rescued(run), ElementsAre("getdBaseP64.dat", "linestatP64.dat", "nodestatP64.dat"));
@@ -124,8 +124,8 @@ TEST(AllPartitions, AreNotTakenTwice) {
   run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
   run.scheduler.report = "ENDED;;;;completed;\r\nTAKEN;part1;;;C:\\Stats1.csv;\r\n";
   run.go_hosted();
-  ASSERT_EQ(run.session.run.PartitionResults.size(), 64U);
-  EXPECT_EQ(run.session.run.PartitionResults[0].file, "C:\\Stats1.csv");
+  ASSERT_EQ(run.result.partition_files.size(), 64U);
+  EXPECT_EQ(run.result.partition_files[0].file, "C:\\Stats1.csv");
   EXPECT_THAT(run.components.calls(), ::testing::Not(::testing::Contains("WriteStatsCsv 1|1")));
   EXPECT_THAT(run.components.calls(), ::testing::Contains("WriteStatsCsv 1|2"));
 }
@@ -240,7 +240,7 @@ TEST(SameLog, IsFiledAsItCame) {
     const std::string bytes("EAS\0\xFF\nend", 9);
     run.scheduler.sends = [&](const std::string&) { return bytes; };
     run.go();
-    EXPECT_EQ(run.session.run.SameLogFile, kLogs + name);
+    EXPECT_EQ(run.result.same_log, kLogs + name);
     EXPECT_THAT(run.scheduler.index, HasSubstr("^Retrieve SAME Log^USA_Office^101^"));
     EXPECT_EQ(run.files.content[kLogs + name], "SiteName,USA_Office\r\nUserSiteID,101\r\n" + bytes);
     EXPECT_THAT(run.view.infos, ElementsAre("Retrieve SAME Log", "Creating Script", "Retrieving SAME Log",

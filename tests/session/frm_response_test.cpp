@@ -151,7 +151,7 @@ TEST(frmResponse, RunsAnOperationToItsEnd) {
     const std::string csv = steps < 4 || no_csv ? "" : cells[1] == "5.ca" ? "Stats3.csv" : kCsv;
     EXPECT_EQ(run.session.run.StatsResultFile, csv);
     const bool says_why = (no_csv && cells[3] != "disk full") || cells[3] == "bad lines";
-    const std::string& why = run.session.run.MissingResult;
+    const std::string& why = run.result.missing;
     EXPECT_EQ(why.empty(), !says_why);
     const std::string log = run.folders.GetLogsFolder() + run.session.job.Name + ".log";
     EXPECT_EQ(run.files.content[log], why.empty() ? "" : "2026-11-15 12:10:05 " + why + "\r\n");

@@ -231,9 +231,10 @@ struct DialogRun : MemorySuite, SessionWindows {
     if (!dialog.Form_Load()) return;
     window.show_modal(dialog);
     dialog.Form_Unload();
+    result = dialog.result();
   }
   // As a request has it.
-  void go_hosted() { SessionRun(parts(), *this).show_modal(); }
+  void go_hosted() { result = SessionRun(parts(), *this).show_modal(); }
   std::unique_ptr<SessionWindow> make() override { return std::make_unique<RecordingView>(view); }
 
   // Presses Cancel once `when` holds while events run.
@@ -248,6 +249,7 @@ struct DialogRun : MemorySuite, SessionWindows {
 
   Shown view;
   RecordingView window{view};
+  SessionResult result;
 };
 
 }  // namespace qvrcom::session
