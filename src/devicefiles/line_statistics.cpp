@@ -34,13 +34,6 @@ LinesActive read_active(ByteReader& record) {
   return active;
 }
 
-void write_calls(ByteWriter& record, const LineCalls& calls) {
-  record.u16("line", calls.line);
-  for (const std::uint32_t value :
-       {calls.calls, calls.answered, calls.busy, calls.no_answer, calls.seconds, calls.longest})
-    record.u32(value);
-}
-
 }  // namespace
 
 LineStatistics read_line_statistics(std::string_view bytes) {
@@ -62,24 +55,6 @@ LineStatistics read_line_statistics(std::string_view bytes) {
   require_unique(file, result.transfers, "lines", [](const LineTransfers& one) { return one.line; });
   require_unique(file, result.active, "numbers of lines", [](const LinesActive& one) { return one.lines; });
   return result;
-}
-
-std::string write_line_statistics(const LineStatistics& statistics) {
-  SectionWriter file(kForm, {0, statistics.partition});
-  write_counted(file, statistics.counted);
-  file.section(kCallsSection, kCallsLength, statistics.calls, write_calls);
-  file.section(kTransfersSection, kTransfersLength, statistics.transfers,
-               [](ByteWriter& record, const LineTransfers& one) {
-                 record.u16("line", one.line);
-                 record.u32(one.transfers);
-               });
-  file.section(kActiveSection, kActiveLength, statistics.active,
-               [](ByteWriter& record, const LinesActive& one) {
-                 record.u16("lines active", one.lines);
-                 record.u32(one.times);
-                 record.u32(one.seconds);
-               });
-  return file.finish();
 }
 
 }  // namespace qvrcom::devicefiles

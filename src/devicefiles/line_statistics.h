@@ -61,7 +61,4 @@ struct LineStatistics {
 // `bytes` is the whole file. Fault when it is none of this suite, of another version, or damaged.
 LineStatistics read_line_statistics(std::string_view bytes);
 
-// Fault "Overflow" when a value does not fit its field.
-std::string write_line_statistics(const LineStatistics& statistics);
-
 }  // namespace qvrcom::devicefiles

@@ -58,32 +58,6 @@ SelectionDetail read_detail(ByteReader& record) {
   return detail;
 }
 
-void write_access(ByteWriter& record, const NodeAccess& one) {
-  write_node_name(record, one.node);
-  record.u32(one.accesses);
-  record.text("description", one.description, kDescriptionWidth);
-}
-
-void write_selections(ByteWriter& record, const NodeSelections& one) {
-  write_node_name(record, one.node);
-  for (const std::uint32_t value : {one.made, one.invalid, one.timed_out, one.aborted})
-    record.u32(value);
-}
-
-void write_count(ByteWriter& record, const SelectionCount& one) {
-  write_node_name(record, one.node);
-  record.text("choice", one.choice, kChoiceWidth);
-  record.u32(one.selections);
-}
-
-void write_detail(ByteWriter& record, const SelectionDetail& one) {
-  write_node_name(record, one.node);
-  record.text("choice", one.choice, kChoiceWidth);
-  write_node_name(record, one.leads_to);
-  record.u32(one.first_try);
-  record.u32(one.later_tries);
-}
-
 void check_unique(const SectionReader& file, const NodeStatistics& statistics) {
   const auto node = [](const auto& one) { return one.node; };
   require_unique(file, statistics.accesses, "nodes", node);
@@ -109,16 +83,6 @@ NodeStatistics read_node_statistics(std::string_view bytes) {
             [&](ByteReader& record) { result.details.push_back(read_detail(record)); });
   check_unique(file, result);
   return result;
-}
-
-std::string write_node_statistics(const NodeStatistics& statistics) {
-  SectionWriter file(kForm, {0, statistics.partition});
-  write_counted(file, statistics.counted);
-  file.section(kAccessSection, kAccessLength, statistics.accesses, write_access);
-  file.section(kSelectionsSection, kSelectionsLength, statistics.selections, write_selections);
-  file.section(kCountsSection, kCountsLength, statistics.counts, write_count);
-  file.section(kDetailsSection, kDetailsLength, statistics.details, write_detail);
-  return file.finish();
 }
 
 }  // namespace qvrcom::devicefiles

@@ -65,7 +65,4 @@ struct NodeStatistics {
 // `bytes` is the whole file. Fault when it is none of this suite, of another version, or damaged.
 NodeStatistics read_node_statistics(std::string_view bytes);
 
-// Fault "Overflow" when a value does not fit its field.
-std::string write_node_statistics(const NodeStatistics& statistics);
-
 }  // namespace qvrcom::devicefiles

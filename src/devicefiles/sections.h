@@ -110,7 +110,6 @@ inline constexpr std::uint32_t kCountedSection = 1;
 inline constexpr std::size_t kCountedLength = 8;
 
 CountedTime read_counted(const SectionReader& file);
-void write_counted(SectionWriter& file, const CountedTime& counted);
 
 // The partition of the header; Fault for a file of the whole device.
 std::uint32_t read_partition(const SectionReader& file);

@@ -10,7 +10,6 @@ constexpr FileForm kForm{"QI", "system information"};
 constexpr std::size_t kLength = 72;
 constexpr std::size_t kChecksumAt = 68;
 constexpr std::size_t kFirmwareWidth = 8, kSerialWidth = 16, kModelWidth = 12;
-constexpr std::size_t kUnusedWidth = 8;
 
 SystemInformation read_fields(ByteReader& reader) {
   SystemInformation result;
@@ -39,27 +38,6 @@ SystemInformation read_system_information(std::string_view bytes) {
   if (checked.u32("checksum") != crc32(bytes.substr(0, kChecksumAt))) checked.refuse("Its checksum is wrong");
   ByteReader reader(bytes, kForm.kind);
   return read_fields(reader);
-}
-
-std::string write_system_information(const SystemInformation& information) {
-  ByteWriter writer;
-  writer.bytes(kForm.magic);
-  writer.u8("version", kFileVersion);
-  writer.u8("length", kLength);
-  writer.text("firmware", information.firmware, kFirmwareWidth);
-  writer.text("serial number", information.serial_number, kSerialWidth);
-  writer.text("model", information.model, kModelWidth);
-  writer.u8("machine type", information.machine_type);
-  writer.u8("lines", information.lines);
-  writer.u8("partitions", information.partitions);
-  writer.u8("unused", 0);
-  writer.u32(information.memory);
-  writer.u32(information.memory_used);
-  writer.u32(information.uptime);
-  writer.moment(information.moment);
-  writer.bytes(std::string(kUnusedWidth, '\0'));
-  writer.u32(crc32(writer.str()));
-  return writer.str();
 }
 
 }  // namespace qvrcom::devicefiles

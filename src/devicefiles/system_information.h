@@ -27,7 +27,4 @@ struct SystemInformation {
 // `bytes` is the whole file, 72 bytes. Fault when it is none of this suite, of another version, or damaged.
 SystemInformation read_system_information(std::string_view bytes);
 
-// 72 bytes. Fault "Overflow" when a value does not fit its field.
-std::string write_system_information(const SystemInformation& information);
-
 }  // namespace qvrcom::devicefiles

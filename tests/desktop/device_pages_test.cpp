@@ -20,6 +20,7 @@
 #include "desktop/same_logs_page.h"
 #include "desktop/session_stopper.h"
 #include "devicefiles/device_time.h"
+#include "doubles/system_information_bytes.h"
 #include "ui/memory_windows.h"
 #include "ui/modal_driver.h"
 #include "ui/reading_text.h"
@@ -130,12 +131,7 @@ TEST_F(DevicePages, PutTheClocksSideBySideAndSetTheDevice) {
 }
 
 TEST_F(DevicePages, TellWhatTheDeviceIsOrShowItsBytes) {
-  devicefiles::SystemInformation information;
-  information.firmware = "6.62";
-  information.memory = 8000 * 3600;
-  information.uptime = 90'061;
-  information.moment = kMoment;
-  device["sysinfo.dat"] = devicefiles::write_system_information(information);
+  device["sysinfo.dat"] = doubles::system_information_bytes("6.62");
   device_page();
   run("cmdInformation");
   EXPECT_THAT(text(), testing::ContainsRegex("Firmware: +6\\.62\n"));

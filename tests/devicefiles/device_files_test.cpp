@@ -151,9 +151,6 @@ TEST(DeviceFiles, WritersRefuseWhatDoesNotFit) {
               testing::StartsWith("Overflow"));
   EXPECT_EQ(read_device_time(write_device_time({local_time(2136, 2, 7, 6, 28, 15)})).moment,
             local_time(2136, 2, 7, 6, 28, 15));
-  SystemInformation system;
-  system.firmware = "123456789";
-  EXPECT_THAT(whole_fault_of([&] { write_system_information(system); }), testing::HasSubstr("firmware"));
   EXPECT_THAT(whole_fault_of([] {
                 write_partition_image({1, {}, {{{1, 70000}, ""}}});
               }),

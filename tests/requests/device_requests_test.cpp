@@ -4,6 +4,7 @@
 
 #include "devicefiles/device_time.h"
 #include "doubles/memory_lock.h"
+#include "doubles/system_information_bytes.h"
 #include "requests/device_requests.h"
 #include "requests/job_upkeep.h"
 #include "requests/late_results_request.h"
@@ -122,10 +123,7 @@ TEST_F(DeviceRequests, LeaveNothingOfACommandThatFailed) {
 TEST_F(DeviceRequests, ReadWhatTheDeviceTells) {
   device["time"] = devicefiles::write_device_time({kMoment});
   EXPECT_EQ(command(operation::kGetDateAndTime).clock, kMoment);
-  devicefiles::SystemInformation information;
-  information.partitions = 8;
-  information.moment = kMoment;
-  device["sysinfo.dat"] = devicefiles::write_system_information(information);
+  device["sysinfo.dat"] = doubles::system_information_bytes("");
   EXPECT_EQ(command(operation::kGetSystemInformation).information.partitions, 8U);
   device["msgindexP3.dat"] = std::string("\0\0\xFA\0\0\x01\xF4\0", 8);
   order.partition = "3";
@@ -271,10 +269,7 @@ TEST_F(DeviceRequests, EndStatisticsAsTheSessionEnds) {
 }
 
 TEST_F(DeviceRequests, StoreTheFirmwareVersionThatTheDeviceTells) {
-  devicefiles::SystemInformation information;
-  information.firmware = "6.62";
-  information.moment = kMoment;
-  device["sysinfo.dat"] = devicefiles::write_system_information(information);
+  device["sysinfo.dat"] = doubles::system_information_bytes("6.62");
   run.engine.answer("SELECT SiteID FROM Site", {"SiteID"}, {{"7"}});
   EXPECT_EQ(command(operation::kGetSystemInformation).result, RequestResult::kDone);
   const auto& stored = run.engine.statements.back();
