@@ -6,8 +6,8 @@
 
 #include <utility>
 
+#include "adapters/plain_file.h"
 #include "adapters/posix_fault.h"
-#include "base/fault.h"
 
 namespace qvrcom::adapters {
 namespace {
@@ -16,20 +16,10 @@ constexpr const char* kReading = "Reading";
 
 class OpenFile : public csv::ByteSource {
  public:
-  explicit OpenFile(std::string native) : native_(std::move(native)) {
-    // A named pipe would otherwise wait for a writer.
-    descriptor_ = ::open(native_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor_ < 0) fail(kReading, native_);
-  }
-  ~OpenFile() override { ::close(descriptor_); }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-
-  void measure() {
+  explicit OpenFile(std::string native)
+      : native_(std::move(native)), file_(open_plain(kReading, native_, O_RDONLY, Links::kFollowed)) {
     struct stat status {};
-    if (::fstat(descriptor_, &status) != 0) fail(kReading, native_);
-    if (!S_ISREG(status.st_mode))
-      throw base::Fault("Path/File access error", "\"" + native_ + "\" is not a plain file.");
+    if (::fstat(file_.get(), &status) != 0) fail(kReading, native_);
     size_ = static_cast<std::uint64_t>(status.st_size);
   }
 
@@ -39,7 +29,7 @@ class OpenFile : public csv::ByteSource {
     std::size_t done = 0;
     while (done < into.size()) {
       const ssize_t got =
-          ::pread(descriptor_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
+          ::pread(file_.get(), into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
       if (got < 0 && errno == EINTR) continue;
       if (got < 0) fail(kReading, native_);
       if (got == 0) break;
@@ -50,7 +40,7 @@ class OpenFile : public csv::ByteSource {
 
  private:
   std::string native_;
-  int descriptor_ = -1;
+  Descriptor file_;
   std::uint64_t size_ = 0;
 };
 
@@ -65,9 +55,7 @@ csv::FileStamp ByteSourcesPosix::stamp(const std::string& path) const {
 }
 
 std::unique_ptr<csv::ByteSource> ByteSourcesPosix::open(const std::string& path) const {
-  auto file = std::make_unique<OpenFile>(native_path(path));
-  file->measure();
-  return file;
+  return std::make_unique<OpenFile>(native_path(path));
 }
 
 }  // namespace qvrcom::adapters

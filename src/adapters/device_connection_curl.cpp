@@ -18,7 +18,7 @@
 #include <utility>
 
 #include "adapters/ftp_reply.h"
-#include "adapters/transfer_files.h"
+#include "adapters/plain_file.h"
 #include "base/text.h"
 
 namespace qvrcom::adapters {

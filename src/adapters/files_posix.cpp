@@ -14,7 +14,6 @@
 
 #include "adapters/plain_file.h"
 #include "adapters/posix_fault.h"
-#include "adapters/transfer_files.h"
 #include "base/fault.h"
 #include "base/text.h"
 
@@ -146,8 +145,7 @@ bool copy_all(int from, int to) {
   std::array<char, 65536> bytes;
   ::lseek(from, 0, SEEK_SET);
   while (true) {
-    const ssize_t got = ::read(from, bytes.data(), bytes.size());
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got = read_some(from, bytes.data(), bytes.size());
     if (got <= 0) return got == 0;
     if (!write_all(to, {bytes.data(), static_cast<std::size_t>(got)})) return false;
   }
@@ -187,8 +185,7 @@ std::string read_whole(const std::string& native, Links links) {
   std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
   std::size_t have = 0;
   while (have < bytes.size()) {
-    const ssize_t got = ::read(file.get(), bytes.data() + have, bytes.size() - have);
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got = read_some(file.get(), bytes.data() + have, bytes.size() - have);
     if (got < 0) fail(kReading, native);
     if (got == 0) break;  // it became shorter meanwhile
     have += static_cast<std::size_t>(got);

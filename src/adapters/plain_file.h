@@ -2,6 +2,8 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -40,11 +42,54 @@ Descriptor open_plain(const char* what, const std::string& native, int flags, Li
 // Fault when something lies there that `open_plain` would refuse; nothing at all is fine.
 void need_plain(const std::string& native);
 
+// Up to `room` bytes, 0 at the end; negative when the read fails, errno says why.
+ssize_t read_some(int file, char* buffer, std::size_t room);
+
 // False when a write fails; errno says why.
 bool write_all(int file, std::string_view bytes);
 
 // Makes a folder and those above it, where they are missing; nobody but their owner may write to them. False
 // when it is no folder then.
 bool make_folders(const std::string& native);
+
+// So that a new name outlasts a power failure: the device may be told next to delete what was fetched. A file
+// system that cannot do this for folders keeps its names in its own way. False with errno. `path` is native.
+bool sync_folder_of(const std::string& path);
+
+// A file that is being received: it grows under the name + ".part" and gets its own name once it is whole.
+// Neither name is followed where it is a link. Without `keep` the part is removed again.
+class PartFile {
+ public:
+  // Fault when the part cannot be made. `path` is native.
+  explicit PartFile(std::string path);
+  ~PartFile();
+  PartFile(const PartFile&) = delete;
+  PartFile& operator=(const PartFile&) = delete;
+
+  void write(std::string_view bytes);  // Fault "Disk full" and the like
+  void keep();
+  std::uint64_t length() const { return length_; }
+
+ private:
+  std::string path_;
+  std::string part_;
+  Descriptor file_;
+  std::uint64_t length_ = 0;
+};
+
+// A plain file that is being sent. Fault when it is missing, a link or no plain file. `path` is native.
+class SourceFile {
+ public:
+  explicit SourceFile(const std::string& path);
+
+  // Up to `room` bytes, 0 at the end. Fault when the file cannot be read on.
+  std::size_t read(char* buffer, std::size_t room);
+  std::uint64_t length() const { return length_; }
+
+ private:
+  std::string path_;
+  Descriptor file_;
+  std::uint64_t length_ = 0;
+};
 
 }  // namespace qvrcom::adapters
