@@ -27,6 +27,14 @@ bool ends_reply(std::string_view line) {
   return line.size() > 3 && std::all_of(line.begin(), line.begin() + 3, base::is_digit) && line[3] == ' ';
 }
 
+bool is_kind(std::string_view reply, char digit) {
+  return !reply.empty() && reply[0] == digit;
+}
+
+bool refuses(std::string_view reply) {
+  return is_kind(reply, '4') || is_kind(reply, '5');
+}
+
 std::optional<std::uint64_t> size_in(std::string_view reply) {
   if (!reply.starts_with("213 ")) return std::nullopt;
   const std::string_view digits = base::trim(reply.substr(4));
@@ -59,6 +67,22 @@ bool too_short_to_mask(std::string_view secret) {
   const auto characters = std::count_if(
       secret.begin(), secret.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
   return !secret.empty() && characters < kShortestMasked;
+}
+
+void StepReplies::hear(std::string_view line) {
+  while (!line.empty() && (line.back() == '\r' || line.back() == '\n'))
+    line.remove_suffix(1);
+  if (!ends_reply(line)) return;
+  last_ = line;
+  if (stray_.empty() && !belongs(line)) stray_ = line;
+  opened_ |= is_kind(line, '1');
+}
+
+// More is asked for in a login alone, and the data of a transfer follow once.
+bool StepReplies::belongs(std::string_view reply) const {
+  if (is_kind(reply, '3')) return step_ == Step::kLogin;
+  if (is_kind(reply, '1')) return step_ == Step::kTransfer && !opened_;
+  return is_kind(reply, '2') || refuses(reply);
 }
 
 }  // namespace qvrcom::adapters
