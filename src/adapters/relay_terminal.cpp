@@ -18,7 +18,7 @@ void add_bytes(protocol::TerminalFrameReader& frames, const QByteArray& bytes) {
   frames.add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
-void refuse(QLocalSocket* peer, char kind, const char* why) {
+void hang_up(QLocalSocket* peer, char kind, const std::string& why) {
   peer->write(frame_bytes(kind, why));
   peer->disconnectFromServer();
 }
@@ -53,7 +53,7 @@ bool RelayTerminal::read() {
 void RelayTerminal::dismiss(const std::string& why, int limit) {
   if (!here()) return;
   disconnect(peer_, nullptr, this, nullptr);
-  refuse(peer_, protocol::kTerminalEnd, why.c_str());
+  hang_up(peer_, protocol::kTerminalEnd, why);
   if (peer_->state() != QLocalSocket::UnconnectedState) peer_->waitForDisconnected(limit);
 }
 
@@ -78,8 +78,8 @@ void RelayTerminal::greet(QLocalSocket* peer) {
   if (frames.damaged()) return peer->abort();
   if (!hello) return;
   if (hello->kind != protocol::kTerminalAttach || hello->payload != job_name_)
-    return refuse(peer, protocol::kTerminalNotHere, "Another job has its Telnet session.");
-  if (here()) return refuse(peer, protocol::kTerminalTaken, "Another terminal has attached already.");
+    return hang_up(peer, protocol::kTerminalNotHere, "Another job has its Telnet session.");
+  if (here()) return hang_up(peer, protocol::kTerminalTaken, "Another terminal has attached already.");
   peer_ = peer;
   connect(peer, &QLocalSocket::bytesWritten, this, [this] { outlets_.moved(); });
   connect(peer, &QLocalSocket::disconnected, this, [this] { outlets_.left(); });

@@ -34,7 +34,7 @@ class RelayTerminal : public QObject {
   void say(const std::string& frames);
 
   // Bytes that were said and the terminal has not taken.
-  qint64 backlog() const { return attached_ ? peer_->bytesToWrite() : unseen_.size(); }
+  qint64 backlog() const { return attached_ && here() ? peer_->bytesToWrite() : unseen_.size(); }
 
   // Reads a piece of what the terminal has sent; false when there is none.
   bool read();

@@ -5,17 +5,15 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QLocalSocket>
 #include <QNetworkProxy>
-#include <QPointer>
 #include <QTcpSocket>
 #include <QTimer>
-#include <array>
 #include <deque>
 #include <mutex>
 #include <optional>
 
 #include "adapters/local_socket.h"
+#include "adapters/relay_terminal.h"
 #include "adapters/telnet_protocol.h"
 #include "protocol/terminal_frame.h"
 
@@ -29,7 +27,6 @@ using std::chrono::milliseconds;
 
 constexpr qint64 kMostWaiting = 65536;  // bytes, each way; then nothing more is read on the other side
 constexpr qint64 kPiece = 8192;         // bytes of one read
-constexpr int kHelloLimit = 2000;       // milliseconds until a terminal has said its job
 constexpr int kFarewellLimit = 2000;    // milliseconds for the last bytes
 constexpr int kCutLimit = 200;          // the same when the session was cut off
 constexpr int kCountTime = 50;          // milliseconds between two looks at what has arrived
@@ -44,10 +41,6 @@ std::string seconds_text(milliseconds time) {
   return std::to_string(time.count() / 1000) + " s";
 }
 
-QByteArray bytes_of(const std::string& text) {
-  return {text.data(), static_cast<qsizetype>(text.size())};
-}
-
 // One session, on the thread that made it, while that thread runs its events.
 class RelayedSession : public QObject {
  public:
@@ -57,12 +50,12 @@ class RelayedSession : public QObject {
       : order_(order),
         reached_(reached),
         progress_(progress),
-        owned_(socket_path),
+        terminal_(socket_path, order.job_name,
+                  {[this] { settle_terminal(); }, [this] { read_on(); }, [this] { terminal_left(); }}),
         telnet_({[this](std::string_view bytes) { to_device(bytes); },
                  [this](std::string_view bytes) { to_terminal(bytes); }, [this](bool on) { echo(on); }}) {
     watch_device();
     watch_limits();
-    connect(&owned_.server(), &QLocalServer::newConnection, this, [this] { welcome(); });
   }
 
   platform::TerminalTraffic run() {
@@ -139,7 +132,7 @@ class RelayedSession : public QObject {
   // What the device says while nobody listens is kept, up to the limit.
   void read_device() {
     while (open() && device_.bytesAvailable() > 0 && device_.bytesToWrite() < kMostWaiting &&
-           terminal_backlog() < kMostWaiting)
+           terminal_.backlog() < kMostWaiting)
       take_from_device();
   }
 
@@ -152,8 +145,6 @@ class RelayedSession : public QObject {
     });
     if (fault) end_with(fault->description(), fault->detail());
   }
-
-  qint64 terminal_backlog() const { return attached_ ? terminal_->bytesToWrite() : unseen_.size(); }
 
   void device_gone() {
     while (open() && device_.bytesAvailable() > 0)
@@ -179,9 +170,8 @@ class RelayedSession : public QObject {
     for (; !on_the_way_.empty() && on_the_way_.front().written <= arrived; on_the_way_.pop_front())
       arrived_ = on_the_way_.front().typed;
     on_the_way_.empty() ? count_.stop() : count_.start();
-    if (arrived_ != before && terminal_ != nullptr)
-      terminal_->write(
-          bytes_of(protocol::terminal_frame_text(protocol::kTerminalCount, std::to_string(arrived_))));
+    if (arrived_ != before)
+      terminal_.say(protocol::terminal_frame_text(protocol::kTerminalCount, std::to_string(arrived_)));
   }
 
   std::string traffic_text() const {
@@ -193,18 +183,11 @@ class RelayedSession : public QObject {
   void to_terminal(std::string_view bytes) {
     from_device_ += bytes.size();
     progress_(from_device_);
-    say(bytes_of(protocol::terminal_data_text(bytes)));
+    terminal_.say(protocol::terminal_data_text(bytes));
   }
 
   void echo(bool on) {
-    say(bytes_of(protocol::terminal_frame_text(protocol::kTerminalEcho, std::string_view(on ? "1" : "0"))));
-  }
-
-  void say(const QByteArray& frames) {
-    if (attached_)
-      terminal_->write(frames);
-    else
-      unseen_ += frames;
+    terminal_.say(protocol::terminal_frame_text(protocol::kTerminalEcho, on ? "1" : "0"));
   }
 
   void moved() {
@@ -216,65 +199,27 @@ class RelayedSession : public QObject {
     read_terminal();
   }
 
-  void welcome() {
-    while (QLocalSocket* peer = owned_.server().nextPendingConnection()) {
-      peer->setReadBufferSize(kMostWaiting);
-      connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
-      connect(peer, &QLocalSocket::readyRead, this, [this, peer] { greet(peer); });
-      QTimer::singleShot(kHelloLimit, peer, [this, peer] {
-        if (peer != terminal_) peer->abort();
-      });
-      greet(peer);
-    }
-  }
-
-  // A peer says first which job it is for.
-  void greet(QLocalSocket* peer) {
-    if (peer == terminal_) return read_terminal();
-    protocol::TerminalFrameReader frames;
-    const QByteArray bytes = peer->peek(kPiece);
-    frames.add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    const auto hello = frames.next();
-    if (frames.damaged()) return peer->abort();
-    if (!hello) return;
-    if (hello->kind != protocol::kTerminalAttach || hello->payload != order_.job_name)
-      return refuse(peer, protocol::kTerminalNotHere, "Another job has its Telnet session.");
-    if (terminal_ != nullptr)
-      return refuse(peer, protocol::kTerminalTaken, "Another terminal has attached already.");
-    terminal_ = peer;
-    connect(peer, &QLocalSocket::bytesWritten, this, [this] { read_on(); });
-    connect(peer, &QLocalSocket::disconnected, this, [this] {
-      read_terminal();
-      end({TerminalEnd::kLeft, {}});
-    });
-    settle_terminal();
-  }
-
-  static void refuse(QLocalSocket* peer, char kind, const char* why) {
-    peer->write(bytes_of(protocol::terminal_frame_text(kind, why)));
-    peer->disconnectFromServer();
-  }
-
   // Once there are both a device and a terminal.
   void settle_terminal() {
-    if (!connected_ || terminal_ == nullptr || attached_) return;
+    if (!connected_ || !terminal_.here() || attached_) return;
     limit_.stop();
     attached_ = true;
     moved();
     reached_(TerminalStage::kAttached);
-    terminal_->write(bytes_of(protocol::terminal_frame_text(protocol::kTerminalAttach, order_.job_name)));
-    terminal_->write(std::exchange(unseen_, {}));
+    terminal_.attach();
     read_on();
   }
 
+  void terminal_left() {
+    read_terminal();
+    end({TerminalEnd::kLeft, {}});
+  }
+
   void read_terminal() {
-    while (open() && attached_ && terminal_ != nullptr && terminal_->bytesAvailable() > 0 &&
-           device_.bytesToWrite() < kMostWaiting) {
-      const QByteArray bytes = terminal_->read(kPiece);
-      frames_.add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-      for (auto frame = frames_.next(); frame && open(); frame = frames_.next())
+    while (open() && attached_ && device_.bytesToWrite() < kMostWaiting && terminal_.read()) {
+      for (auto frame = terminal_.next(); frame && open(); frame = terminal_.next())
         obey(*frame);
-      if (frames_.damaged()) end_with("The terminal does not keep to the protocol");
+      if (terminal_.damaged()) end_with("The terminal does not keep to the protocol");
     }
   }
 
@@ -302,14 +247,8 @@ class RelayedSession : public QObject {
     count_.stop();
     disconnect(&device_, nullptr, this, nullptr);
     const int limit = ending_->fault ? kCutLimit : kFarewellLimit;
-    if (terminal_ != nullptr) {
-      disconnect(terminal_, nullptr, this, nullptr);
-      const std::string why =
-          ending_->fault ? ending_->fault->description() + "." : std::string("The Telnet session has ended.");
-      terminal_->write(bytes_of(protocol::terminal_frame_text(protocol::kTerminalEnd, why)));
-      terminal_->disconnectFromServer();
-      if (terminal_->state() != QLocalSocket::UnconnectedState) terminal_->waitForDisconnected(limit);
-    }
+    terminal_.dismiss(ending_->fault ? ending_->fault->description() + "." : "The Telnet session has ended.",
+                      limit);
     if (!connected_) return device_.abort();
     device_.disconnectFromHost();
     if (device_.state() != QAbstractSocket::UnconnectedState) device_.waitForDisconnected(limit);
@@ -320,14 +259,11 @@ class RelayedSession : public QObject {
   const platform::TransferProgress& progress_;
   QEventLoop loop_;
   QTcpSocket device_;
-  OwnedServer owned_;
-  QPointer<QLocalSocket> terminal_;
+  RelayTerminal terminal_;
   QTimer limit_;  // for connecting, then for the terminal
   QTimer session_;
   QTimer idle_;
   TelnetProtocol telnet_;
-  protocol::TerminalFrameReader frames_;
-  QByteArray unseen_;  // frames that wait for the terminal
   bool connected_ = false;
   bool attached_ = false;
   std::uint64_t from_device_ = 0;
