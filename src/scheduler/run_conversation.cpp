@@ -6,7 +6,7 @@
 #include <set>
 
 #include "base/fault.h"
-#include "scheduler/report_writer.h"
+#include "scheduler/job_reports.h"
 #include "scheduler/run_plan.h"
 
 namespace qvrcom::scheduler {

@@ -6,14 +6,12 @@
 #include <utility>
 
 #include "base/fault.h"
-#include "base/text.h"
 #include "jobs/job_log.h"
-#include "jobs/report_file.h"
 #include "protocol/index_line.h"
 #include "protocol/job_lists.h"
 #include "protocol/job_name.h"
-#include "protocol/job_report.h"
 #include "protocol/messages.h"
+#include "scheduler/job_reports.h"
 
 namespace qvrcom::scheduler {
 
@@ -28,11 +26,6 @@ constexpr std::chrono::milliseconds kStopPatience{300};  // for a session that i
 
 constexpr const char* kTakenOutReason = "The job was stopped in the scheduler before its turn came.";
 constexpr const char* kLeftBehindReason = "The session was stopped in the scheduler and did not end in time.";
-constexpr const char* kCutOffReason =
-    "The session was cut off after the device had been told to delete or store something. The job is not run "
-    "again; its files are kept.";
-constexpr const char* kBadReportReason =
-    "The job has run before, and its report cannot be read. The job is not run again; its files are kept.";
 constexpr const char* kEndedBeforeReason =
     "The session had ended before the scheduler was started again, and its log does not say why it failed.";
 
@@ -48,29 +41,6 @@ constexpr std::array<const char*, 3> kSentences{
 
 const char* ending_sentence(Ending ending) {
   return kSentences[static_cast<std::size_t>(ending)];
-}
-
-// What a session of an earlier run of this program has left in the job's folder.
-struct EarlierSession {
-  Ending ending;
-  std::string reason;
-  bool ended = false;  // its report says so itself
-};
-
-// Nothing when there was none, or it has changed nothing: then the job may be run from its first line.
-std::optional<EarlierSession> earlier_session(const platform::Files& files, const std::string& folder) {
-  const std::string path = protocol::report_path(folder);
-  if (files.is_link(folder) || !files.file_exists(path)) return std::nullopt;
-  const auto report = jobs::report_of(files, folder);
-  if (!report) {
-    // Cut off within its first line: nothing had been done yet.
-    const std::size_t first_line = protocol::report_head().size() + base::kCrLf.size();
-    if (!files.is_link(path) && files.length(path) < first_line) return std::nullopt;
-    return EarlierSession{Ending::kError, kBadReportReason};
-  }
-  if (const auto ending = report->ending()) return EarlierSession{*ending, {}, true};
-  if (report->has_changed()) return EarlierSession{Ending::kError, kCutOffReason};
-  return std::nullopt;
 }
 
 }  // namespace
@@ -240,7 +210,7 @@ void SchedulerEngine::list_interrupted() {
     take_index();
   });
   if (looking_back_) return look_back();
-  base::fault_of([this] { end_cut_reports(); });
+  base::fault_of([this] { end_cut_reports(parts_.files, parts_.scheduler_folder); });
 }
 
 void SchedulerEngine::look_back() {
@@ -255,22 +225,8 @@ void SchedulerEngine::look_back() {
   list_finished();
   if (next_back_ < index_.size()) return parts_.wake();
   looking_back_ = false;
-  base::fault_of([this] { end_cut_reports(); });
+  base::fault_of([this] { end_cut_reports(parts_.files, parts_.scheduler_folder); });
   look_for_work();
-}
-
-// A job whose dialog was left has no index line: its report alone tells that it was cut off.
-void SchedulerEngine::end_cut_reports() {
-  for (const std::string& name : parts_.files.list_folders(parts_.scheduler_folder)) {
-    const std::string folder = parts_.scheduler_folder + name;
-    base::fault_of([&] {
-      const auto report = jobs::report_of(parts_.files, folder);
-      if (!report || !report->has_changed() || report->ending()) return;
-      parts_.files.append_line(
-          protocol::report_path(folder),
-          protocol::report_line_text({protocol::ReportWord::kEnded, {}, {}, {}, "error"}));
-    });
-  }
 }
 
 void SchedulerEngine::tick() {

@@ -96,7 +96,6 @@ class SchedulerEngine {
   void consider(std::size_t number);
   void start(std::string_view text);
   void set_aside(std::string_view line, CountedSentences& sentences, std::string sentence);
-  void end_cut_reports();
   bool finish_from_report(const std::string& line, const std::string& job);
   void take_events();
   void finish(const RunResult& report);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -40,5 +41,20 @@ class ReportWriter {
   bool changed_ = false;
   bool broken_ = false;
 };
+
+// What a session of an earlier run of this program has left in the job's folder.
+struct EarlierSession {
+  protocol::Ending ending;
+  std::string reason;  // a full sentence; "" when there is none, or the job's log has it
+  bool ended = false;  // its report says so itself
+};
+
+// Nothing when there was no such session, or it has changed nothing: then the job may be run from its first
+// line. `folder` is the job's, without a backslash at its end. Fault when the report cannot be looked at.
+std::optional<EarlierSession> earlier_session(const platform::Files& files, const std::string& folder);
+
+// Ends the reports of sessions that were cut off after they may have changed a device: as an error. A job
+// whose dialog was left has no index line, so its report alone tells that it was cut off.
+void end_cut_reports(platform::Files& files, const std::string& scheduler_folder);
 
 }  // namespace qvrcom::scheduler
