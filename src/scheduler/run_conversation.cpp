@@ -19,6 +19,24 @@ using MonotonicClock = std::chrono::steady_clock;
 constexpr int kMostLoginsAgain = 8;      // in one session, whether they succeed or not
 constexpr std::size_t kMostNamed = 200;  // accounts in the summary
 
+// "1 byte", "20 bytes"
+std::string bytes_text(std::uint64_t count) {
+  return std::to_string(count) + (count == 1 ? " byte" : " bytes");
+}
+
+// Brings up the plan's dial-up connection, if it has one. Fault when that fails.
+void dial_up(const RunPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,
+             const std::atomic<bool>& cancelled, const RunTelling& telling) {
+  if (!plan.dial) return;
+  if (settings.dial_command.empty())
+    throw base::Fault(
+        "The site is reached over a dial-up connection, and no dial command is configured "
+        "(setting DialCommand of section JobPilot)");
+  telling.begin("Dialling " + plan.dial->connection);
+  dialer.dial(settings.dial_command, plan.dial->connection, plan.dial->number, settings.dial, cancelled);
+  telling.done("The dial-up connection " + plan.dial->connection + " is up.");
+}
+
 class Conversation {
  public:
   Conversation(const RunPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
@@ -235,6 +253,29 @@ class Conversation {
 const std::array<Conversation::StepRoutine, 4> Conversation::kSteps{
     &Conversation::account, &Conversation::get, &Conversation::put, &Conversation::remove};
 
+platform::TerminalOrder order_of(const RunPlan& plan, const SchedulerSettings& settings) {
+  return {plan.job_name,
+          plan.login.host,
+          plan.telnet_port,
+          {settings.limits.connect, settings.attach, settings.terminal_idle, settings.limits.session}};
+}
+
+void tell_stage(platform::TerminalStage stage, const std::string& place, const RunTelling& telling) {
+  if (stage == platform::TerminalStage::kConnected) {
+    telling.done("Connected to " + place + ".");
+    telling.begin("Waiting for a terminal");
+  } else {
+    telling.done("A terminal has attached.");
+    telling.begin("Terminal attached");
+  }
+}
+
+std::string end_sentence(const platform::TerminalTraffic& traffic) {
+  const std::string who = traffic.end == platform::TerminalEnd::kLeft ? "terminal" : "device";
+  return "The " + who + " ended the Telnet session; " + bytes_text(traffic.from_device) +
+         " came from the device and " + bytes_text(traffic.to_device) + " from the terminal.";
+}
+
 }  // namespace
 
 RunResult hold_conversation(const RunPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
@@ -242,6 +283,22 @@ RunResult hold_conversation(const RunPlan& plan, const SchedulerSettings& settin
                             const std::function<void(RunEvent)>& tell) {
   const RunTelling telling(tell);
   return Conversation(plan, settings, line, dialer, files, telling).hold();
+}
+
+RunResult hold_terminal(const RunPlan& plan, const SchedulerSettings& settings,
+                        platform::TerminalRelay& relay, platform::Dialer& dialer,
+                        const std::atomic<bool>& cancelled, const std::function<void(RunEvent)>& tell) {
+  const RunTelling telling(tell);
+  const platform::TerminalOrder order = order_of(plan, settings);
+  const std::string place = order.host + " port " + std::to_string(order.port);
+  const auto fault = base::fault_of([&] {
+    dial_up(plan, settings, dialer, cancelled, telling);
+    telling.begin("Connecting to " + place);
+    const platform::TerminalTraffic traffic =
+        relay.hold(order, [&](platform::TerminalStage stage) { tell_stage(stage, place, telling); });
+    telling.done(end_sentence(traffic));
+  });
+  return telling.report(fault, cancelled);
 }
 
 }  // namespace qvrcom::scheduler

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 
 #include "platform/dialer.h"
 #include "platform/files.h"
+#include "platform/terminal_relay.h"
 #include "scheduler/device_line.h"
 #include "scheduler/run_plan.h"
 #include "scheduler/run_telling.h"
@@ -21,5 +23,11 @@ namespace qvrcom::scheduler {
 RunResult hold_conversation(const RunPlan& plan, const SchedulerSettings& settings, DeviceLine& line,
                             platform::Dialer& dialer, platform::Files& files,
                             const std::function<void(RunEvent)>& tell);
+
+// Holds the Telnet session of a plan, from dialling to the end: completed when the terminal or the device
+// ended it. The log tells of it how many bytes went each way, never which.
+RunResult hold_terminal(const RunPlan& plan, const SchedulerSettings& settings,
+                        platform::TerminalRelay& relay, platform::Dialer& dialer,
+                        const std::atomic<bool>& cancelled, const std::function<void(RunEvent)>& tell);
 
 }  // namespace qvrcom::scheduler

@@ -23,10 +23,6 @@ std::string readable(std::string text) {
   return text.substr(0, end) + " ...";
 }
 
-std::string bytes_text(std::uint64_t count) {
-  return std::to_string(count) + (count == 1 ? " byte" : " bytes");
-}
-
 std::string RunTelling::reason(const base::Fault& fault) {
   const std::string& what = fault.description();
   const std::string& tried = fault.detail();
@@ -40,18 +36,6 @@ RunResult RunTelling::report(const std::optional<base::Fault>& fault, bool cance
   if (!fault) return {};
   if (cancelled) return {Ending::kCancelled, "The session was stopped in the scheduler."};
   return {Ending::kError, reason(*fault)};
-}
-
-void dial_up(const RunPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,
-             const std::atomic<bool>& cancelled, const RunTelling& telling) {
-  if (!plan.dial) return;
-  if (settings.dial_command.empty())
-    throw base::Fault(
-        "The site is reached over a dial-up connection, and no dial command is configured "
-        "(setting DialCommand of section JobPilot)");
-  telling.begin("Dialling " + plan.dial->connection);
-  dialer.dial(settings.dial_command, plan.dial->connection, plan.dial->number, settings.dial, cancelled);
-  telling.done("The dial-up connection " + plan.dial->connection + " is up.");
 }
 
 }  // namespace qvrcom::scheduler

@@ -1,16 +1,12 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 
 #include "base/fault.h"
-#include "platform/dialer.h"
 #include "scheduler/result_lists.h"
-#include "scheduler/run_plan.h"
-#include "scheduler/scheduler_settings.h"
 
 namespace qvrcom::scheduler {
 
@@ -28,9 +24,6 @@ struct RunResult {
 
 // One line of readable characters is what is left of a text that a device may have said.
 std::string readable(std::string text);
-
-// "1 byte", "20 bytes"
-std::string bytes_text(std::uint64_t count);
 
 // What a session tells of itself.
 class RunTelling {
@@ -51,9 +44,5 @@ class RunTelling {
  private:
   const std::function<void(RunEvent)>& tell_;
 };
-
-// Brings up the plan's dial-up connection, if it has one. Fault when that fails.
-void dial_up(const RunPlan& plan, const SchedulerSettings& settings, platform::Dialer& dialer,
-             const std::atomic<bool>& cancelled, const RunTelling& telling);
 
 }  // namespace qvrcom::scheduler

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "scheduler/run_conversation.h"
-#include "scheduler/terminal_conversation.h"
 
 namespace qvrcom::scheduler {
 

@@ -11,10 +11,13 @@
 #include <thread>
 #include <vector>
 
+#include "platform/dialer.h"
 #include "platform/files.h"
 #include "platform/terminal_relay.h"
 #include "scheduler/device_line.h"
+#include "scheduler/run_plan.h"
 #include "scheduler/run_telling.h"
+#include "scheduler/scheduler_settings.h"
 
 namespace qvrcom::scheduler {
 
