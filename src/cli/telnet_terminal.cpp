@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,12 +16,56 @@ constexpr char kLeaveKey = '\x1D';  // Ctrl-]
 constexpr std::chrono::milliseconds kTick{100};
 constexpr int kSilentTicks = 20;
 constexpr std::size_t kMostUnsent = 262144;  // bytes; more is not read from the keyboard
+constexpr tcflag_t kUnwantedInput = IXON | IXOFF | ISTRIP | INLCR | IGNCR;
+constexpr tcflag_t kUnwantedLocal = ICANON | ISIG | IEXTEN | ECHO | ECHOCTL | ECHONL;
 
 }  // namespace
+
+// While it lives, a terminal hands over each key at once, Ctrl-C and Ctrl-] among them, and shows what is
+// typed only when told to. A descriptor that is no terminal stays as it is.
+class TelnetTerminal::RawTerminal {
+ public:
+  // Output stays as it is: messages between the device's lines keep their line ends.
+  explicit RawTerminal(int descriptor) : descriptor_(descriptor) {
+    if (isatty(descriptor) == 0 || tcgetattr(descriptor, &before_) != 0) return;
+    raw_ = before_;
+    raw_.c_iflag &= ~kUnwantedInput;
+    raw_.c_lflag &= ~kUnwantedLocal;
+    raw_.c_cc[VMIN] = 1;
+    raw_.c_cc[VTIME] = 0;
+    changed_ = tcsetattr(descriptor, TCSADRAIN, &raw_) == 0;
+  }
+  ~RawTerminal() {
+    if (changed_) tcsetattr(descriptor_, TCSADRAIN, &before_);
+  }
+  RawTerminal(const RawTerminal&) = delete;
+  RawTerminal& operator=(const RawTerminal&) = delete;
+
+  bool is_terminal() const { return changed_; }
+  void show_typed(bool shown) {
+    if (!changed_) return;
+    if (shown) {
+      raw_.c_lflag |= ECHO;
+    } else {
+      raw_.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    }
+    tcsetattr(descriptor_, TCSADRAIN, &raw_);
+  }
+
+ private:
+  int descriptor_;
+  termios before_{};
+  termios raw_{};
+  bool changed_ = false;
+};
 
 TelnetTerminal::TelnetTerminal(Console& console, platform::Terminal& terminal, int keyboard)
     : console_(console), terminal_(terminal), keyboard_(keyboard) {
   QObject::connect(&ticks_, &QTimer::timeout, &ticks_, [this] { tick(); });
+}
+
+TelnetTerminal::~TelnetTerminal() {
+  leave();
 }
 
 void TelnetTerminal::attach(const std::string& job_name) {
@@ -42,7 +87,7 @@ void TelnetTerminal::leave() {
 
 void TelnetTerminal::attached() {
   console_.show_status(false);
-  raw_.emplace(keyboard_);
+  raw_ = std::make_unique<RawTerminal>(keyboard_);
   raw_->show_typed(!device_echoes_);
   if (raw_->is_terminal()) console_.tell("Telnet session with the device; Ctrl-] leaves it.");
   tell_size();

@@ -4,13 +4,11 @@
 #include <QTimer>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "cli/console.h"
-#include "cli/raw_terminal.h"
 #include "platform/terminal.h"
 
 namespace qvrcom::cli {
@@ -23,7 +21,7 @@ class TelnetTerminal {
  public:
   // `keyboard` is the descriptor that is typed at.
   TelnetTerminal(Console& console, platform::Terminal& terminal, int keyboard);
-  ~TelnetTerminal() { leave(); }
+  ~TelnetTerminal();  // leaves
   TelnetTerminal(const TelnetTerminal&) = delete;
   TelnetTerminal& operator=(const TelnetTerminal&) = delete;
 
@@ -34,6 +32,8 @@ class TelnetTerminal {
   void leave();
 
  private:
+  class RawTerminal;
+
   void attached();
   void hear(std::string_view bytes);
   void ended(const std::string& why);
@@ -48,7 +48,7 @@ class TelnetTerminal {
   Console& console_;
   platform::Terminal& terminal_;
   int keyboard_;
-  std::optional<RawTerminal> raw_;
+  std::unique_ptr<RawTerminal> raw_;
   std::unique_ptr<QSocketNotifier> typed_;
   QTimer ticks_;
   std::uint64_t sent_ = 0;  // bytes typed
