@@ -44,7 +44,6 @@ std::optional<std::uint64_t> DeviceConnectionCurl::size_of(const std::string& re
   if (!binary_) session_.need({tried, "TYPE I"});
   binary_ = true;
   const std::string reply = session_.ask({tried, "SIZE " + remote_name});
-  if (reply.starts_with("421")) throw Fault(session_.said(reply), tried);
   if (refuses(reply)) return std::nullopt;
   if (const auto size = size_in(reply)) return size;
   if (!reply.starts_with("213")) session_.give_up();

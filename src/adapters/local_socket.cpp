@@ -44,12 +44,12 @@ FileLock lock_of(const QString& path) {
                     '"' + path.toStdString() + "\" is served by " + FileLock::owner(file) + '.');
 }
 
-// A socket that nobody serves, or a plain file, as a restored copy or a broken disk leaves of one.
-void remove_remains(const QString& path) {
+// What may lie there and be replaced: a socket that nobody serves, or a plain file, as a restored copy or a
+// broken disk leaves of one.
+void need_remains(const QString& path) {
   struct stat status {};
-  if (::lstat(QFile::encodeName(path).constData(), &status) != 0) return;
-  if (!S_ISSOCK(status.st_mode)) need_plain(QFile::encodeName(path).toStdString());
-  QLocalServer::removeServer(path);
+  const bool there = ::lstat(QFile::encodeName(path).constData(), &status) == 0;
+  if (there && !S_ISSOCK(status.st_mode)) need_plain(QFile::encodeName(path).toStdString());
 }
 
 }  // namespace
@@ -73,8 +73,9 @@ bool socket_is_served(const QString& path) {
 
 OwnedServer::OwnedServer(const QString& path) : lock_(lock_of(path)), server_(new QLocalServer) {
   std::unique_ptr<QLocalServer> guard(server_);
-  remove_remains(path);
-  // With this option the socket listens before it gets its name: nobody finds it half-open.
+  need_remains(path);
+  // With this option the socket listens before it gets its name, which it takes from whatever has it: nobody
+  // finds it half-open.
   server_->setSocketOptions(QLocalServer::UserAccessOption);
   if (!server_->listen(path)) {
     throw base::Fault(base::kPermissionDenied, "\"" + path.toStdString() + "\" cannot be served: " +

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -71,10 +73,19 @@ TEST_F(FileLockTest, RefusesWhatIsNoFileOfOurs) {
   EXPECT_EQ(fault_of([&] { OwnedServer(QString::fromStdString(path)); }), "Path/File access error");
 }
 
-TEST_F(FileLockTest, ASocketThatAPowerFailureTurnedIntoAFileIsTakenOver) {
+TEST_F(FileLockTest, WhatAKilledProgramOrAPowerFailureLeftOfASocketIsTakenOver) {
+  const auto serves = [this] {
+    const OwnedServer server(QString::fromStdString(path));
+    return socket_is_served(QString::fromStdString(path));
+  };
   write("");
-  const OwnedServer server(QString::fromStdString(path));
-  EXPECT_TRUE(socket_is_served(QString::fromStdString(path)));
+  EXPECT_TRUE(serves());
+  const Descriptor dead(socket(AF_UNIX, SOCK_STREAM, 0));
+  sockaddr_un address{AF_UNIX, {}};
+  path.copy(address.sun_path, path.size());
+  ASSERT_EQ(bind(dead.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ASSERT_FALSE(socket_is_served(QString::fromStdString(path)));
+  EXPECT_TRUE(serves());
 }
 
 class DialerProcessTest : public testing::Test {
