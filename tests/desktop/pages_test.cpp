@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 
 #include "adapters/database_qt.h"
 #include "adapters/files_posix.h"
@@ -17,6 +18,7 @@
 #include "desktop/device_page.h"
 #include "desktop/first_start.h"
 #include "desktop/jobs_page.h"
+#include "desktop/list_watch.h"
 #include "desktop/main_window.h"
 #include "desktop/messages_page.h"
 #include "desktop/same_logs_page.h"
@@ -300,6 +302,17 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   click("cmdOpenJobLog", 1);
   EXPECT_FALSE(state("cmdRemoveJob"));
   EXPECT_THAT(ui.messages.back().text, testing::HasSubstr("has written no log"));
+}
+
+TEST(ListWatchTest, LooksAgainAfterAFileWasJustWritten) {
+  QTemporaryFile file;
+  ASSERT_TRUE(file.open());
+  const QDateTime written = QFileInfo(file.fileName()).lastModified();
+  auto changed = [&, watch = ListWatch()](qint64 milliseconds) mutable {
+    return watch.changed({file.fileName(), "/missing"}, written.addMSecs(milliseconds));
+  };
+  EXPECT_TRUE(changed(0) && changed(1000) && changed(3000));
+  EXPECT_FALSE(changed(4000));
 }
 
 // Whatever can have the focus has a name for those who cannot see it, no mnemonic is there twice among what
