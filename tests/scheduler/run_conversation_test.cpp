@@ -2,12 +2,14 @@
 
 #include "base/text.h"
 #include "doubles/caught.h"
+#include "doubles/manual_clock.h"
 #include "doubles/memory_files.h"
 #include "doubles/memory_machine.h"
 #include "jobs/report_file.h"
 #include "protocol/job_report.h"
 #include "protocol/script_grammar.h"
 #include "scheduler/run_conversation.h"
+#include "scheduler/run_log.h"
 #include "scheduler/run_plan.h"
 #include "scheduler/scheduler_settings.h"
 #include "scheduler/scripted_device.h"
@@ -218,14 +220,20 @@ TEST(RunConversation, DeletesNothingOfAnAccountThatHasFailed) {
   EXPECT_EQ(told(device), "L G0 A1 G1 A2 G2 C");
 }
 
-TEST(RunPlan, WritesNewFilesOfTheJobsFolderAlone) {
+TEST(RunPlan, ReadsAndWritesInTheJobsFolderAlone) {
   const std::string inside = "\\data\\Scheduler\\JobA\\";
   const std::string kOutside = "not directly in the job's folder";
   struct Row {
     std::vector<std::pair<std::string, std::string>> fetches;  // device file or account, local file
     std::string refused;
+    std::string script = "\\data\\Scheduler\\JobA\\JobA.scr";
+    std::string link = "\\data\\Scheduler\\JobA\\link";
   };
   std::vector<Row> rows = {
+      {{}, "outside the scheduler folder", "\\other\\JobA\\JobA.scr"},
+      {{}, "outside the scheduler folder", "\\data\\Scheduler\\..\\JobA\\JobA.scr"},
+      {{}, "The job's folder", inside + "JobA.scr", "\\data\\Scheduler\\JobA"},
+      {{}, "The script", inside + "JobA.scr", inside + "JobA.scr"},
       {{{"a", inside + "jobA.RPT"}}, "names the job's own script or report"},
       {{{"a", inside + "JobA.scr"}}, "names the job's own script or report"},
       {{{"a", inside + "b.part"}, {"b", inside + "b"}}, "which is of files that are not whole"},
@@ -240,7 +248,7 @@ TEST(RunPlan, WritesNewFilesOfTheJobsFolderAlone) {
     rows.push_back({{{"a", path}}, kOutside});
   for (const Row& row : rows) {
     doubles::MemoryFiles files;
-    files.links = {inside + "link"};
+    files.links = {row.link};
     protocol::ScriptHeader header;
     header.ftp_address = "192.0.2.7";
     std::string text = protocol::header_text(header, protocol::ScriptKind::kTransfer) + "\r\n";
@@ -249,10 +257,20 @@ TEST(RunPlan, WritesNewFilesOfTheJobsFolderAlone) {
                             : "FTPGET;REMOTEFILE=" + from + ";LOCALFILE=" + local + ";\r\n";
     files.content[inside + "JobA.scr"] = text + "FTPDISCONNECT;\r\n";
     const std::string fault =
-        doubles::fault_of([&] { make_plan(files, "\\data\\Scheduler\\", "JobA", inside + "JobA.scr"); });
+        doubles::fault_of([&] { make_plan(files, "\\data\\Scheduler\\", "JobA", row.script); });
     EXPECT_EQ(fault.empty(), row.refused.empty()) << fault;
     EXPECT_THAT(fault, testing::HasSubstr(row.refused));
   }
+}
+
+TEST(RunLog, KeepsItsNewerHalfAtItsLimit) {
+  doubles::MemoryFiles files;
+  doubles::ManualClock clock;
+  const std::string half(1U << 19U, 'x');
+  files.make_folders("\\Logs");
+  files.content["\\Logs\\JobA.log"] = "old" + half + "\r\nmiddle\r\n" + half + "new\r\n";
+  RunLog(files, clock, "\\Logs\\").write("JobA", "Said last.");
+  EXPECT_EQ(files.content["\\Logs\\JobA.log"], half + "new\r\n2026-11-15 12:10:05 Said last.\r\n");
 }
 
 TEST(SchedulerSettings, TakesGoodValuesAndTellsOfBadOnes) {

@@ -134,38 +134,6 @@ TEST_F(SchedulerEngineTest, AFailureIsListedWithItsReason) {
       "Trying to get allstats.csv > \\data\\Scheduler\\JobA\\Stats.csv: The transfer  was   cut ? short.");
 }
 
-TEST_F(SchedulerEngineTest, ReadsScriptsInJobFoldersAlone) {
-  add_script("JobA", {kGet});
-  const std::string good = line("JobA");
-  const auto elsewhere = [&](const std::string& path) {
-    return protocol::index_line_text({"46341.5", "x", "d", "s", "1", "46341.5", "", "", "7", path});
-  };
-  struct Row {
-    std::string line;
-    std::string link;
-    std::string reason;
-  };
-  const Row rows[] = {
-      {elsewhere("\\other\\JobA\\JobA.scr"), "", "outside the scheduler folder"},
-      {elsewhere("\\data\\Scheduler\\..\\JobA\\JobA.scr"), "", "outside the scheduler folder"},
-      {good, "\\data\\Scheduler\\JobA", "is a link"},
-      {good, "\\data\\Scheduler\\JobA\\JobA.scr", "is a link"},
-      {line("JobB"), "", "JobB has no folder"},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.line + row.link);
-    for (const char* name : {"index.sch", "error.sch"})
-      files_.content.erase(kFolder + name);
-    files_.links = {row.link};
-    make_engine();
-    add_line(row.line);
-    submit();
-    EXPECT_EQ(list("error"), row.line + "\r\n");
-    EXPECT_THAT(log("JobA") + log("JobPilot"), HasSubstr(row.reason));
-  }
-  EXPECT_THAT(device_.told(), IsEmpty());
-}
-
 TEST_F(SchedulerEngineTest, WhatMayHaveChangedTheDeviceIsNotRunAgain) {
   struct Row {
     std::string report;
@@ -308,6 +276,11 @@ TEST_F(SchedulerEngineTest, RunsDueLinesOnceInTheirOrder) {
 }
 
 TEST_F(SchedulerEngineTest, AnswersUntilTheResultsAreTaken) {
+  add_job("JobA", {});
+  files_.content[kFolder + "cancelled.sch"] = line("JobA") + "\r\n";  // before this program was started
+  engine_->request(1);
+  EXPECT_EQ(channel_.posts.size(), 1U);
+  EXPECT_TRUE(engine_->answering());
   for (const int code : {2, 6}) {
     channel_.posts.clear();
     files_.content.erase(kFolder + "index.sch");
@@ -326,25 +299,6 @@ TEST_F(SchedulerEngineTest, AnswersUntilTheResultsAreTaken) {
     EXPECT_EQ(channel_.posts.size(), answers + 2);
   }
   EXPECT_THAT(log("JobPilot"), HasSubstr("unknown code 7"));
-}
-
-TEST_F(SchedulerEngineTest, AnswersAfterARestartForALineThatIsListed) {
-  add_job("JobA", {});
-  files_.content[kFolder + "cancelled.sch"] = line("JobA") + "\r\n";
-  engine_->request(1);
-  EXPECT_EQ(channel_.posts.size(), 1U);
-  EXPECT_TRUE(engine_->answering());
-}
-
-TEST_F(SchedulerEngineTest, ALogAtItsLimitKeepsItsNewerHalf) {
-  const std::string half(1U << 19U, 'x');
-  files_.make_folders("\\data\\Logs");
-  files_.content[kLogs + "JobPilot.log"] = "old" + half + "\r\nmiddle\r\n" + half + "new\r\n";
-  engine_->request(7);
-  const std::string text = log("JobPilot");
-  EXPECT_THAT(text.substr(0, 3), "xxx");
-  EXPECT_THAT(text.substr(half.size(), 5), "new\r\n");
-  EXPECT_TRUE(text.ends_with("has no effect.\r\n"));
 }
 
 TEST_F(SchedulerEngineTest, DropsTakenLinesAndKeepsTheOthers) {
