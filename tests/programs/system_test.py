@@ -102,12 +102,12 @@ class SystemTest(unittest.TestCase):
                                        check=False, timeout=PATIENCE)
                 self.assertEqual((wrong.returncode, b"--bogus" in wrong.stderr), (2, True))
 
-    def test_telnet_on_a_terminal(self):
+    def test_telnet_on_a_terminal_and_on_a_pipe(self):
         ours, theirs = pty.openpty()
         self.addCleanup(os.close, ours)
         before = termios.tcgetattr(theirs)
-        process = subprocess.Popen([BIN / "qvrcomctl", "system", "telnet", "--site", "101"], env=self.place.environment,
-                                   stdin=theirs, stdout=theirs, stderr=theirs)
+        command = [BIN / "qvrcomctl", "system", "telnet", "--site", "101"]
+        process = subprocess.Popen(command, env=self.place.environment, stdin=theirs, stdout=theirs, stderr=theirs)
         self.addCleanup(process.kill)
         seen = bytearray()
 
@@ -125,6 +125,10 @@ class SystemTest(unittest.TestCase):
         self.assertIn(b"version\r\n", seen)
         self.assertEqual(termios.tcgetattr(theirs), before)
         os.close(theirs)
+        piped = subprocess.run(command, env=self.place.environment, input=f"admin\n{PASSWORD}\nversion\n".encode(),
+                               capture_output=True, timeout=PATIENCE, check=True)
+        self.assertIn(b"Firmware 6.61", piped.stdout)
+        self.assertNotIn(PASSWORD.encode(), piped.stdout + piped.stderr)
         for log in self.place.find("Logs/*"):
             self.assertNotRegex(log.read_text(), f"{PASSWORD}|version")
         self.place.assert_nothing_left()
