@@ -1,25 +1,136 @@
 #include <dlfcn.h>
+#include <qvrcom/component_plugin.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <map>
 #include <optional>
 
 #include "adapters/component_plugins.h"
-#include "adapters/plugin_component.h"
+#include "base/fault.h"
 #include "base/text.h"
 
 namespace qvrcom::adapters {
 namespace {
 
+using base::Fault;
+
+constexpr std::size_t kLargestAnswer = std::size_t{16} << 20;
+constexpr std::size_t kLargestReason = 4096;
+constexpr const char* kPluginFailed = "Plug-in failed";
+constexpr const char* kException = "Plug-in ended with an exception";
+constexpr const char* kUnusableAnswer = "Plug-in gave an unusable answer";
 constexpr const char* kEntry = "qvrcom_offer_components";
 constexpr std::uint32_t kMostComponents = 256;
 
 using Offer = const qvrcom_component_plugin*;
+
+// Runs a piece of a plug-in: an exception that leaves it becomes the Fault `description` with `where` and the
+// exception's own text as detail. Nothing that a plug-in throws goes any further.
+template <class Body>
+auto guard_plugin(const std::string& description, const std::string& where, Body body) {
+  try {
+    return body();
+  } catch (const std::exception& error) {
+    throw Fault(description, where + ": " + error.what());
+  } catch (...) {
+    throw Fault(description, where + ": an exception of its own kind.");
+  }
+}
+
+// What a plug-in answers with during one call.
+struct Answer {
+  std::optional<std::string> text;
+  bool too_long = false;
+  bool out_of_memory = false;
+};
+
+// Stands below the plug-in's frames, which may be C: nothing may be thrown through them.
+void take_answer(void* receiver, const char* text, std::size_t length) noexcept {
+  Answer& answer = *static_cast<Answer*>(receiver);
+  answer = {};
+  if (text == nullptr) return;
+  if (length > kLargestAnswer) {
+    answer.too_long = true;
+    return;
+  }
+  try {
+    answer.text.emplace(text, length);
+  } catch (const std::bad_alloc&) {
+    answer.out_of_memory = true;
+  }
+}
+
+// The plug-in's reason when it can be shown to a person.
+std::string reason_of(const Answer& answer) {
+  const bool usable = answer.text && !answer.text->empty() && answer.text->size() <= kLargestReason &&
+                      base::is_utf8(*answer.text);
+  return usable ? *answer.text : kPluginFailed;
+}
+
+std::optional<std::string> text_of(Answer answer, const std::string& where) {
+  if (answer.too_long)
+    throw Fault(kUnusableAnswer, where + ": it is longer than " + std::to_string(kLargestAnswer) + " bytes.");
+  if (answer.out_of_memory) throw Fault("Out of memory", where + ": its answer does not fit.");
+  if (answer.text && !base::is_utf8(*answer.text)) throw Fault(kUnusableAnswer, where + ": it is not UTF-8.");
+  return std::move(answer.text);
+}
+
+// A component of a plug-in library as one of the suite's. `library` is the file name that faults tell. Fault
+// when the plug-in cannot make one; a call's Fault when it fails, has no such operation, lets an exception
+// out, or answers with more than 16 MiB or with something else than UTF-8.
+class PluginComponent : public platform::Component {
+ public:
+  PluginComponent(const qvrcom_component& offer, const std::string& library)
+      : offer_(offer), where_("\"" + std::string(offer.name) + "\" of the plug-in \"" + library + "\"") {
+    if (offer_.create == nullptr) return;
+    Answer answer;
+    const int code = guard_plugin(kException, where_ + ", while it was made",
+                                  [&] { return offer_.create(&self_, take_answer, &answer); });
+    if (code != QVRCOM_DONE)
+      throw Fault(reason_of(answer), where_ + " could not be made (code " + std::to_string(code) + ").");
+  }
+
+  ~PluginComponent() override {
+    if (offer_.destroy == nullptr) return;
+    try {
+      offer_.destroy(self_);
+    } catch (...) {  // NOLINT(bugprone-empty-catch): its answers stand, and a destructor has nobody to tell
+    }
+  }
+
+  PluginComponent(const PluginComponent&) = delete;
+  PluginComponent& operator=(const PluginComponent&) = delete;
+
+  std::optional<std::string> call(std::string_view operation,
+                                  std::span<const std::string> arguments) override {
+    const std::string name(operation);
+    std::vector<qvrcom_text> texts;
+    for (const std::string& argument : arguments)
+      texts.push_back({argument.c_str(), argument.size()});
+    Answer answer;
+    const std::string where = name + " of " + where_;
+    const int code = guard_plugin(kException, where, [&] {
+      return offer_.call(self_, name.c_str(), texts.empty() ? nullptr : texts.data(), texts.size(),
+                         take_answer, &answer);
+    });
+    if (code == QVRCOM_NO_SUCH_OPERATION)
+      throw Fault("Object doesn't support this operation", where_ + " has no operation \"" + name + "\".");
+    if (code != QVRCOM_DONE)
+      throw Fault(reason_of(answer), where + " ended with code " + std::to_string(code) + ".");
+    return text_of(std::move(answer), where);
+  }
+
+ private:
+  const qvrcom_component& offer_;
+  std::string where_;
+  void* self_ = nullptr;
+};
 
 // Why a file or folder is not trusted, or nothing.
 std::optional<std::string> distrust(const std::string& path, mode_t kind, const char* kind_name) {
@@ -36,10 +147,10 @@ std::optional<std::string> distrust(const std::string& path, mode_t kind, const 
 // Loads the library and asks it what it offers; Fault when it does not say.
 Offer load(const std::string& path) {
   void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) throw base::Fault("It is not a library that can be loaded", ::dlerror());
+  if (library == nullptr) throw Fault("It is not a library that can be loaded", ::dlerror());
   const auto entry = reinterpret_cast<decltype(&qvrcom_offer_components)>(::dlsym(library, kEntry));
   if (entry == nullptr)
-    throw base::Fault("It is no component plug-in", std::string("It has no symbol \"") + kEntry + "\".");
+    throw Fault("It is no component plug-in", std::string("It has no symbol \"") + kEntry + "\".");
   return guard_plugin("It ended with an exception", "On saying what it offers", [&] { return entry(); });
 }
 
@@ -99,7 +210,7 @@ void add_components(ComponentPlugins& plugins, const std::filesystem::path& path
   for (std::uint32_t place = 0; place < offer->count; ++place) {
     const qvrcom_component& component = offer->components[place];
     plugins.components.push_back({component.name, library, [&component, library] {
-                                    return make_plugin_component(component, library);
+                                    return std::make_unique<PluginComponent>(component, library);
                                   }});
   }
 }
