@@ -87,6 +87,28 @@ TEST(FtpReply, MasksWholeWordsAlone) {
   EXPECT_FALSE(too_short_to_mask(""));
 }
 
+TEST(FtpReply, TellsWhatDoesNotBelongToAStep) {
+  using Step = StepReplies::Step;
+  const struct {
+    Step step;
+    std::vector<std::string> lines;
+    const char* stray;
+  } rows[] = {
+      {Step::kLogin, {"220-Hello\r\n", "220 Hello\r\n", "331 Code?\r\n", "230 In\r\n"}, ""},
+      {Step::kCommand, {"331 More?\r\n"}, "331 More?"},
+      {Step::kCommand, {"150 Coming\r\n", "999 x\r\n"}, "150 Coming"},
+      {Step::kTransfer, {"150 Coming\r\n", "226 Done\r\n"}, ""},
+      {Step::kTransfer, {"150 Coming\r\n", "150 Again\r\n"}, "150 Again"},
+  };
+  for (const auto& row : rows) {
+    StepReplies replies(row.step);
+    for (const std::string& line : row.lines)
+      replies.hear(line);
+    EXPECT_EQ(replies.stray(), row.stray);
+    EXPECT_EQ(replies.last() + "\r\n", row.lines.back());
+  }
+}
+
 TEST(FtpReply, TakesNothingButANumberForASize) {
   EXPECT_EQ(size_in("213 20000 "), 20000U);
   EXPECT_EQ(size_in("213 0"), 0U);
