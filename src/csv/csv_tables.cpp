@@ -36,6 +36,7 @@ struct Shape {
   bool number = false;    // the second cell is a number
 
   bool single() const { return width == 1 && cells != 2; }
+  bool title() const { return single() && texts; }
 };
 
 Shape shape_of(CsvFile& file, std::uint32_t row) {
@@ -70,7 +71,7 @@ std::uint32_t narrow_rows(CsvFile& file, RowRange rows, std::uint32_t limit) {
 // numbers under a header.
 bool is_preamble(CsvFile& file, RowRange rows) {
   if (rows.count() > kPreambleRows || narrow_rows(file, rows, kPreambleRows) < rows.count()) return false;
-  while (rows.count() > 1 && shape_of(file, rows.first).single())
+  while (rows.count() > 1 && shape_of(file, rows.first).title() && !shape_of(file, rows.first + 1).figure)
     ++rows.first;
   bool numbers = rows.count() > 1 && is_header(file, rows.first, rows.end);
   bool figures = false;
@@ -125,9 +126,11 @@ void TableFinder::take_block(CsvFile& file, std::uint32_t number) {
     rows.first = site.end;
   }
   if (rows.count() == 0) return;
-  if (rows.count() == 1 && shape_of(file, rows.first).single()) {
+  const Shape first = shape_of(file, rows.first);
+  if (rows.count() == 1 && first.single() && (first.texts || !title_)) {
     give_up_title(file);
     title_ = rows.first;
+    if (!first.texts) give_up_title(file);  // a figure names nothing
     return;
   }
   const bool last = number + 1 == file.index().block_count();
@@ -149,15 +152,15 @@ TableFinder::Head TableFinder::find_head(CsvFile& file, RowRange rows) const {
   Head head{.start = rows.first};
   if (leads && (tables_.empty() || is_header(file, wide, rows.end)))
     head.start = wide;
-  else if (first.single() && first.texts && rows.count() > 1 && shape_of(file, rows.first + 1).width > 1)
+  else if (first.title() && rows.count() > 1 && shape_of(file, rows.first + 1).width > 1)
     ++head.start;
   head.header = is_header(file, head.start, rows.end);
   head.title = title_;
   if (head.start == rows.first) return head;
   // A single cell above the first table's lines is about the file.
-  const bool next_to_it = tables_.empty() || shape_of(file, head.start - 1).single();
+  const bool next_to_it = tables_.empty() || shape_of(file, head.start - 1).title();
   const std::uint32_t title = next_to_it ? head.start - 1 : rows.first;
-  if (shape_of(file, title).single()) head.title = title;
+  if (shape_of(file, title).title()) head.title = title;
   return head;
 }
 

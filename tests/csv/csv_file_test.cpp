@@ -137,6 +137,9 @@ TEST(CsvTables, AreToldApartByEmptyLinesAndHeaders) {
       {"Report\n\nSite,A\nMade,2026-11-15 12:10:05\n\nNode,Hits,Name\nM1,3,x\n\n1,2\n3,4\n",
        "Node 5-7 x3; Table 2 8-10 no header x2; [:Report][Site:A][Made:2026-11-15 12:10:05]"},
       {"SiteName,A\nUserSiteID,1\n", "[SiteName:A][UserSiteID:1]"},
+      // a single figure is never a title, whether it has one, a header, or stands alone
+      {"Calls\n42\n\nTotal\n\n43\n\n44\n\nLine,Hits\n1,2\n\n45\n\n46\nNode,Busy,Up\n1,2,3\n",
+       "Calls 0-2 x1; Total 5-8 no header x1; Line 9-13 x2; Node 15-17 x3 [:46]; "},
       {"\n\n", ""},
   };
   for (const auto& each : cases) {
