@@ -3,8 +3,11 @@
 #include <QElapsedTimer>
 #include <QThread>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
+#include <string_view>
+#include <vector>
 
 #include "base/fault.h"
 #include "cli/arguments.h"
@@ -143,6 +146,34 @@ int run(const Arguments& given) {
   return code;
 }
 
+// The options that the toolkit takes for itself, as it documents them, with one dash or two.
+constexpr const char* kToolkitFlags[] = {"-reverse", "-widgetcount"};
+constexpr const char* kToolkitOptions[] = {
+    "-display", "-geometry",        "-platform",    "-platformpluginpath", "-platformtheme", "-plugin",
+    "-session", "-qwindowgeometry", "-qwindowicon", "-qwindowtitle",       "-style",         "-stylesheet"};
+constexpr const char* kToolkitValues[] = {"-style=", "-stylesheet=", "-qmljsdebugger="};
+
+// How many arguments from this one on are the toolkit's: an option that lacks its value is nobody's.
+int toolkit_arguments(int left, char** arguments) {
+  std::string_view name = arguments[0];
+  if (name.starts_with("--")) name.remove_prefix(1);
+  const auto is_name = [&](std::string_view known) { return name == known; };
+  const auto begins = [&](std::string_view known) { return name.starts_with(known); };
+  if (std::ranges::any_of(kToolkitFlags, is_name) || std::ranges::any_of(kToolkitValues, begins)) return 1;
+  return left > 1 && std::ranges::any_of(kToolkitOptions, is_name) ? 2 : 0;
+}
+
+// What the program's own reading is left with.
+std::vector<std::string> own_arguments(int count, char** arguments) {
+  std::vector<std::string> own;
+  for (int i = 1; i < count;) {
+    const int taken = toolkit_arguments(count - i, arguments + i);
+    if (taken == 0) own.emplace_back(arguments[i]);
+    i += std::max(taken, 1);
+  }
+  return own;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -158,16 +189,11 @@ int main(int argc, char** argv) {
   view->needs(picture);
   for (CLI::Option* option : {picture, view})
     cli::refuse_empty(*option, cli::kNamesNoFile);
-  const auto read = [&] { return cli::read_arguments(app, {argv + 1, argv + argc}, std::cout, std::cerr); };
-
-  // Two readings: the toolkit takes what is its own out of the arguments when the screen is opened, which
-  // help, version and a picture do without. What is left over then is nobody's.
-  app.allow_extras();
-  if (const auto end = read()) return static_cast<int>(*end);
+  // All is read before the screen is opened, which a wrong word ends the program without.
+  if (const auto end = cli::read_arguments(app, own_arguments(argc, argv), std::cout, std::cerr))
+    return static_cast<int>(*end);
   if (!given.picture.empty()) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("qvrcom"));
-  app.allow_extras(false);
-  if (const auto end = read()) return static_cast<int>(*end);
   return run(given);
 }
