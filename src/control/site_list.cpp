@@ -12,7 +12,7 @@ void SiteList::clear() {
 void SiteList::add(const base::Row& row) {
   const sitebook::SiteRecord site = sitebook::site_of(row);
   if (entries_.empty()) entries_.push_back({kPlaceholder});
-  entries_.push_back({sitebook::title_of(site), site.site_id});
+  entries_.push_back({sitebook::list_text_of(site), site.site_id});
   rows_.push_back(sitebook::with_defaults(site));
 }
 

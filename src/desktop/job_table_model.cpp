@@ -9,6 +9,7 @@
 
 #include "desktop/tables.h"
 #include "protocol/job_lists.h"
+#include "sitebook/site_record.h"
 #include "ui/widget_text.h"
 
 namespace qvrcom::desktop {
@@ -29,11 +30,6 @@ QString lists_among(const jobs::BoardJob& job, std::size_t first, std::size_t co
   return found;
 }
 
-QString site_of(const jobs::BoardJob& job) {
-  if (job.site_name.empty() && job.site_id.empty()) return {};
-  return ui::qt_text(job.site_name) + QStringLiteral(" - ") + ui::qt_text(job.site_id);
-}
-
 struct Column {
   const char* heading;
   QString (*text)(const JobTableModel& model, const jobs::BoardJob& job);
@@ -48,7 +44,8 @@ constexpr Column kColumns[] = {
      [](const Job& job) { return name_value(ui::qt_text(job.job)); }},
     {"State", [](const Model& model, const Job& job) { return model.state_of(job); }},
     {"Operation", [](const Model&, const Job& job) { return ui::qt_text(job.description); }},
-    {"Site", [](const Model&, const Job& job) { return site_of(job); }},
+    {"Site", [](const Model&,
+                const Job& job) { return ui::qt_text(sitebook::title_of(job.site_name, job.site_id)); }},
     {"Start",
      [](const Model&, const Job& job) { return job.start ? ui::moment_text(*job.start) : QString(); },
      [](const Job& job) { return job.start ? QVariant(ui::qt_moment(*job.start)) : QVariant(); }},

@@ -149,8 +149,8 @@ using PlacesByKey = std::map<std::string, std::vector<std::size_t>, std::less<>>
 
 void fill_places(const std::vector<SiteRecord>& sites, PlacesByKey& places) {
   for (std::size_t i = 0; i < sites.size(); ++i) {
-    for (const std::string& key :
-         {std::to_string(sites[i].site_id), identifier_of(sites[i]), title_of(sites[i])}) {
+    for (const std::string& key : {std::to_string(sites[i].site_id), identifier_of(sites[i]),
+                                   title_of(sites[i]), list_text_of(sites[i])}) {
       const auto wanted = places.find(key);
       if (key.empty() || wanted == places.end()) continue;
       if (wanted->second.empty() || wanted->second.back() != i) wanted->second.push_back(i);

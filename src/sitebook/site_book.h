@@ -23,8 +23,8 @@ class SiteBook {
   // The site with this SiteID; nothing when there is none.
   std::optional<SiteRecord> stored(std::int32_t site_id);
 
-  // The sites of these keys (SiteID, the user's identifier or "name - identifier"), in their order, each
-  // once. Fault when a key fits no site or more than one.
+  // The sites of these keys (SiteID, the user's identifier, title or list text), in their order, each once.
+  // Fault when a key fits no site or more than one.
   std::vector<SiteRecord> find(const std::vector<std::string>& keys);
 
   // problems_of(site), and a user identifier that another site has. An empty identifier is never doubled.

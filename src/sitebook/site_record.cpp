@@ -110,7 +110,16 @@ base::SiteConnection connection_of(const SiteRecord& site) {
   return connection;
 }
 
+std::string title_of(const std::string& name, const std::string& identifier) {
+  if (base::trim(name).empty()) return identifier;
+  return base::trim(identifier).empty() ? name : name + " - " + identifier;
+}
+
 std::string title_of(const SiteRecord& site) {
+  return title_of(site.name.value_or(""), site.identifier.value_or(""));
+}
+
+std::string list_text_of(const SiteRecord& site) {
   return site.name.value_or("") + " - " + site.identifier.value_or("");
 }
 

@@ -118,8 +118,12 @@ std::string session_text(const SiteRecord& site, base::Field SiteRecord::*member
 // The site as a session takes it over, with the defaults. What no column fills is empty.
 base::SiteConnection connection_of(const SiteRecord& site);
 
-// "name - identifier", the way a site stands in every list.
+// "name - identifier", or the one of the two that there is: how people are shown a site.
+std::string title_of(const std::string& name, const std::string& identifier);
 std::string title_of(const SiteRecord& site);
+
+// "name - identifier" whatever is missing: the text of the statistics control's list, and a key of a site.
+std::string list_text_of(const SiteRecord& site);
 
 // Whether both have the same name and identifier; a null counts as an empty text.
 bool have_same_title(const SiteRecord& one, const SiteRecord& other);
