@@ -51,8 +51,14 @@ bool prepare_machine(const FirstStartParts& parts, environment::SetUp set_up,
                         parts.files.native(folders.documents) + ".") &&
            make_what_is_missing(parts.ui, set_up, folders);
   }
+  if (!missing->can_be_made) {
+    parts.ui.show({.text = "QVRCOM+ is not complete on this PC.\n" + missing->text,
+                   .title = platform::kSuiteTitle,
+                   .icon = platform::Icon::kWarning});
+    return true;
+  }
   if (accepted(parts.ui,
-               "QVRCOM+ is not complete on this PC.\n" + *missing +
+               "QVRCOM+ is not complete on this PC.\n" + missing->text +
                    "\n\nMake what is missing now? A database that is missing is made empty.",
                "If the missing file lies elsewhere, choose Cancel and put it back first."))
     make_what_is_missing(parts.ui, set_up, folders);

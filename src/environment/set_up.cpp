@@ -1,5 +1,6 @@
 #include "environment/set_up.h"
 
+#include "base/fault.h"
 #include "base/number.h"
 #include "environment/names.h"
 #include "environment/schema.h"
@@ -37,21 +38,67 @@ constexpr Seed kSeeds[] = {
      "INSERT INTO Partition_Settings (Config_ID, PartitionID) SELECT 1, n FROM Numbers"},
 };
 
-// The root that FilesAndFolders would answer with, or nothing where it could not answer.
-std::optional<std::string> found_root(const platform::Machine& machine, const platform::Files& files,
-                                      std::int32_t identifier, const char* value_name) {
-  const auto of = [](const std::string& folder) {
-    return folder + "\\" + kMakerFolder + "\\" + kSuiteFolder + "\\";
-  };
-  const auto special = machine.special_folder(identifier);
-  if (special && files.folder_exists(of(*special))) return of(*special);
-  const auto data = machine.registry_value(RegistryRoot::kLocalMachine, kShellFoldersKey, value_name);
-  if (!data || data->bytes.empty()) return std::nullopt;
-  const std::string fallback = of(data->bytes.substr(0, data->bytes.size() - 1));
-  return files.folder_exists(fallback) ? std::optional(fallback) : std::nullopt;
+// Why nothing can be done with what lies there.
+std::string trouble_at(const platform::Files& files, const std::string& path) {
+  if (files.is_link(path)) return "It is a link to something that is not there or cannot be reached.";
+  const auto fault = base::fault_of([&] { files.length(path); });
+  return fault ? fault->detail() : "Something else has its name.";
 }
 
-constexpr const char* kAdvice = " Run \"qvrcomctl setup\".";
+Lack absence_of(const std::string& name) {
+  return {name + " is not there. Run \"qvrcomctl setup\".", true};
+}
+
+// Of what is not what it should be.
+Lack lack_of(const platform::Files& files, const std::string& name, const std::string& path) {
+  const std::string named = name + ' ' + files.native(path);
+  if (!files.is_taken(path)) return absence_of(named);
+  return {named + " cannot be used. " + trouble_at(files, path), false};
+}
+
+// Where a root of the suite may lie, in the order in which FilesAndFolders looks.
+std::vector<std::string> root_candidates(const platform::Machine& machine, std::int32_t identifier,
+                                         const char* value_name) {
+  std::vector<std::string> folders;
+  if (const auto special = machine.special_folder(identifier)) folders.push_back(*special);
+  const auto data = machine.registry_value(RegistryRoot::kLocalMachine, kShellFoldersKey, value_name);
+  if (data && !data->bytes.empty()) folders.push_back(data->bytes.substr(0, data->bytes.size() - 1));
+  for (std::string& folder : folders)
+    folder += std::string("\\") + kMakerFolder + "\\" + kSuiteFolder;
+  return folders;
+}
+
+struct Root {
+  std::string path;          // with a backslash at its end
+  std::optional<Lack> lack;  // where there is none
+};
+
+Root root_of(const platform::Machine& machine, const platform::Files& files, std::int32_t identifier,
+             const char* value_name, const std::string& name) {
+  const auto candidates = root_candidates(machine, identifier, value_name);
+  for (const std::string& folder : candidates)
+    if (files.folder_exists(folder)) return {folder + "\\", std::nullopt};
+  for (const std::string& folder : candidates)
+    if (files.is_taken(folder)) return {{}, lack_of(files, name, folder)};
+  return {{}, absence_of(name)};
+}
+
+enum class Database { kLeftOut, kLookedAt };
+
+std::optional<Lack> find_lack(const platform::Machine& machine, const platform::Files& files,
+                              Database database) {
+  const Root data = root_of(machine, files, kCommonAppDataIdentifier, kCommonAppDataValue,
+                            "The application-data folder of QVRCOM+");
+  if (data.lack) return data.lack;
+  const Root documents = root_of(machine, files, kCommonDocumentsIdentifier, kCommonDocumentsValue,
+                                 "The documents folder of QVRCOM+");
+  if (documents.lack) return documents.lack;
+  const std::string scheduler = data.path + kSchedulerFolder;
+  if (!files.folder_exists(scheduler)) return lack_of(files, "The folder", scheduler);
+  const std::string file = data.path + kDatabaseFolder + "\\" + kDatabaseFile;
+  if (database == Database::kLeftOut || files.file_exists(file)) return std::nullopt;
+  return lack_of(files, "The database", file);
+}
 
 }  // namespace
 
@@ -134,24 +181,13 @@ std::size_t add_missing_statistics_settings(platform::Database& database) {
   return static_cast<std::size_t>(missing);
 }
 
-std::optional<std::string> missing_folders(const platform::Machine& machine, const platform::Files& files) {
-  const std::string advice = kAdvice;
-  const auto data = found_root(machine, files, kCommonAppDataIdentifier, kCommonAppDataValue);
-  if (!data) return "The application-data folder of QVRCOM+ is not there." + advice;
-  if (!found_root(machine, files, kCommonDocumentsIdentifier, kCommonDocumentsValue))
-    return "The documents folder of QVRCOM+ is not there." + advice;
-  if (const std::string scheduler = *data + kSchedulerFolder; !files.folder_exists(scheduler))
-    return "The folder " + files.native(scheduler) + " is not there." + advice;
-  return std::nullopt;
+std::optional<Lack> missing_set_up(const platform::Machine& machine, const platform::Files& files) {
+  return find_lack(machine, files, Database::kLookedAt);
 }
 
-std::optional<std::string> missing_set_up(const platform::Machine& machine, const platform::Files& files) {
-  if (const auto missing = missing_folders(machine, files)) return missing;
-  const auto data = found_root(machine, files, kCommonAppDataIdentifier, kCommonAppDataValue);
-  const std::string database = *data + kDatabaseFolder + "\\" + kDatabaseFile;
-  if (!files.file_exists(database))
-    return "The database " + files.native(database) + " is not there." + kAdvice;
-  return std::nullopt;
+std::optional<std::string> missing_folders(const platform::Machine& machine, const platform::Files& files) {
+  const auto lack = find_lack(machine, files, Database::kLeftOut);
+  return lack ? std::optional(lack->text) : std::nullopt;
 }
 
 }  // namespace qvrcom::environment

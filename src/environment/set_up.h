@@ -45,11 +45,16 @@ class SetUp {
   std::vector<std::string> done_;
 };
 
-// What keeps the suite from running on this machine, in one sentence; nothing when it is set up. To be asked
-// before any folder of the library.
-std::optional<std::string> missing_set_up(const platform::Machine& machine, const platform::Files& files);
+// What keeps the suite from running on a machine.
+struct Lack {
+  std::string text;          // what is missing or cannot be used, why, and what to do
+  bool can_be_made = false;  // nothing lies in its place
+};
 
-// The same without a look at the database, for programs that leave it to the opening to say what is wrong.
+// Nothing when the machine is set up. To be asked before any folder of the library.
+std::optional<Lack> missing_set_up(const platform::Machine& machine, const platform::Files& files);
+
+// The text without a look at the database, for programs that leave it to the opening to say what is wrong.
 std::optional<std::string> missing_folders(const platform::Machine& machine, const platform::Files& files);
 
 // Gives every site without a statistics settings row such a row. Returns how many were added.

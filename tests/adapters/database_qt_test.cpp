@@ -49,7 +49,16 @@ TEST_F(DatabaseTest, SetUpMakesAMachineReadyAndTwiceIsHarmless) {
   EXPECT_EQ(value("SELECT AutoIncrements || '|' || (DefaultPathname IS NULL) FROM File_Handling"), "|1");
 
   std::filesystem::remove(database_path());
-  EXPECT_THAT(environment::missing_set_up(machine, files).value_or(""), HasSubstr(database_path()));
+  const auto lack = [&] { return environment::missing_set_up(machine, files).value_or(environment::Lack{}); };
+  EXPECT_THAT(lack().text, HasSubstr(database_path() + " is not there"));
+  EXPECT_TRUE(lack().can_be_made);
+  std::filesystem::create_symlink("none", database_path());
+  EXPECT_THAT(lack().text, HasSubstr(database_path() + " cannot be used. It is a link"));
+  EXPECT_FALSE(lack().can_be_made);
+  const std::string scheduler = files.native(folders.GetSchedulerFolder());
+  std::filesystem::remove_all(scheduler);
+  std::ofstream(scheduler.substr(0, scheduler.size() - 1)) << "a file";
+  EXPECT_THAT(lack().text, HasSubstr(" cannot be used. Something else has its name."));
 }
 
 // As when a fleet of desktops is started for the first time by one script.
