@@ -1,45 +1,18 @@
 // The pages that ask a device: each run goes through the real session dialog on memory parts.
 
-#include <gmock/gmock.h>
-
-#include <QComboBox>
 #include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QSpinBox>
-#include <QTableView>
-#include <QTemporaryDir>
 
-#include "adapters/files_posix.h"
-#include "adapters/posix_fault.h"
-#include "desktop/device_page.h"
 #include "desktop/device_texts.h"
-#include "desktop/messages_page.h"
-#include "desktop/same_logs_page.h"
+#include "desktop/page_test.h"
 #include "desktop/session_stopper.h"
 #include "devicefiles/device_time.h"
 #include "doubles/system_information_bytes.h"
-#include "ui/memory_windows.h"
-#include "ui/modal_driver.h"
 #include "ui/reading_text.h"
 #include "ui/transfer_progress.h"
-#include "ui/widget_text.h"
 
 namespace qvrcom::desktop {
 namespace {
-
-using doubles::ManualScheduler;
-using ui::child;
-using ui::MemoryWindows;
-using ui::ModalDriver;
-using ui::press;
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::StartsWith;
 
 const base::LocalTime kMoment = base::local_time(2026, 11, 15, 9, 8, 7);
 
@@ -54,7 +27,7 @@ struct GivenPaths : ui::FileChooserQt {
   std::string proposed;
 };
 
-struct DevicePages : ::testing::Test {
+struct DevicePages : PageTest {
   DevicePages() {
     windows.suite.scheduler.sends = [this](const std::string& local) -> std::optional<std::string> {
       return device[local.substr(local.rfind('\\') + 1)];
@@ -62,10 +35,9 @@ struct DevicePages : ::testing::Test {
   }
   template <class Page>
   Page& open(std::unique_ptr<Page> made) {
-    page = std::move(made);
-    page->show();
-    child<QComboBox>(*page, "cmbSite").setCurrentIndex(1);
-    return static_cast<Page&>(*page);
+    Page& shown = PageTest::open(std::move(made));
+    child<QComboBox>(shown, "cmbSite").setCurrentIndex(1);
+    return shown;
   }
   DevicePage& device_page() {
     return open(std::make_unique<DevicePage>(DevicePageParts{request, sites, chooser}));
@@ -82,13 +54,9 @@ struct DevicePages : ::testing::Test {
       before_ok();
       press(dialog, Qt::Key_Return);
     })});
-    child<QPushButton>(*page, button).click();
+    click(button);
   }
-  void click(const char* button) { child<QPushButton>(*page, button).click(); }
-  std::string label(const char* name) { return ui::utf8(child<QLabel>(*page, name).text()); }
-  std::string text(const char* name = "txtAnswer") {
-    return ui::utf8(child<QPlainTextEdit>(*page, name).toPlainText());
-  }
+  std::string text(const char* name = "txtAnswer") { return PageTest::text(name); }
   std::map<std::string, std::string>& files() { return windows.suite.files.content; }
   std::vector<platform::Message>& boxes() { return windows.suite.ui.messages; }
 
@@ -104,7 +72,6 @@ struct DevicePages : ::testing::Test {
   sitebook::SiteBook sites{connection};
   GivenPaths chooser;
   std::map<std::string, std::string> device;  // by local name
-  std::unique_ptr<QWidget> page;
 };
 
 TEST_F(DevicePages, PutTheClocksSideBySideAndSetTheDevice) {
@@ -270,10 +237,10 @@ TEST_F(DevicePages, ListTheMessagesOfAPartition) {
   const auto listed = [&](const char* result_list) {
     windows.suite.scheduler.result_file = result_list;
     run("cmdViewMessages");
-    const QAbstractItemModel& cells = *child<QTableView>(messages, "tblMessages").model();
+    const auto partitions = column("tblMessages", 0), numbers = column("tblMessages", 1);
     std::string all;
-    for (int row = 0; row < cells.rowCount(); ++row)
-      all += ui::utf8(cells.index(row, 0).data().toString() + "/" + cells.index(row, 1).data().toString());
+    for (std::size_t row = 0; row < partitions.size(); ++row)
+      all += partitions[row] + "/" + numbers[row];
     return all + " " + label("lblMessagesState");
   };
   EXPECT_EQ(listed("completed.sch"), "3/12 1 message in partition 3");

@@ -1,27 +1,14 @@
-#include <gmock/gmock.h>
-
 #include <QAccessible>
-#include <QComboBox>
 #include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QTableView>
-#include <QTemporaryDir>
 #include <QTemporaryFile>
 
 #include "adapters/database_qt.h"
-#include "adapters/files_posix.h"
-#include "adapters/posix_fault.h"
-#include "desktop/device_page.h"
 #include "desktop/first_start.h"
 #include "desktop/jobs_page.h"
 #include "desktop/list_watch.h"
 #include "desktop/main_window.h"
-#include "desktop/messages_page.h"
-#include "desktop/same_logs_page.h"
+#include "desktop/page_test.h"
 #include "desktop/site_dialog.h"
 #include "desktop/sites_page.h"
 #include "desktop/statistics_page.h"
@@ -29,25 +16,13 @@
 #include "desktop/text_window.h"
 #include "doubles/settable_machine.h"
 #include "protocol/script_grammar.h"
-#include "ui/memory_windows.h"
 #include "ui/message_boxes.h"
-#include "ui/modal_driver.h"
-#include "ui/widget_text.h"
 
 namespace qvrcom::desktop {
 namespace {
 
-using doubles::ManualScheduler;
-using ui::child;
-using ui::MemoryWindows;
-using ui::ModalDriver;
-using ui::press;
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 // The pages on real files and a real database in a folder of their own.
-struct PagesTest : ::testing::Test {
+struct PagesTest : PageTest {
   environment::MachineFolders machine_folders() const {
     const std::string root = adapters::suite_path(folder.path().toStdString());
     return {root + "\\Data", root + "\\Docs", root + "\\App"};
@@ -58,11 +33,8 @@ struct PagesTest : ::testing::Test {
   QString path(const char* name) const { return folder.filePath(QLatin1String(name)); }
   void write(const QString& to, const std::string& text) { files.replace(ui::utf8(to), text); }
   SitesPage& sites_page() {
-    page = std::make_unique<SitesPage>(SitesPageParts{sites, ui, files, chooser});
-    page->show();
-    return *page;
+    return open(std::make_unique<SitesPage>(SitesPageParts{sites, ui, files, chooser}));
   }
-  QPushButton& button(const char* name) { return child<QPushButton>(*page, name); }
 
   QTemporaryDir folder;
   adapters::FilesPosix files;
@@ -73,7 +45,6 @@ struct PagesTest : ::testing::Test {
   environment::DatabaseConnection connection{engine, folders};
   sitebook::SiteBook sites{connection};
   ui::FileChooserQt chooser{folder.path()};
-  std::unique_ptr<SitesPage> page;
 
   base::RunValues run;
   jobs::SchedulerFiles scheduler_files{run, folders, files};
@@ -134,7 +105,7 @@ TEST_F(PagesTest, AddsEditsAndDeletesSites) {
       EXPECT_EQ(reasons.text(), "");
       press(dialog, Qt::Key_Return);
     }});
-    button("cmdAddSite").click();
+    click("cmdAddSite");
   }
   ASSERT_EQ(sites.list().size(), 1U);
   EXPECT_EQ(sites.list()[0].name, "Büro");
@@ -147,7 +118,7 @@ TEST_F(PagesTest, AddsEditsAndDeletesSites) {
       child<QLineEdit>(dialog, "field-access-code").setText("geheim");
       press(dialog, Qt::Key_Return);
     }});
-    button("cmdEditSite").click();
+    click("cmdEditSite");
   }
   EXPECT_EQ(sites.list()[0].access_code, "geheim");
   const QAbstractItemModel& cells = *child<QTableView>(shown, "tblSites").model();
@@ -155,9 +126,9 @@ TEST_F(PagesTest, AddsEditsAndDeletesSites) {
 
   child<QTableView>(shown, "tblSites").selectRow(0);
   ui.answers = {platform::Button::kCancel, platform::Button::kOk};
-  button("cmdDeleteSite").click();
+  click("cmdDeleteSite");
   EXPECT_EQ(sites.list().size(), 1U);
-  button("cmdDeleteSite").click();
+  click("cmdDeleteSite");
   EXPECT_THAT(sites.list(), IsEmpty());
   EXPECT_EQ(changes.count(), 3);
 }
@@ -172,7 +143,7 @@ TEST_F(PagesTest, ImportsAllSitesOrTellsWhyNone) {
       press(dialog, Qt::Key_Return);
     });
     const ModalDriver driver(std::move(steps));
-    button("cmdImportSites").click();
+    click("cmdImportSites");
   };
   import("name,id,access-code\r\nOne,1,geheim\r\nTwo,2,\r\n");
   const auto report_is_read = [](QWidget& report) {
@@ -181,7 +152,7 @@ TEST_F(PagesTest, ImportsAllSitesOrTellsWhyNone) {
   };
   import("name,id\r\nThree,3\r\nFo;ur,4\r\n", {report_is_read});
   EXPECT_EQ(sites.list().size(), 2U);
-  EXPECT_EQ(child<QLabel>(*page, "lblSitesState").text(), "2 sites");
+  EXPECT_EQ(label("lblSitesState"), "2 sites");
   ui.answers = {platform::Button::kCancel, platform::Button::kOk};
   for (const char* name : {"One", "Uno"}) {
     import("name,id\r\nUno,1\r\n");
@@ -198,9 +169,9 @@ TEST_F(PagesTest, ExportsToAPrivateFileAndAsksAboutTheAccessCodes) {
   sites_page();
   ui.messages.clear();
   ui.answers = {platform::Button::kCancel, platform::Button::kNo, platform::Button::kYes};
-  button("cmdExportSites").click();  // no file is asked for
+  click("cmdExportSites");  // no file is asked for
   ASSERT_EQ(ui.messages.size(), 1U);
-  EXPECT_THAT(ui.messages[0].text, testing::StartsWith("Shall the file hold the access codes of 1 site?"));
+  EXPECT_THAT(ui.messages[0].text, StartsWith("Shall the file hold the access codes of 1 site?"));
   write(path("out.csv"), "open to everybody");
   for (const bool held : {false, true}) {
     const ModalDriver driver({[&](QWidget& dialog) {
@@ -212,7 +183,7 @@ TEST_F(PagesTest, ExportsToAPrivateFileAndAsksAboutTheAccessCodes) {
                                   if (each->text().contains("Overwrite")) each->click();
                                 }
                               }});
-    button("cmdExportSites").click();
+    click("cmdExportSites");
     EXPECT_EQ(files.read(ui::utf8(path("out.csv"))).find("geheim") != std::string::npos, held);
     EXPECT_FALSE(QFile::permissions(path("out.csv")) & (QFile::ReadGroup | QFile::ReadOther));
   }
@@ -224,14 +195,14 @@ TEST_F(PagesTest, SaysWhyTheSiteBookCannotBeUsed) {
   const std::string copy = files.read(database);
   files.replace(database, "no database");
   SitesPage& shown = sites_page();
-  EXPECT_TRUE(child<QLabel>(shown, "lblSitesState").text().startsWith("The site book cannot be used. "));
+  EXPECT_THAT(label("lblSitesState"), StartsWith("The site book cannot be used. "));
   for (const char* name : {"cmdAddSite", "cmdEditSite", "cmdDeleteSite", "cmdImportSites", "cmdExportSites"})
     EXPECT_FALSE(button(name).isEnabled()) << name;
   int told = 0;
   QObject::connect(&shown, &SitesPage::sites_changed, &shown, [&] { ++told; });
   files.replace(database, copy);
-  button("cmdReloadSites").click();
-  EXPECT_EQ(child<QLabel>(shown, "lblSitesState").text(), "0 sites");
+  click("cmdReloadSites");
+  EXPECT_EQ(label("lblSitesState"), "0 sites");
   EXPECT_EQ(told, 1) << "the other pages have lists of sites, too";
 }
 
@@ -242,21 +213,15 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
            "\\" + job + ".scr;\r\n";
   };
   write(ui::qt_text(scheduler_files.path("index.sch")), line("Nov1526120000001") + line("Nov1526120000002"));
-  JobsPage jobs(jobs_parts());
-  jobs.show();
+  JobsPage& jobs = open(std::make_unique<JobsPage>(jobs_parts()));
   auto& table = child<QTableView>(jobs, "tblJobs");
-  const auto column = [&](int number) {
-    std::vector<std::string> texts;
-    for (int row = 0; row < table.model()->rowCount(); ++row)
-      texts.push_back(ui::utf8(table.model()->index(row, number).data().toString()));
-    return texts;
-  };
-  const auto state = [&](const char* name) { return child<QPushButton>(jobs, name).isEnabled(); };
-  const auto click = [&](const char* name, int row) {
+  const auto cells = [&](int number) { return column("tblJobs", number); };
+  const auto state = [&](const char* name) { return button(name).isEnabled(); };
+  const auto click_on = [&](const char* name, int row) {
     table.selectRow(row);
-    child<QPushButton>(jobs, name).click();
+    click(name);
   };
-  EXPECT_THAT(column(1), ElementsAre("Waiting", "Waiting"));
+  EXPECT_THAT(cells(1), ElementsAre("Waiting", "Waiting"));
   table.selectRow(1);
   EXPECT_FALSE(state("cmdStopJob"));
 
@@ -264,17 +229,16 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   scheduler.now.emplace();
   scheduler.now->jobs = {{"Nov1526120000002", "Retrieve", protocol::JobState::kRunning}};
   jobs.look();
-  EXPECT_THAT(column(1), ElementsAre("Error", "Running"));
-  EXPECT_THAT(column(6), ElementsAre("error.sch", ""));
-  child<QPushButton>(jobs, "cmdStopJob").click();  // the row is still selected
-  click("cmdStopScheduler", 1);
+  EXPECT_THAT(cells(1), ElementsAre("Error", "Running"));
+  EXPECT_THAT(cells(6), ElementsAre("error.sch", ""));
+  click("cmdStopJob");  // the row is still selected
+  click_on("cmdStopScheduler", 1);
   EXPECT_THAT(scheduler.log, ElementsAre("stop Nov1526120000002", "stop"));
-  click("cmdStartScheduler", 1);
+  click_on("cmdStartScheduler", 1);
   EXPECT_THAT(programs.started, ElementsAre(folders.GetAppPath() + "JobPilot.exe"));
   scheduler.silent = true;
   jobs.look();
-  EXPECT_EQ(ui::utf8(child<QLabel>(jobs, "lblScheduler").text()),
-            "A scheduler is running, but it does not answer.");
+  EXPECT_EQ(label("lblScheduler"), "A scheduler is running, but it does not answer.");
   EXPECT_FALSE(state("cmdStartScheduler"));
 
   // A session that was left: its script alone tells what it is.
@@ -286,22 +250,22 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   files.replace(left + "\\Jan0127120000000.scr",
                 protocol::header_text(header, protocol::ScriptKind::kTransfer) + "\r\nFTPDISCONNECT;\r\n");
   scheduler.now.emplace().running_job = "Jan0127120000000";
-  click("cmdRefreshJobs", 1);
-  EXPECT_THAT(column(1), ElementsAre("Error", "Waiting", "Running"));
-  EXPECT_EQ(column(3)[2], "Depot - 102");
+  click_on("cmdRefreshJobs", 1);
+  EXPECT_THAT(cells(1), ElementsAre("Error", "Waiting", "Running"));
+  EXPECT_EQ(cells(3)[2], "Depot - 102");
   table.sortByColumn(0, Qt::DescendingOrder);  // January 2027 before November 2026
   scheduler.now->running_job.clear();
   files.make_folder(scheduler_files.path("Nov1526120000001"));
-  click("cmdRefreshJobs", 0);
-  EXPECT_THAT(column(1), ElementsAre("Left behind", "Waiting", "Error"));
+  click_on("cmdRefreshJobs", 0);
+  EXPECT_THAT(cells(1), ElementsAre("Left behind", "Waiting", "Error"));
   scheduler.log.clear();
-  click("cmdRemoveJob", 0);
+  click_on("cmdRemoveJob", 0);
   EXPECT_FALSE(state("cmdProcessJob"));
-  click("cmdProcessJob", 2);
+  click_on("cmdProcessJob", 2);
   EXPECT_THAT(scheduler.log, ElementsAre("remove Jan0127120000000", "process Nov1526120000001"));
-  click("cmdOpenJobLog", 1);
+  click_on("cmdOpenJobLog", 1);
   EXPECT_FALSE(state("cmdRemoveJob"));
-  EXPECT_THAT(ui.messages.back().text, testing::HasSubstr("has written no log"));
+  EXPECT_THAT(ui.messages.back().text, HasSubstr("has written no log"));
 }
 
 TEST(ListWatchTest, LooksAgainAfterAFileWasJustWritten) {
