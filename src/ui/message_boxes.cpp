@@ -59,6 +59,7 @@ void name_buttons(QMessageBox& box, const platform::Message& message) {
   const bool yes_no = message.buttons == Buttons::kYesNoCancel;
   box.button(yes_no ? QMessageBox::Yes : QMessageBox::Ok)->setText(qt_text(message.act));
   QAbstractButton* other = box.button(yes_no ? QMessageBox::No : QMessageBox::Cancel);
+  if (other == nullptr) return;  // nothing is asked
   if (!message.refrain.empty()) other->setText(qt_text(message.refrain));
   box.setDefaultButton(qobject_cast<QPushButton*>(other));
 }

@@ -372,6 +372,7 @@ TEST(MessageBoxesTest, ShowsTextTitleAndDetailAtOnce) {
        "T",
        Qt::Key_Return,
        Button::kNo},
+      {{.text = "?", .title = "T", .act = "Reset Log", .refrain = "Keep"}, "T", Qt::Key_Return, Button::kOk},
   };
   for (const Row& row : rows) {
     const ModalDriver driver({[&](QWidget& box) {
