@@ -10,6 +10,7 @@
 
 #include "desktop/clock_panel.h"
 #include "desktop/device_texts.h"
+#include "desktop/obstacles.h"
 #include "desktop/site_picker.h"
 #include "environment/names.h"
 #include "requests/device_requests.h"
@@ -119,20 +120,16 @@ QString DevicePage::all_partitions_obstacle() const {
   const std::string firmware = picker_->site()->firmware.value_or("");
   const std::string form = siterules::FirmwareRules(trap).Check_Firmware_Version(firmware);
   if (form == environment::kOldStats) return {};
-  const QString command = cmdAllPartitions_->accessibleName().remove(QStringLiteral("..."));
   if (form == siterules::kNoFirmwareVersion)
-    return command + QStringLiteral(": not while the site book does not tell the site's firmware version.");
-  return command +
-         QStringLiteral(": not with firmware %1, which does not keep its statistics in the older form.")
-             .arg(ui::qt_text(firmware));
+    return QStringLiteral("not while the site book does not tell the site's firmware version");
+  return QStringLiteral("not with firmware %1, which does not keep its statistics in the older form")
+      .arg(ui::qt_text(firmware));
 }
 
 void DevicePage::show_all_partitions(bool usable) {
-  const QString obstacle = usable ? all_partitions_obstacle() : QString();
-  cmdAllPartitions_->setEnabled(usable && obstacle.isEmpty());
-  cmdAllPartitions_->setAccessibleDescription(obstacle);
-  lblAllPartitions_->setText(obstacle);
-  lblAllPartitions_->setVisible(!obstacle.isEmpty());
+  show_obstacles(*lblAllPartitions_, {{cmdAllPartitions_, usable ? all_partitions_obstacle() : QString()}});
+  if (!usable) cmdAllPartitions_->setEnabled(false);  // the picker's line tells
+  lblAllPartitions_->setVisible(!lblAllPartitions_->text().isEmpty());
 }
 
 void DevicePage::reload_sites() {

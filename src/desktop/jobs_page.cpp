@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "desktop/obstacles.h"
 #include "desktop/session_stopper.h"
 #include "desktop/tables.h"
 #include "environment/names.h"
@@ -24,6 +25,10 @@ namespace {
 // the machine, however long the lists are.
 constexpr int kRest = 1000;
 constexpr int kRestPerLook = 20;
+
+const QString kNoJob = QStringLiteral("choose a job first");
+const QString kNotEnded = QStringLiteral("it has not ended yet");
+const QString kNoFolder = QStringLiteral("nothing of it is left");
 
 QString scheduler_text(const platform::StatusAnswer& answer) {
   if (answer.reach == platform::Reach::kSilent) return QLatin1String(kSchedulerSilent);
@@ -73,6 +78,7 @@ JobsPage::JobsPage(const JobsPageParts& parts, QWidget* parent)
       table_(ui::named(new QTableView(this), "tblJobs", QStringLiteral("Jobs"))),
       lblScheduler_(state_label("lblScheduler", "State of the scheduler", this)),
       lblJobsState_(state_label("lblJobsState", "State of the job lists", this)),
+      lblObstacles_(state_label("lblJobObstacles", "What cannot be done with the job", this)),
       timer_(new QTimer(this)) {
   setObjectName(QStringLiteral("jobsPage"));
   lay_out();
@@ -93,6 +99,7 @@ void JobsPage::lay_out() {
   all->addWidget(ui::label_for(table_, "lblJobs", QStringLiteral("Jo&bs of the scheduler:"), this));
   all->addWidget(table_, 1);
   all->addWidget(lblJobsState_);
+  all->addWidget(lblObstacles_);
   all->addWidget(make_buttons());
 }
 
@@ -197,12 +204,32 @@ std::optional<jobs::BoardJob> JobsPage::unlisted_job() const {
 
 void JobsPage::show_buttons() {
   const jobs::BoardJob* job = selected();
-  cmdStopJob_->setEnabled(job != nullptr && model_->stoppable(*job));
-  cmdProcess_->setEnabled(job != nullptr && job->has_folder && job->ending().has_value());
-  cmdRemove_->setEnabled(job != nullptr && job->has_folder && model_->has_ended(*job));
-  cmdOpenLog_->setEnabled(job != nullptr);
+  const auto reason = [&](QString (JobsPage::*obstacle)(const jobs::BoardJob&) const) {
+    return job == nullptr ? kNoJob : (this->*obstacle)(*job);
+  };
+  show_obstacles(*lblObstacles_, {{cmdStopJob_, reason(&JobsPage::stop_obstacle)},
+                                  {cmdProcess_, reason(&JobsPage::process_obstacle)},
+                                  {cmdRemove_, reason(&JobsPage::remove_obstacle)},
+                                  {cmdOpenLog_, job == nullptr ? kNoJob : QString()}});
   cmdStart_->setEnabled(status_.reach == platform::Reach::kNotRunning);
   cmdStop_->setEnabled(status_.reach != platform::Reach::kNotRunning);
+}
+
+QString JobsPage::stop_obstacle(const jobs::BoardJob& job) const {
+  if (model_->stoppable(job)) return {};
+  return status_.status ? QStringLiteral("it neither runs nor waits")
+                        : QStringLiteral("no scheduler answers that could stop it");
+}
+
+QString JobsPage::process_obstacle(const jobs::BoardJob& job) const {
+  if (!model_->has_ended(job)) return kNotEnded;
+  if (!job.has_folder) return kNoFolder;
+  return job.ending() ? QString() : QStringLiteral("no list tells how it ended");
+}
+
+QString JobsPage::remove_obstacle(const jobs::BoardJob& job) const {
+  if (!model_->has_ended(job)) return kNotEnded;
+  return job.has_folder ? QString() : kNoFolder;
 }
 
 const jobs::BoardJob* JobsPage::selected() const {

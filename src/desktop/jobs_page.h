@@ -62,6 +62,9 @@ class JobsPage : public QWidget {
   void show_status();
   std::optional<jobs::BoardJob> unlisted_job() const;
   void show_buttons();
+  QString stop_obstacle(const jobs::BoardJob& job) const;
+  QString process_obstacle(const jobs::BoardJob& job) const;
+  QString remove_obstacle(const jobs::BoardJob& job) const;
   QStringList watched_files() const;
   const jobs::BoardJob* selected() const;
   void select(const std::string& job_name);
@@ -78,6 +81,7 @@ class JobsPage : public QWidget {
   QTableView* table_;
   QLabel* lblScheduler_;
   QLabel* lblJobsState_;
+  QLabel* lblObstacles_;  // why a job's buttons cannot be pressed
   QPushButton* cmdStopJob_ = nullptr;
   QPushButton* cmdProcess_ = nullptr;
   QPushButton* cmdRemove_ = nullptr;

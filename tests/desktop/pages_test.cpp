@@ -223,6 +223,8 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   };
   EXPECT_THAT(cells(1), ElementsAre("Waiting", "Waiting"));
   table.selectRow(1);
+  EXPECT_EQ(label("lblJobObstacles"),
+            "Stop Job: no scheduler answers that could stop it. Process, Remove: it has not ended yet.");
   EXPECT_FALSE(state("cmdStopJob"));
 
   write(ui::qt_text(scheduler_files.path("error.sch")), line("Nov1526120000001"));
@@ -261,7 +263,10 @@ TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
   scheduler.log.clear();
   click_on("cmdRemoveJob", 0);
   EXPECT_FALSE(state("cmdProcessJob"));
+  EXPECT_EQ(label("lblJobObstacles"),
+            "Stop Job: it neither runs nor waits. Process: no list tells how it ended.");
   click_on("cmdProcessJob", 2);
+  EXPECT_EQ(label("lblJobObstacles"), "Stop Job: it neither runs nor waits.");
   EXPECT_THAT(scheduler.log, ElementsAre("remove Jan0127120000000", "process Nov1526120000001"));
   click_on("cmdOpenJobLog", 1);
   EXPECT_FALSE(state("cmdRemoveJob"));
