@@ -57,7 +57,7 @@ DevicePage::DevicePage(const DevicePageParts& parts, QWidget* parent)
   connect(clock_, &ClockPanel::read_wanted, this, &DevicePage::read_clock);
   connect(clock_, &ClockPanel::set_wanted, this, &DevicePage::set_clock);
   connect(cmdSave_, &QPushButton::clicked, this, &DevicePage::save_answer);
-  site_changed();
+  site_changed(true);
 }
 
 void DevicePage::lay_out() {
@@ -137,19 +137,26 @@ void DevicePage::reload_sites() {
 }
 
 // An answer belongs to the site that gave it.
-void DevicePage::site_changed() {
+void DevicePage::site_changed(bool another) {
   const bool usable = picker_->usable();
   for (QPushButton* button : commands_)
     button->setEnabled(usable);
   show_all_partitions(usable);
   clock_->enable_buttons(usable);
+  if (!another) return;
   clock_->forget_device();
-  lblState_->setText(picker_->site() != nullptr ? QString() : QStringLiteral("Choose a site first."));
+  lblState_->clear();
   show_answer("", {}, {}, "");
 }
 
-requests::SystemAnswer DevicePage::command(const char* operation, requests::SystemOrder order) {
+// For the site that is chosen now: what a question was about is what is done, whatever the line shows then.
+requests::SystemOrder DevicePage::order() const {
+  requests::SystemOrder order;
   order.site = picker_->row();
+  return order;
+}
+
+requests::SystemAnswer DevicePage::command(const char* operation, requests::SystemOrder order) {
   order.operation = operation;
   const requests::SystemAnswer answer = requests::SystemRequest(parts_.request).run(order);
   lblState_->setText(outcome_line(operation, answer));
@@ -157,7 +164,7 @@ requests::SystemAnswer DevicePage::command(const char* operation, requests::Syst
 }
 
 void DevicePage::read_clock() {
-  const requests::SystemAnswer answer = command(operation::kGetDateAndTime);
+  const requests::SystemAnswer answer = command(operation::kGetDateAndTime, order());
   if (answer.result == RequestResult::kDone) return clock_->show_device(answer.clock, answer.arrived);
   if (answer.record.empty()) return;
   clock_->forget_device();
@@ -165,17 +172,17 @@ void DevicePage::read_clock() {
 }
 
 void DevicePage::set_clock() {
+  requests::SystemOrder wanted = order();
   if (!ui::agreed(parts_.request.rules.ui,
                   "Set the clock of " + picker_->title() + " to the PC's date and time?", "Set Clock"))
     return;
-  requests::SystemOrder order;
-  order.clock = parts_.request.rules.clock.now();
-  command(operation::kSetDateAndTime, order);
+  wanted.clock = parts_.request.rules.clock.now();
+  command(operation::kSetDateAndTime, wanted);
   clock_->forget_device();  // what was read is no longer true
 }
 
 void DevicePage::get_information() {
-  const requests::SystemAnswer answer = command(operation::kGetSystemInformation);
+  const requests::SystemAnswer answer = command(operation::kGetSystemInformation, order());
   if (answer.record.empty()) return;
   const bool known = answer.result == RequestResult::kDone;
   const QString text = known ? information_text(answer.information) : unread_text(answer.record);
@@ -184,35 +191,36 @@ void DevicePage::get_information() {
 
 void DevicePage::get_partition() {
   const int partition = picker_->partition();
-  requests::SystemOrder order;
-  order.partition = std::to_string(partition);
-  const requests::SystemAnswer answer = command(operation::kRetrieveMessageIndex, order);
+  requests::SystemOrder wanted = order();
+  wanted.partition = std::to_string(partition);
+  const requests::SystemAnswer answer = command(operation::kRetrieveMessageIndex, wanted);
   if (answer.result != RequestResult::kDone) return;
   show_text(operation::kRetrieveMessageIndex, partition_text(partition, answer.partition_times),
             "partition.txt");
 }
 
 void DevicePage::get_log() {
-  const requests::SystemAnswer answer = command(operation::kGetLog);
+  const requests::SystemAnswer answer = command(operation::kGetLog, order());
   if (answer.result == RequestResult::kDone) show_log(operation::kGetLog, answer.log);
 }
 
 // The device will have no log any more: where it is kept is settled before it is fetched.
 void DevicePage::get_and_reset_log() {
+  requests::SystemOrder wanted = order();
   const auto path = parts_.chooser.save_file(kTextFiles, "log.txt");
   if (!path) return;
-  requests::SystemOrder order;
-  order.save_log_as = parts_.request.rules.files.from_native(*path);
-  const requests::SystemAnswer answer = command(operation::kGetAndResetLog, order);
+  wanted.save_log_as = parts_.request.rules.files.from_native(*path);
+  const requests::SystemAnswer answer = command(operation::kGetAndResetLog, wanted);
   const bool done = answer.result == RequestResult::kDone;
   if (done || !answer.log.empty()) show_log(operation::kGetAndResetLog, answer.log);
   if (done) lblState_->setText(lblState_->text() + QStringLiteral(". Saved in ") + ui::qt_text(*path));
 }
 
 void DevicePage::reset_log() {
+  const requests::SystemOrder wanted = order();
   if (ui::agreed(parts_.request.rules.ui, "Reset the log of " + picker_->title() + "? What it holds is lost.",
                  "Reset Log", "Fetch the log to keep it."))
-    command(operation::kResetLog);
+    command(operation::kResetLog, wanted);
 }
 
 void DevicePage::send_firmware() {
@@ -224,31 +232,33 @@ void DevicePage::send_canned_messages() {
 }
 
 void DevicePage::send(const Sending& what) {
+  requests::SystemOrder wanted = order();
+  const std::string title = picker_->title();
   const auto path =
       parts_.chooser.open_file({.filter = what.filter, .flags = control::FileChoice::kFileMustExist});
   if (!path) return;
-  requests::SystemOrder order;
-  order.file = parts_.request.rules.files.from_native(*path);
+  wanted.file = parts_.request.rules.files.from_native(*path);
   std::uint64_t length = 0;
   const std::string refused = std::string("The ") + what.what + " cannot be sent.";
   const bool fit = ui::attempt(parts_.request.rules.ui, refused, [&] {
-    length = parts_.request.rules.files.length(order.file);
+    length = parts_.request.rules.files.length(wanted.file);
     if (length == 0) throw base::Fault("The file is empty.", *path);
   });
   if (!fit) return;
-  const std::string question = std::string("Send the ") + what.what + " to " + picker_->title() + "?\n" +
-                               *path + " (" + ui::utf8(ui::byte_count(length)) + ")";
+  const std::string question = std::string("Send the ") + what.what + " to " + title + "?\n" + *path + " (" +
+                               ui::utf8(ui::byte_count(length)) + ")";
   if (!ui::agreed(parts_.request.rules.ui, question, what.act)) return;
-  command(what.operation, order);
+  command(what.operation, wanted);
 }
 
 void DevicePage::reset_all_partitions() {
+  const sitebook::SiteRecord site = picker_->row();
   if (!ui::agreed(parts_.request.rules.ui,
                   "Retrieve the statistics of all partitions of " + picker_->title() +
                       " and reset them on the device?",
                   "Retrieve and Reset", "The device starts its counters anew."))
     return;
-  const auto answer = requests::AllPartitionsRequest(parts_.request).run(picker_->row());
+  const auto answer = requests::AllPartitionsRequest(parts_.request).run(site);
   lblState_->setText(outcome_line(operation::kRetrieveResetAllStatistics, answer.result, {}));
   if (answer.files.empty()) return;
   std::vector<session::PartitionFile> files = answer.files;

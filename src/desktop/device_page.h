@@ -38,11 +38,12 @@ class DevicePage : public QWidget {
 
   void lay_out();
   QWidget* make_commands();
-  void site_changed();
+  void site_changed(bool another);
   QString all_partitions_obstacle() const;
   void show_all_partitions(bool usable);
 
-  requests::SystemAnswer command(const char* operation, requests::SystemOrder order = {});
+  requests::SystemOrder order() const;
+  requests::SystemAnswer command(const char* operation, requests::SystemOrder order);
   void read_clock();
   void set_clock();
   void get_information();

@@ -43,7 +43,7 @@ MessagesPage::MessagesPage(const requests::SessionRequestParts& request, siteboo
   lay_out();
   connect(picker_, &SitePicker::chosen, this, &MessagesPage::site_changed);
   connect(cmdView_, &QPushButton::clicked, this, &MessagesPage::view);
-  site_changed();
+  site_changed(true);
 }
 
 void MessagesPage::lay_out() {
@@ -67,10 +67,11 @@ void MessagesPage::reload_sites() {
 }
 
 // What is listed belongs to the site that was asked.
-void MessagesPage::site_changed() {
+void MessagesPage::site_changed(bool another) {
   cmdView_->setEnabled(picker_->usable());
+  if (!another) return;
   model_->show({});
-  lblState_->setText(picker_->site() != nullptr ? QString() : QStringLiteral("Choose a site first."));
+  lblState_->clear();
 }
 
 void MessagesPage::view() {

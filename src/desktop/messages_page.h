@@ -26,7 +26,7 @@ class MessagesPage : public QWidget {
  private:
   void lay_out();
   void view();
-  void site_changed();
+  void site_changed(bool another);
 
   requests::SessionRequestParts request_;
   SitePicker* picker_;

@@ -8,9 +8,11 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
+#include "control/site_list.h"
+#include "desktop/in_sight.h"
 #include "desktop/tables.h"
-#include "ui/attempt.h"
 #include "ui/elements.h"
 
 namespace qvrcom::desktop {
@@ -34,11 +36,17 @@ QSpinBox* partition_field(QWidget* parent) {
   return field;
 }
 
-void sort_by_name(std::vector<sitebook::SiteRecord>& sites) {
-  const ValueOrder order;
-  std::stable_sort(sites.begin(), sites.end(), [&](const auto& left, const auto& right) {
-    return order.less(ui::qt_text(sitebook::title_of(left)), ui::qt_text(sitebook::title_of(right)));
+std::vector<const sitebook::SiteRecord*> by_title(const std::vector<sitebook::SiteRecord>& sites) {
+  std::vector<std::pair<QString, const sitebook::SiteRecord*>> titled;
+  for (const sitebook::SiteRecord& site : sites)
+    titled.emplace_back(ui::qt_text(sitebook::title_of(site)), &site);
+  std::stable_sort(titled.begin(), titled.end(), [order = ValueOrder()](const auto& left, const auto& right) {
+    return order.less(left.first, right.first);
   });
+  std::vector<const sitebook::SiteRecord*> sorted;
+  for (const auto& [title, site] : titled)
+    sorted.push_back(site);
+  return sorted;
 }
 
 // Why no session can be held with this site, as a request would say it; "" when nothing is known against it.
@@ -53,7 +61,7 @@ std::string obstacle_of(const sitebook::SiteRecord& site) {
 
 SitePicker::SitePicker(sitebook::SiteBook& sites, Asks asks, QWidget* parent)
     : QWidget(parent),
-      sites_(sites),
+      seen_(sites),
       line_(new QHBoxLayout),
       cmbSite_(site_list(this)),
       lblProblem_(ui::named(new QLabel(this), "lblSiteProblem", QStringLiteral("State of the site book"))) {
@@ -72,6 +80,9 @@ SitePicker::SitePicker(sitebook::SiteBook& sites, Asks asks, QWidget* parent)
   all->addWidget(lblProblem_);
   connect(cmbSite_, &QComboBox::currentIndexChanged, this, &SitePicker::choose);
   setFocusProxy(cmbSite_);
+  new InSight(this, [this] {
+    if (seen_.look()) fill();
+  });
   reload();
 }
 
@@ -80,36 +91,42 @@ void SitePicker::append(QWidget* widget) {
 }
 
 void SitePicker::reload() {
-  const std::int32_t before = site() == nullptr ? 0 : site()->site_id;
-  records_.clear();
-  const auto fault = base::fault_of([this] {
-    records_ = sites_.list();
-    sort_by_name(records_);
-  });
+  seen_.look();
+  fill();
+}
+
+void SitePicker::fill() {
+  rows_ = by_title(seen_.sites());
   {
     const QSignalBlocker quiet(cmbSite_);
     cmbSite_->clear();
     cmbSite_->addItem(
-        QLatin1String(records_.empty() ? control::SiteList::kNoSite : control::SiteList::kPlaceholder));
-    for (const sitebook::SiteRecord& record : records_)
-      cmbSite_->addItem(ui::qt_text(sitebook::title_of(record)), record.site_id);
-    cmbSite_->setCurrentIndex(std::max(0, before == 0 ? 0 : cmbSite_->findData(before)));
+        QLatin1String(rows_.empty() ? control::SiteList::kNoSite : control::SiteList::kPlaceholder));
+    for (const sitebook::SiteRecord* row : rows_)
+      cmbSite_->addItem(ui::qt_text(sitebook::title_of(*row)), row->site_id);
+    cmbSite_->setCurrentIndex(std::max(0, chosen_ == 0 ? 0 : cmbSite_->findData(chosen_)));
   }
-  trouble_ = fault ? "The site book cannot be used. " + ui::sentence_of(*fault) : std::string();
   choose();
 }
 
 void SitePicker::choose() {
-  const std::string obstacle = site() == nullptr ? std::string() : obstacle_of(*site());
-  usable_ = site() != nullptr && obstacle.empty();
-  lblProblem_->setText(ui::qt_text(trouble_ + obstacle));
-  lblProblem_->setVisible(!lblProblem_->text().isEmpty());
-  emit chosen();
+  const std::int32_t before = std::exchange(chosen_, site() == nullptr ? 0 : site()->site_id);
+  const std::string reason = obstacle();
+  usable_ = reason.empty();
+  lblProblem_->setText(ui::qt_text(reason));
+  lblProblem_->setVisible(!usable_);
+  emit chosen(chosen_ != before);
+}
+
+std::string SitePicker::obstacle() const {
+  if (!seen_.trouble().empty()) return seen_.trouble();
+  if (site() != nullptr) return obstacle_of(*site());
+  return rows_.empty() ? "Add a site on the page \"Sites\" first." : "Choose a site first.";
 }
 
 const sitebook::SiteRecord* SitePicker::site() const {
   const int index = cmbSite_->currentIndex();
-  return index < 1 ? nullptr : &records_[static_cast<std::size_t>(index - 1)];
+  return index < 1 ? nullptr : rows_[static_cast<std::size_t>(index - 1)];
 }
 
 int SitePicker::partition() const {

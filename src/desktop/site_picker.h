@@ -4,8 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "control/site_list.h"
-#include "sitebook/site_book.h"
+#include "desktop/seen_sites.h"
 
 class QComboBox;
 class QHBoxLayout;
@@ -14,7 +13,8 @@ class QSpinBox;
 
 namespace qvrcom::desktop {
 
-// A line in which a site of the book is chosen and, where it is asked for, a partition.
+// A line in which a site of the book is chosen and, where it is asked for, a partition. It follows the book
+// when it comes into sight.
 class SitePicker : public QWidget {
   Q_OBJECT
 
@@ -22,17 +22,16 @@ class SitePicker : public QWidget {
   enum class Asks { kSite, kSiteAndPartition };
   SitePicker(sitebook::SiteBook& sites, Asks asks, QWidget* parent);
 
-  // Reads the book anew and keeps the chosen site when it is still there.
+  // Reads the book anew and keeps the chosen site when it is still there, or when the book cannot be read.
   void reload();
 
   // Nothing while none is chosen.
   const sitebook::SiteRecord* site() const;
-  // Whether a site is chosen and nothing is known that keeps it out of a session; what is, stands in the
-  // line.
+  // Whether a site is chosen and nothing is known that keeps it out of a session; otherwise the line below
+  // tells why.
   bool usable() const { return usable_; }
   // As a session takes it over; only while a site is chosen.
   sitebook::SiteRecord row() const { return *site(); }
-  // "name - identifier"
   std::string title() const { return sitebook::title_of(*site()); }
   int partition() const;
 
@@ -40,19 +39,22 @@ class SitePicker : public QWidget {
   void append(QWidget* widget);
 
  signals:
-  void chosen();
+  // `another`: not the site of the last time, which may be known better now.
+  void chosen(bool another);
 
  private:
+  void fill();
   void choose();
+  std::string obstacle() const;
 
-  sitebook::SiteBook& sites_;
+  SeenSites seen_;
   QHBoxLayout* line_;
   QComboBox* cmbSite_;
   QSpinBox* txtPartition_ = nullptr;
-  QLabel* lblProblem_;   // why the book cannot be read, or the site not be used
-  std::string trouble_;  // of the book
+  QLabel* lblProblem_;  // why the book cannot be read, or the site not be used
   bool usable_ = false;
-  std::vector<sitebook::SiteRecord> records_;
+  std::int32_t chosen_ = 0;                        // its key
+  std::vector<const sitebook::SiteRecord*> rows_;  // of `seen_`, by their titles
 };
 
 }  // namespace qvrcom::desktop

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "desktop/in_sight.h"
 #include "desktop/site_dialog.h"
 #include "desktop/tables.h"
 #include "desktop/text_window.h"
@@ -68,10 +69,12 @@ SitesPage::SitesPage(const SitesPageParts& parts, QWidget* parent)
       model_(new SiteTableModel(this)),
       sorted_(new ValueSort(model_, this)),
       table_(ui::named(new QTableView(this), "tblSites", QStringLiteral("Sites"))),
-      lblState_(ui::named(new QLabel(this), "lblSitesState", QStringLiteral("State of the site book"))) {
+      lblState_(ui::named(new QLabel(this), "lblSitesState", QStringLiteral("State of the site book"))),
+      seen_(parts.sites) {
   setObjectName(QStringLiteral("sitesPage"));
   lay_out();
   connect_table();
+  new InSight(this, [this] { look(); });
   reload();
 }
 
@@ -105,23 +108,45 @@ void SitesPage::connect_table() {
 }
 
 void SitesPage::reload() {
-  const auto fault = base::fault_of([this] { model_->show(parts_.sites.list()); });
-  readable_ = !fault;
-  if (fault) model_->show({});
-  table_->resizeColumnsToContents();
+  seen_.look();
+  show_sites();
+}
+
+// What the page says meanwhile, of a file that it has written, stays as long as the book does.
+void SitesPage::look() {
+  if (!seen_.look()) return;
+  show_sites();
+  if (seen_.trouble().empty()) emit sites_changed();
+}
+
+void SitesPage::show_sites() {
+  if (selected() != nullptr) selected_ = selected()->site_id;
+  const bool first = model_->sites().empty();
+  const bool readable = seen_.trouble().empty();
+  model_->show(readable ? seen_.sites() : std::vector<sitebook::SiteRecord>());
+  select(selected_);
+  first ? table_->resizeColumnsToContents() : widen_columns(*table_);  // later on their widths are the user's
   show_state();
-  lblState_->setText(fault ? QStringLiteral("The site book cannot be used. ") +
-                                 ui::qt_text(ui::sentence_of(*fault))
-                           : count_of(model_->sites().size()));
+  lblState_->setText(readable ? count_of(model_->sites().size()) : ui::qt_text(seen_.trouble()));
+}
+
+void SitesPage::select(std::int32_t site_id) {
+  const auto& sites = model_->sites();
+  const auto found =
+      std::find_if(sites.begin(), sites.end(), [&](const auto& site) { return site.site_id == site_id; });
+  if (found == sites.end()) return;
+  const int row = static_cast<int>(found - sites.begin());
+  table_->selectRow(sorted_->mapFromSource(model_->index(row, 0)).row());
 }
 
 void SitesPage::show_state() {
   const bool one = selected() != nullptr;
+  const bool readable = seen_.trouble().empty();
   for (QPushButton* button : {cmdEdit_, cmdDelete_})
-    button->setEnabled(readable_ && one);
+    button->setEnabled(readable && one);
   for (QPushButton* button : {cmdAdd_, cmdImport_})
-    button->setEnabled(readable_);
-  cmdExport_->setEnabled(readable_ && !model_->sites().empty());
+    button->setEnabled(readable);
+  cmdExport_->setEnabled(readable && !model_->sites().empty());
 }
 
 const sitebook::SiteRecord* SitesPage::selected() const {
@@ -144,7 +169,7 @@ void SitesPage::add_site() {
 }
 
 void SitesPage::edit_site() {
-  if (selected() == nullptr || !readable_) return;
+  if (selected() == nullptr) return;
   const sitebook::SiteRecord stored = *selected();
   if (edit_stored_site(parts_.sites, parts_.ui, stored, this)) changed();
 }

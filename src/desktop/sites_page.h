@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include "desktop/seen_sites.h"
 #include "desktop/site_table_model.h"
 #include "platform/files.h"
 #include "platform/user_interface.h"
@@ -23,14 +24,15 @@ struct SitesPageParts {
   ui::FileChooserQt& chooser;
 };
 
-// The site book for people.
+// The site book for people. The page follows the book when it comes into sight.
 class SitesPage : public QWidget {
   Q_OBJECT
 
  public:
   explicit SitesPage(const SitesPageParts& parts, QWidget* parent = nullptr);
 
-  // Reads the book anew. When it cannot be read the page says why and offers nothing but to try again.
+  // Reads the book anew and keeps the selected site. When it cannot be read the page says why and offers
+  // nothing but to try again.
   void reload();
 
  signals:
@@ -47,7 +49,10 @@ class SitesPage : public QWidget {
   bool is_refused(const sitebook::ImportResult& result);
   bool agrees_to(const sitebook::ImportResult& result);
   void export_sites();
+  void look();
   void changed();
+  void show_sites();
+  void select(std::int32_t site_id);
   void show_state();
   const sitebook::SiteRecord* selected() const;
 
@@ -62,7 +67,8 @@ class SitesPage : public QWidget {
   QPushButton* cmdImport_ = nullptr;
   QPushButton* cmdExport_ = nullptr;
   QPushButton* cmdReload_ = nullptr;
-  bool readable_ = false;
+  SeenSites seen_;
+  std::int32_t selected_ = 0;  // the key of the site that was selected before the book was shown anew
 };
 
 }  // namespace qvrcom::desktop

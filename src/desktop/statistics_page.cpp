@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "desktop/in_sight.h"
 #include "ui/elements.h"
 
 namespace qvrcom::desktop {
@@ -14,7 +15,10 @@ constexpr int kControlWidth = 560;
 }  // namespace
 
 StatisticsPage::StatisticsPage(const ui::StatisticsMainParts& parts, QWidget* parent)
-    : QWidget(parent), control_(new ui::ucStatisticsMain(parts, this)), start_panel_(make_start_panel()) {
+    : QWidget(parent),
+      seen_(parts.request.sites),
+      control_(new ui::ucStatisticsMain(parts, this)),
+      start_panel_(make_start_panel()) {
   setObjectName(QStringLiteral("statisticsPage"));
   control_->setMaximumWidth(kControlWidth);
   auto* all = new QVBoxLayout(this);
@@ -24,8 +28,18 @@ StatisticsPage::StatisticsPage(const ui::StatisticsMainParts& parts, QWidget* pa
   all->addStretch();
   start_panel_->hide();
   setFocusProxy(control_);
+  seen_.look();
+  // While the book cannot be read the list stays: the control would tell so in a box each time.
+  new InSight(this, [this] {
+    if (seen_.look() && seen_.trouble().empty()) control_->reload_sites();
+  });
   connect(control_, &ui::ucStatisticsMain::RemoveMe, this, [this] { show_control(false); });
   connect(cmdOpen_, &QPushButton::clicked, this, [this] { show_control(true); });
+}
+
+void StatisticsPage::reload_sites() {
+  seen_.look();
+  control_->reload_sites();
 }
 
 QWidget* StatisticsPage::make_start_panel() {

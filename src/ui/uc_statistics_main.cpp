@@ -68,7 +68,13 @@ ucStatisticsMain::ucStatisticsMain(const StatisticsMainParts& parts, QWidget* pa
 ucStatisticsMain::~ucStatisticsMain() = default;
 
 void ucStatisticsMain::reload_sites() {
+  const QVariant site = cmbSelectSite_->currentData();
+  const int partition = cmbSelectPartition_->currentIndex();
   logic_->UserControl_Initialize();
+  const int place = cmbSelectSite_->findData(site);
+  if (place <= 0) return;
+  cmbSelectSite_->setCurrentIndex(place);
+  cmbSelectPartition_->setCurrentIndex(partition);
 }
 
 void ucStatisticsMain::make_elements() {

@@ -30,7 +30,7 @@ class ucStatisticsMain : public QWidget, private control::ControlView {
   explicit ucStatisticsMain(const StatisticsMainParts& parts, QWidget* parent = nullptr);
   ~ucStatisticsMain() override;
 
-  // Fills the site list anew, after the site book has changed.
+  // Fills the site list anew, after the site book has changed; site and partition stay chosen.
   void reload_sites();
 
  signals:

@@ -10,6 +10,7 @@
 #include "desktop/main_window.h"
 #include "desktop/page_test.h"
 #include "desktop/site_dialog.h"
+#include "desktop/site_picker.h"
 #include "desktop/sites_page.h"
 #include "desktop/statistics_page.h"
 #include "desktop/tables.h"
@@ -204,6 +205,51 @@ TEST_F(PagesTest, SaysWhyTheSiteBookCannotBeUsed) {
   click("cmdReloadSites");
   EXPECT_EQ(label("lblSitesState"), "0 sites");
   EXPECT_EQ(told, 1) << "the other pages have lists of sites, too";
+}
+
+// As when another program edits it, or its folder goes and comes back.
+TEST_F(PagesTest, FollowTheSiteBookAndKeepWhatIsChosen) {
+  prepare();
+  sitebook::SiteRecord site;
+  for (const char* name : {"Depot", "Office"}) {
+    site.name = name;
+    site.site_id = sites.add(site);
+  }
+  SitesPage& shown = sites_page();
+  auto& table = child<QTableView>(shown, "tblSites");
+  table.selectRow(1);
+  SitePicker picker(sites, SitePicker::Asks::kSite, nullptr);
+  picker.show();
+  child<QComboBox>(picker, "cmbSite").setCurrentIndex(2);
+  QSignalSpy chosen(&picker, &SitePicker::chosen), told(&shown, &SitesPage::sites_changed);
+  const auto come_back = [&] {
+    for (QWidget* each : {static_cast<QWidget*>(&shown), static_cast<QWidget*>(&picker)}) {
+      each->hide();
+      each->show();
+    }
+  };
+  const std::string database = folders.GetDatabaseFolder() + "NewDB.mdb";
+  const std::string copy = files.read(database);
+  ui.messages.clear();
+  files.replace(database, "no database");
+  come_back();
+  come_back();
+  EXPECT_THAT(ui.messages, IsEmpty());
+  EXPECT_FALSE(picker.usable());
+  EXPECT_THAT(ui::utf8(child<QLabel>(picker, "lblSiteProblem").text()), HasSubstr("cannot be used"));
+  files.replace(database, copy);
+  sitebook::SiteRecord newer = site;
+  newer.firmware = "6.62";
+  sites.edit(site, newer);
+  QEvent activated(QEvent::WindowActivate);
+  QApplication::sendEvent(&picker, &activated);
+  QApplication::processEvents();
+  come_back();
+  EXPECT_EQ(picker.site()->firmware, "6.62");
+  EXPECT_EQ(table.selectionModel()->currentIndex().row(), 1);
+  EXPECT_EQ(told.count(), 1);
+  ASSERT_EQ(chosen.count(), 2);
+  EXPECT_FALSE(chosen[0][0].toBool() || chosen[1][0].toBool()) << "it is the same site";
 }
 
 TEST_F(PagesTest, FollowsTheJobListsAndStopsAJob) {
