@@ -69,6 +69,11 @@ void prepare_row_table(QTableView& table, QAbstractItemModel& model) {
   table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().lineSpacing() + 8);
+  // A table that gets the focus by a key frames its first cell, which no key would select then.
+  const auto select = [&table](const QModelIndex& current) {
+    if (current.isValid() && !table.selectionModel()->hasSelection()) table.selectRow(current.row());
+  };
+  QObject::connect(table.selectionModel(), &QItemSelectionModel::currentChanged, &table, select);
 }
 
 void widen_columns(QTableView& table) {
