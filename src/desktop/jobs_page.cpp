@@ -170,13 +170,13 @@ QStringList JobsPage::watched_files() const {
 
 void JobsPage::read_board() {
   jobs::Board board = parts_.board.read();
-  board_text_ = board_text(board);
   if (!board.unread.empty()) watch_.forget();  // rights may come back without a trace in the file
   for (const std::string& name : board.abandoned) {
     if (status_.status && status_.status->running_job == name) continue;
     board.jobs.push_back(jobs::job_from_script(parts_.scheduler_files, name));
     board.jobs.back().has_folder = true;
   }
+  board_text_ = board_text(board);
   model_->show(std::move(board));
 }
 
