@@ -45,8 +45,8 @@ class ValueSort : public QSortFilterProxyModel {
 // The name of a job, or of a file named after one, as it is sorted: by the moment that it begins with.
 QVariant name_value(const QString& name);
 
-// A table of which whole rows are selected, one at a time: the first when the focus comes by a key. Tab leaves
-// it, arrows move in it, a click on a heading sorts it.
+// A table of which whole rows are selected, one at a time: the first when the focus comes by a key. Tab
+// leaves it, arrows move in it, a click on a heading sorts it.
 void prepare_row_table(QTableView& table, QAbstractItemModel& model);
 
 // Gives every column at least the room that its visible cells need.

@@ -17,7 +17,6 @@
 #include "desktop/text_window.h"
 #include "doubles/settable_machine.h"
 #include "protocol/script_grammar.h"
-#include "ui/message_boxes.h"
 
 namespace qvrcom::desktop {
 namespace {
@@ -244,8 +243,8 @@ TEST_F(PagesTest, FollowTheSiteBookAndKeepWhatIsChosen) {
   QEvent activated(QEvent::WindowActivate);
   QApplication::sendEvent(&picker, &activated);
   QApplication::processEvents();
-  come_back();
   EXPECT_EQ(picker.site()->firmware, "6.62");
+  come_back();
   EXPECT_EQ(table.selectionModel()->currentIndex().row(), 1);
   EXPECT_EQ(told.count(), 1);
   ASSERT_EQ(chosen.count(), 2);
@@ -398,56 +397,6 @@ TEST(ValueOrderTest, PutsValuesInOrderAndNamesAsTheLocaleDoes) {
     EXPECT_TRUE(order.less(left, right)) << ui::utf8(left.toString()) << ", " << ui::utf8(right.toString());
     EXPECT_FALSE(order.less(right, left)) << ui::utf8(left.toString()) << ", " << ui::utf8(right.toString());
   }
-}
-
-TEST(MessageBoxesTest, ShowsTextTitleAndDetailAtOnce) {
-  using platform::Button;
-  using platform::Buttons;
-  ui::MessageBoxes boxes;
-  struct Row {
-    platform::Message message;
-    const char* title;
-    Qt::Key key;
-    Button answer;
-  };
-  const Row rows[] = {
-      {{.text = "ERROR! cmdOK_Click"}, "Host", Qt::Key_Return, Button::kOk},
-      {{.text = "a\r\nb & c <b>", .title = "T", .detail = "why <b>\nnext"}, "T", Qt::Key_Escape, Button::kOk},
-      {{.text = "?", .title = "T", .buttons = Buttons::kYesNoCancel}, "T", Qt::Key_Return, Button::kYes},
-      {{.text = "?", .title = "T", .buttons = Buttons::kYesNoCancel}, "T", Qt::Key_Escape, Button::kCancel},
-      {{.text = "?", .title = "T", .buttons = Buttons::kOkCancel, .act = "Reset Log"},
-       "T",
-       Qt::Key_Return,
-       Button::kCancel},
-      {{.text = "?", .title = "T", .buttons = Buttons::kYesNoCancel, .act = "Reset Log"},
-       "T",
-       Qt::Key_Return,
-       Button::kNo},
-      {{.text = "?", .title = "T", .act = "Reset Log", .refrain = "Keep"}, "T", Qt::Key_Return, Button::kOk},
-  };
-  for (const Row& row : rows) {
-    const ModalDriver driver({[&](QWidget& box) {
-      EXPECT_EQ(box.property("text").toString(), ui::qt_text(row.message.text));
-      EXPECT_EQ(box.windowTitle(), row.title);
-      if (!row.message.detail.empty()) {
-        const auto& detail = child<QLabel>(box, "qt_msgbox_informativelabel");
-        EXPECT_TRUE(detail.isVisible());
-        EXPECT_EQ(detail.textFormat(), Qt::PlainText);
-        EXPECT_EQ(ui::utf8(detail.text()), row.message.detail);
-      }
-      QStringList captions;
-      for (const QPushButton* button : box.findChildren<QPushButton*>())
-        captions += ui::shown_caption(button->text());
-      EXPECT_EQ(captions.contains("Reset Log"), !row.message.act.empty());
-      press(box, row.key);
-    }});
-    EXPECT_EQ(boxes.show(row.message), row.answer) << row.message.text;
-  }
-}
-
-TEST(FileChooserTest, WritesFiltersAsQtReadsThem) {
-  EXPECT_EQ(ui::qt_filter("Statistics Files (*.csv)|*.csv"), "Statistics Files (*.csv)");
-  EXPECT_EQ(ui::qt_filter("Sound|*.wav;*.au"), "Sound (*.wav *.au)");
 }
 
 }  // namespace

@@ -9,8 +9,10 @@
 #include <QSignalSpy>
 #include <QTextEdit>
 
+#include "ui/file_chooser.h"
 #include "ui/frm_response.h"
 #include "ui/memory_windows.h"
+#include "ui/message_boxes.h"
 #include "ui/modal_driver.h"
 #include "ui/uc_statistics_main.h"
 #include "ui/widget_text.h"
@@ -206,6 +208,56 @@ TEST_F(StatisticsMainTest, HidesPartitionsWhereNoSiteIs) {
     EXPECT_FALSE(child<QWidget>(*control, name).isVisible()) << name;
   for (const char* name : {"cmdOK", "cmdApply"})
     EXPECT_FALSE(child<QWidget>(*control, name).isEnabled()) << name;
+}
+
+TEST(MessageBoxesTest, ShowsTextTitleAndDetailAtOnce) {
+  using platform::Button;
+  using platform::Buttons;
+  MessageBoxes boxes;
+  struct Row {
+    platform::Message message;
+    const char* title;
+    Qt::Key key;
+    Button answer;
+  };
+  const Row rows[] = {
+      {{.text = "ERROR! cmdOK_Click"}, "Host", Qt::Key_Return, Button::kOk},
+      {{.text = "a\r\nb & c <b>", .title = "T", .detail = "why <b>\nnext"}, "T", Qt::Key_Escape, Button::kOk},
+      {{.text = "?", .title = "T", .buttons = Buttons::kYesNoCancel}, "T", Qt::Key_Return, Button::kYes},
+      {{.text = "?", .title = "T", .buttons = Buttons::kYesNoCancel}, "T", Qt::Key_Escape, Button::kCancel},
+      {{.text = "?", .title = "T", .buttons = Buttons::kOkCancel, .act = "Reset Log"},
+       "T",
+       Qt::Key_Return,
+       Button::kCancel},
+      {{.text = "?", .title = "T", .buttons = Buttons::kYesNoCancel, .act = "Reset Log"},
+       "T",
+       Qt::Key_Return,
+       Button::kNo},
+      {{.text = "?", .title = "T", .act = "Reset Log", .refrain = "Keep"}, "T", Qt::Key_Return, Button::kOk},
+  };
+  for (const Row& row : rows) {
+    const ModalDriver driver({[&](QWidget& box) {
+      EXPECT_EQ(box.property("text").toString(), qt_text(row.message.text));
+      EXPECT_EQ(box.windowTitle(), row.title);
+      if (!row.message.detail.empty()) {
+        const auto& detail = child<QLabel>(box, "qt_msgbox_informativelabel");
+        EXPECT_TRUE(detail.isVisible());
+        EXPECT_EQ(detail.textFormat(), Qt::PlainText);
+        EXPECT_EQ(utf8(detail.text()), row.message.detail);
+      }
+      QStringList captions;
+      for (const QPushButton* button : box.findChildren<QPushButton*>())
+        captions += shown_caption(button->text());
+      EXPECT_EQ(captions.contains("Reset Log"), !row.message.act.empty());
+      press(box, row.key);
+    }});
+    EXPECT_EQ(boxes.show(row.message), row.answer) << row.message.text;
+  }
+}
+
+TEST(FileChooserTest, WritesFiltersAsQtReadsThem) {
+  EXPECT_EQ(qt_filter("Statistics Files (*.csv)|*.csv"), "Statistics Files (*.csv)");
+  EXPECT_EQ(qt_filter("Sound|*.wav;*.au"), "Sound (*.wav *.au)");
 }
 
 }  // namespace
