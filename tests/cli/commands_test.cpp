@@ -218,10 +218,6 @@ TEST_F(CommandsTest, EachTableIsShownUnderItsOwnHeaderAndDamageIsTold) {
   }
   EXPECT_EQ(run({"stats", "show", "--table", "3", file}), 1);
   EXPECT_THAT(run.err, HasSubstr("goes before a number:\n  1  Line\n  2  Often used\n"));
-  write("x.csv", "Line,Calls\n1,2\n\n1\nNode,Name,Hits\nM,x,3\n");
-  EXPECT_EQ(run({"stats", "show", "--table", "1", file}), 0);
-  EXPECT_THAT(run.out, HasSubstr("Hits"));
-  EXPECT_THAT(run.err, HasSubstr("The table with this number is \"Line\"."));
 }
 
 TEST_F(CommandsTest, JobsOfAllListsStandSideBySide) {
