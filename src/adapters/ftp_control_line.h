@@ -7,8 +7,8 @@
 
 namespace qvrcom::adapters {
 
-// The socket of an FTP session's control connection, which libcurl reads and writes. All members but `hang_up`
-// belong to the session's thread.
+// The socket of an FTP session's control connection, which libcurl reads and writes. All members but
+// `hang_up` belong to the session's thread.
 class FtpControlLine {
  public:
   void take(int socket);
