@@ -5,6 +5,7 @@
 
 #include "base/fault.h"
 #include "base/text.h"
+#include "protocol/index_line.h"
 #include "protocol/job_lists.h"
 
 namespace qvrcom::scheduler {
@@ -16,6 +17,13 @@ std::string joined(const std::vector<std::string>& lines) {
   std::string text = base::with_line_ends(lines);
   text.resize(text.size() - base::kCrLf.size());
   return text;
+}
+
+using LineSet = std::unordered_set<std::string_view, LineHash, LineEqual>;
+
+LineSet lines_in(std::string_view text) {
+  const auto lines = base::lines_of(text);
+  return {lines.begin(), lines.end()};
 }
 
 }  // namespace
@@ -83,23 +91,39 @@ bool ResultLists::has_kept() const {
 }
 
 void ResultLists::drop_taken(std::string_view index_text) {
-  std::unordered_set<std::string_view, LineHash, LineEqual> standing;
-  for (const std::string_view line : base::lines_of(index_text))
-    standing.insert(line);
+  const LineSet standing = lines_in(index_text);
+  drop([&](std::string_view line) { return !standing.contains(line); });
+}
+
+void ResultLists::drop_gone(std::string_view index_text) {
+  const LineSet standing = lines_in(index_text);
+  drop([&](std::string_view line) {
+    if (line.empty() || standing.contains(line)) return false;
+    const auto reading = protocol::read_index_line(line);
+    return reading.line && !files_.is_taken(folder_ + reading.line->job);
+  });
+}
+
+void ResultLists::drop(const std::function<bool(std::string_view line)>& is_over) {
   for (const ResultList& list : kResultLists) {
     const std::string path = folder_ + list.file;
     const std::string text = files_.read_or_empty(path);
     const auto lines = base::lines_of(text);
     std::vector<std::string> left;
+    std::vector<std::string_view> dropped;
     for (const std::string_view line : lines) {
-      if (standing.contains(line)) left.emplace_back(line);
+      if (is_over(line)) {
+        dropped.push_back(line);
+      } else {
+        left.emplace_back(line);
+      }
     }
-    if (left.size() == lines.size()) continue;
+    if (dropped.empty()) continue;
     files_.replace(path, base::with_line_ends(left));
-    for (const std::string_view line : lines) {
+    for (const std::string_view line : dropped) {
       const auto found = finished_.find(line);
-      const bool dropped = found != finished_.end() && !standing.contains(line);
-      if (dropped && found->second.standing == Standing::kListed) found->second.standing = Standing::kDropped;
+      const bool is_listed = found != finished_.end() && found->second.standing == Standing::kListed;
+      if (is_listed) found->second.standing = Standing::kDropped;
     }
   }
 }

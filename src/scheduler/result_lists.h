@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -55,9 +56,13 @@ class ResultLists {
   // Drops the lines that do not stand in `index_text`. A file without such a line is not touched.
   void drop_taken(std::string_view index_text);
 
+  // Likewise, those whose job has no folder any more alone: nothing can come of them. A damaged line stays.
+  void drop_gone(std::string_view index_text);
+
  private:
   std::vector<std::string>& kept_for(Ending ending) { return kept_[static_cast<std::size_t>(ending)]; }
   void write_kept_for(const ResultList& list);
+  void drop(const std::function<bool(std::string_view line)>& is_over);
 
   platform::Files& files_;
   std::string folder_;

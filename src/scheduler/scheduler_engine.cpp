@@ -96,6 +96,12 @@ void SchedulerEngine::results_taken() {
   if (fault) note("The result lists keep the lines that were taken: " + sentence_of(*fault));
 }
 
+// An earlier run was ended before it was told that the results were taken.
+void SchedulerEngine::drop_gone() {
+  const auto fault = base::fault_of([this] { lists_.drop_gone(read_index()); });
+  if (fault) note("The result lists keep the lines of jobs that have gone: " + sentence_of(*fault));
+}
+
 void SchedulerEngine::show_session() {
   if (session_) take_events();
   if (!session_) return note("The session was asked for, and none is running.");
@@ -209,6 +215,7 @@ void SchedulerEngine::list_interrupted() {
     lists_.load();
     take_index();
   });
+  if (looking_back_) drop_gone();
   if (looking_back_) return look_back();
   base::fault_of([this] { end_cut_reports(parts_.files, parts_.scheduler_folder); });
 }

@@ -40,8 +40,9 @@ class SchedulerEngine {
  public:
   explicit SchedulerEngine(EngineParts parts);
 
-  // To be called once, at the program's start: lists the jobs that an earlier run was cut off in and that
-  // must not run again. Starts none; jobs that are submitted wait until later ticks are through with this.
+  // To be called once, at the program's start: drops the result lines of jobs that have gone, and lists the
+  // jobs that an earlier run was cut off in and that must not run again. Starts none; jobs that are submitted
+  // wait until later ticks are through with this.
   void list_interrupted();
 
   // A protocol::SchedulerRequest as the message channel brings it. Any other code is logged and has no
@@ -84,6 +85,7 @@ class SchedulerEngine {
   void unknown_request(std::int64_t code);
   void jobs_submitted();
   void results_taken();
+  void drop_gone();
   void show_session();
   void session_over();
 

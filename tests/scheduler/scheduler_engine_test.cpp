@@ -319,6 +319,14 @@ TEST_F(SchedulerEngineTest, DropsTakenLinesAndKeepsTheOthers) {
   files_.content.erase(kFolder + "completed.sch");
   engine_->request(1);
   EXPECT_THAT(list("completed"), HasSubstr(line("JobA"))) << "a list that was lost";
+
+  make_engine();  // jobs in the index, with a folder alone, and with neither
+  files_.make_folders(kFolder + "Left");
+  const std::string kept = line("Left") + "\r\n" + line("Waits") + "\r\ndamaged\r\n";
+  files_.content[kFolder + "index.sch"] = base::to_lower(line("Waits")) + "\r\n";
+  files_.content[kFolder + "completed.sch"] = line("Gone") + "\r\n" + kept;
+  engine_->list_interrupted();
+  EXPECT_EQ(list("completed"), kept);
 }
 
 TEST_F(SchedulerEngineTest, StopsARunningSessionAtOnce) {
