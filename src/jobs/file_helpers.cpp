@@ -31,6 +31,11 @@ void delete_job_folder(platform::Files& files, const std::string& folder) {
   files.remove_folder(folder);
 }
 
+bool same_bytes(const platform::Files& files, const std::string& left, const std::string& right) {
+  return files.file_exists(left) && files.file_exists(right) && files.length(left) == files.length(right) &&
+         files.length(left) <= platform::Files::kReadLimit && files.read(left) == files.read(right);
+}
+
 void FileHelpers::Create_File(const std::string& file_name) {
   trap_("Create_File", [&] {
     files_.append(scheduler_.path(file_name), {});

@@ -18,6 +18,9 @@ void refuse_link(const platform::Files& files, const std::string& folder);
 // files are gone then.
 void delete_job_folder(platform::Files& files, const std::string& folder);
 
+// Whether both are plain files, of a size that is read, and hold the same.
+bool same_bytes(const platform::Files& files, const std::string& left, const std::string& right);
+
 // Files and folders that the job machinery stands on, and the fixed widths of numbers in file names.
 class FileHelpers {
  public:

@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view kHead = "QVRREPORT;1;";
 
 // By ReportWord.
-constexpr std::array<std::string_view, 8> kWords{"FETCHED", "STORING", "STORED", "DELETING",
-                                                 "DELETED", "FAILED",  "ENDED",  "TAKEN"};
+constexpr std::array<std::string_view, 9> kWords{"FETCHED", "STORING", "STORED", "DELETING", "DELETED",
+                                                 "FAILED",  "ENDED",   "TAKEN",  "TAKING"};
 
 std::string field(std::string text) {
   for (char& c : text) {
@@ -56,8 +56,9 @@ bool JobReport::has_changed() const {
 }
 
 std::optional<Ending> JobReport::ending() const {
-  const auto last = std::find_if(lines.rbegin(), lines.rend(),
-                                 [](const ReportLine& line) { return line.word != ReportWord::kTaken; });
+  const auto last = std::find_if(lines.rbegin(), lines.rend(), [](const ReportLine& line) {
+    return line.word != ReportWord::kTaken && line.word != ReportWord::kTaking;
+  });
   if (last == lines.rend() || last->word != ReportWord::kEnded) return std::nullopt;
   const auto list = std::find_if(kResultLists.begin(), kResultLists.end(),
                                  [&](const ResultList& each) { return last->text == each.report_word; });
@@ -69,6 +70,20 @@ std::string JobReport::taken(std::string_view account) const {
     return line.word == ReportWord::kTaken && line.account == account;
   });
   return found == lines.end() ? std::string{} : found->text;
+}
+
+std::vector<std::string> JobReport::begun(std::string_view account) const {
+  std::vector<std::string> texts;
+  for (const ReportLine& line : lines)
+    if (line.word == ReportWord::kTaking && line.account == account) texts.push_back(line.text);
+  return texts;
+}
+
+std::vector<std::string> JobReport::results() const {
+  std::vector<std::string> texts;
+  for (const ReportLine& line : lines)
+    if (line.word == ReportWord::kTaken) texts.push_back(line.text);
+  return texts;
 }
 
 std::optional<JobReport> read_report(std::string_view text) {

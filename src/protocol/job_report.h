@@ -20,6 +20,7 @@ enum class ReportWord {
   kFailed,    // this step was refused or failed; the rest of the account's lines was left out
   kEnded,     // the session is over
   kTaken,     // written by the library: what came of the account's files is on the disk
+  kTaking,    // likewise: it is about to be put there
 };
 
 struct ReportLine {
@@ -50,6 +51,10 @@ struct JobReport {
 
   // What has come of the account's files already; "" when nothing has.
   std::string taken(std::string_view account) const;
+  // What was about to come of them, each time; whether it has nobody noted.
+  std::vector<std::string> begun(std::string_view account) const;
+  // What has come of any account's files.
+  std::vector<std::string> results() const;
 };
 
 inline constexpr std::size_t kReportLimit = 4U << 20U;  // bytes

@@ -122,9 +122,9 @@ void AllPartitions::save_partition(int number, const jobs::AccountFindings& foun
   } else {
     const std::string lack =
         statistics_.write_csv(partition, statistics_.line_file(partition), statistics_.node_file(partition));
-    const std::string csv = std::exchange(session_.run.StatsResultFile, {});
+    std::string csv = std::exchange(session_.run.StatsResultFile, {});
     if (!csv.empty()) {
-      if (lack.empty()) jobs::note_taken(files_, session_.job.Folder, found.account, csv);
+      if (lack.empty()) csv = jobs::note_taken(files_, session_.job.Folder, found.account, csv);
       session_.run.StatsResultFile = csv;
       frame_.result().partition_files.push_back({number, csv});
     }

@@ -5,6 +5,7 @@
 #include "base/fault.h"
 #include "environment/files_and_folders.h"
 #include "images/decoding.h"
+#include "jobs/file_helpers.h"
 #include "jobs/job_findings.h"
 #include "jobs/job_log.h"
 #include "protocol/job_name.h"
@@ -78,16 +79,10 @@ class Rescuer {
     return place;
   }
 
-  bool same_bytes(const std::string& left, const std::string& right) const {
-    const platform::Files& files = parts_.files;
-    return files.file_exists(right) && files.length(left) == files.length(right) &&
-           files.length(left) <= platform::Files::kReadLimit && files.read(left) == files.read(right);
-  }
-
   void copy(const std::string& path) {
     make_folders();
-    const std::string name =
-        place_for(name_of(path), [&](const std::string& there) { return same_bytes(path, there); });
+    const std::string name = place_for(
+        name_of(path), [&](const std::string& there) { return jobs::same_bytes(parts_.files, path, there); });
     if (!parts_.files.is_taken(folder_ + name)) parts_.files.copy(path, folder_ + name);
     rescue_.names.push_back(name);
   }
@@ -129,7 +124,7 @@ class Rescuer {
   // What was written as `name` goes again where an earlier file holds the same.
   std::string without_a_twin(const std::string& wanted, const std::string& name) {
     const std::string first = place_for(wanted, [&](const std::string& there) {
-      return there == folder_ + name || same_bytes(folder_ + name, there);
+      return there == folder_ + name || jobs::same_bytes(parts_.files, folder_ + name, there);
     });
     if (first != name) parts_.files.remove(folder_ + name);
     return first;

@@ -4,6 +4,8 @@
 
 #include "base/number.h"
 #include "base/text.h"
+#include "images/statistics_files.h"
+#include "jobs/report_file.h"
 #include "session/job_steps.h"
 
 namespace qvrcom::session {
@@ -61,10 +63,19 @@ std::string OldStatistics::write_csv(const std::string& partition, const std::st
       rules_.Process_PartStats_binary(configuration, partition, line_stat_file, node_stat_file);
   if (!read.lines && !read.nodes)
     return "has no CSV, for neither its line statistics nor its node statistics could be read";
+  note_next_file(partition);
   rules_.Process_Write_CSV(configuration, partition);
   if (session_.run.StatsResultFile.empty()) return "has no CSV";
   if (!read.lines) return "has no line statistics, which could not be read";
   return read.nodes ? "" : "has no node statistics, which could not be read";
+}
+
+// The component that writes the CSV names it by the same rule. Where there is no name, it says so itself.
+void OldStatistics::note_next_file(const std::string& partition) {
+  platform::Silence silence;
+  images::StatisticsFiles names(parts_.folders, parts_.files, silence);
+  jobs::note_taking(parts_.files, session_.job.Folder, "part" + std::string(base::trim(partition)),
+                    names.Get_Stats_FileName(session_.site.SiteID, parts_.dbase));
 }
 
 void OldStatistics::miss(const std::string& reason) {

@@ -44,6 +44,7 @@ class OldStatistics {
   void miss(const std::string& reason);
 
  private:
+  void note_next_file(const std::string& partition);
   std::string in_folder(const char* begin, const std::string& partition) const;
 
   BusinessRulesParts parts_;

@@ -14,12 +14,6 @@ namespace {
 
 constexpr std::chrono::milliseconds kStartTime{1000};
 
-// Drops every box: for a fault that is an answer in itself.
-struct Silence : platform::UserInterface {
-  platform::Button show(const platform::Message&) override { return platform::Button::kOk; }
-  void pump_events() override {}
-};
-
 }  // namespace
 
 platform::MessageId SchedulerLink::identifier(Slot slot, const char* name) {
@@ -107,7 +101,7 @@ std::int64_t SchedulerLink::SessionWindowProc(platform::WindowHandle window, pla
 bool SchedulerLink::JobListedIn(const std::string& file_name) const {
   const std::string& job = parts_.session.job.JobId;
   if (job.empty()) return false;
-  Silence silence;
+  platform::Silence silence;
   return platform::Trap(silence)("JobListedIn", [&] {
     const std::string text =
         parts_.files.read(environment::scheduler_folder(parts_.session.run, parts_.folders) + file_name);

@@ -197,9 +197,10 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
     throw base::Fault(base::kPathNotFound,
                       "There is no name for the statistics file; the message before this one says why.");
   }
+  const std::string account = "part" + partition();
+  jobs::note_taking(files_, session_.job.Folder, account, path);
   files_.replace(path, text);
-  jobs::note_taken(files_, session_.job.Folder, "part" + partition(), path);
-  session_.run.StatsResultFile = path;
+  session_.run.StatsResultFile = jobs::note_taken(files_, session_.job.Folder, account, path);
 }
 
 // A program that was killed may have come as far as the CSV.
@@ -227,8 +228,7 @@ Remainder StatisticsOperations::decode_statistics(const std::string& line_stat_f
   if (!lack.empty()) old_.miss("Partition " + partition() + " " + lack + ".");
   if (lack.empty()) {
     const std::string csv = std::exchange(session_.run.StatsResultFile, {});
-    jobs::note_taken(files_, session_.job.Folder, "part" + partition(), csv);
-    session_.run.StatsResultFile = csv;
+    session_.run.StatsResultFile = jobs::note_taken(files_, session_.job.Folder, "part" + partition(), csv);
   }
   return {.undecoded = !lack.empty()};
 }

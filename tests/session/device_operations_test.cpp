@@ -123,6 +123,14 @@ TEST(AllPartitions, AreNotTakenTwice) {
   DialogRun run;
   run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
   run.scheduler.report = "ENDED;;;;completed;\r\nTAKEN;part1;;;C:\\Stats1.csv;\r\n";
+  const std::string next = run.folders.GetStatsFolder("") + "Stats1.csv";
+  run.components.usual = [&, usual = run.components.usual](auto operation, auto arguments) {
+    if (operation == "WriteStatsCsv") {
+      EXPECT_THAT(run.files.content[run.session.job.Folder + "\\" + run.session.job.Name + ".rpt"],
+                  ::testing::EndsWith("TAKING;part" + arguments[1] + ";;;" + next + ";\r\n"));
+    }
+    return usual(operation, arguments);
+  };
   run.go_hosted();
   ASSERT_EQ(run.result.partition_files.size(), 64U);
   EXPECT_EQ(run.result.partition_files[0].file, "C:\\Stats1.csv");
@@ -141,6 +149,17 @@ TEST(Statistics, AreMadeAgainOnlyWhenTheReportCannotTellOfThem) {
   EXPECT_EQ(run.session.run.StatsResultFile, "");
   EXPECT_THAT(run.files.list(run.folders.GetStatsFolder("")), IsEmpty());
   EXPECT_THAT(run.ui.messages.at(0).detail, HasSubstr("\"qvrcomctl jobs process Nov1526121005001\""));
+
+  DialogRun killed;  // between the CSV and the report's line about it
+  const std::string stats = killed.folders.GetStatsFolder("");
+  killed.scheduler.report = "ENDED;;;;completed;\r\nTAKING;part3;;;" + stats +
+                            "Stats4.csv;\r\nTAKING;part3;;;" + stats + "Stats5.csv;\r\n";
+  killed.files.content[stats + "Stats4.csv"] = "another job's";
+  killed.files.content[stats + "Stats5.csv"] =
+      "SiteName,USA_Office\r\nUserSiteID,101\r\nLine,Calls\r\n1,2\r\n";
+  killed.go();
+  EXPECT_EQ(killed.session.run.StatsResultFile, stats + "Stats5.csv");
+  EXPECT_THAT(killed.files.list(stats), ::testing::UnorderedElementsAre("Stats4.csv", "Stats5.csv"));
 }
 
 // A job that ended badly after the device was told to delete: what had arrived is kept.
