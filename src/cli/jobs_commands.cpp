@@ -40,7 +40,8 @@ QJsonObject job_json(const jobs::BoardJob& job) {
           {"site-id", json(job.device_id)},
           {"start", moment_json(job.start)},
           {"created", moment_json(job.created)},
-          {"lists", lists}};
+          {"lists", lists},
+          {"doubt", job.doubt.empty() ? QJsonValue() : json(job.doubt)}};
 }
 
 QJsonObject problem_json(const jobs::BoardProblem& problem) {
@@ -65,11 +66,14 @@ QJsonArray array_of(const Values& values, AsJson as_json) {
 }
 
 std::string board_json(const jobs::Board& board) {
+  QJsonArray doubtful;
+  for (const jobs::BoardJob& job : board.jobs)
+    if (!job.doubt.empty()) doubtful.append(json(job.job));
   return json_document(
       QJsonObject{{"jobs", array_of(board.jobs, job_json)},
                   {"problems", array_of(board.problems, problem_json)},
                   {"abandoned", array_of(board.abandoned, [](const auto& job) { return json(job); })},
-                  {"doubtful", array_of(board.doubtful, [](const auto& job) { return json(job); })},
+                  {"doubtful", doubtful},
                   {"unread", array_of(board.unread, unread_json)}});
 }
 
@@ -80,12 +84,12 @@ void board_table(const jobs::Board& board, std::ostream& out) {
     std::string lists;
     for (const std::string& file : job.lists)
       lists += (lists.empty() ? "" : ", ") + list_name(file);
-    table.add({job.job, lists, moment_text(job.start), job.site_name + " - " + job.site_id, job.description});
+    const std::string doubt = job.doubt.empty() ? "" : " (" + job.doubt + ")";
+    table.add({job.job, lists, moment_text(job.start), job.site_name + " - " + job.site_id,
+               job.description + doubt});
   }
   for (const std::string& job : board.abandoned)
     table.add({job, "", "", "", "A folder that no list names"});
-  for (const std::string& job : board.doubtful)
-    table.add({job, "", "", "", "A folder that a damaged line names"});
 }
 
 // Fault for a name that is not among them.

@@ -6,6 +6,7 @@
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "base/number.h"
 #include "base/text.h"
@@ -34,7 +35,7 @@ class BoardMaker {
         folders_only_(folders_only) {}
 
   void add_list(const std::string& file, std::string text) {
-    const auto lines = base::lines_of(texts_.emplace_back(std::move(text)));
+    const auto lines = base::lines_of(texts_.emplace_back(file, std::move(text)).second);
     if (!folders_only_) board_.jobs.reserve(board_.jobs.size() + lines.size());
     std::size_t number = 0;
     for (const std::string_view line : lines) {
@@ -48,11 +49,15 @@ class BoardMaker {
     board_.unread.push_back({file, fault});
   }
 
-  // What a torn line, or two that have run into one, may be about.
-  bool named_in_damage(const std::string& job) {
+  // Why a torn line, or two that have run into one, may be about the job; "" when none is.
+  std::string doubt_about(const std::string& job) {
     if (!damaged_) damaged_ = damaged_lines();
-    return std::any_of(damaged_->begin(), damaged_->end(),
-                       [&](std::string_view line) { return line.find(job) != std::string_view::npos; });
+    const auto found = std::find_if(damaged_->begin(), damaged_->end(), [&](const BoardProblem& problem) {
+      return problem.text.find(job) != std::string::npos;
+    });
+    if (found == damaged_->end()) return {};
+    return "Line " + std::to_string(found->line) + " of " + found->file +
+           " names it and is damaged: " + found->reason;
   }
 
   Board take() {
@@ -61,12 +66,15 @@ class BoardMaker {
   }
 
  private:
-  std::vector<std::string_view> damaged_lines() const {
-    std::vector<std::string_view> damaged;
-    for (const std::string& text : texts_) {
+  std::vector<BoardProblem> damaged_lines() const {
+    std::vector<BoardProblem> damaged;
+    for (const auto& [file, text] : texts_) {
+      std::size_t number = 0;
       for (const std::string_view line : base::lines_of(text)) {
-        if (!line.empty() && !places_.contains(line) && !protocol::read_index_line(line).line)
-          damaged.push_back(line);
+        ++number;
+        if (line.empty() || places_.contains(line)) continue;
+        const auto reading = protocol::read_index_line(line);
+        if (!reading.line) damaged.push_back({file, number, std::string(line), reading.reason});
       }
     }
     return damaged;
@@ -100,6 +108,7 @@ class BoardMaker {
                            {},
                            std::string(line),
                            has_folder,
+                           {},
                            {}});
   }
 
@@ -109,8 +118,8 @@ class BoardMaker {
   // Two lists may write a job's name differently.
   std::unordered_set<std::string, LineHash, LineEqual> wanted_;
   bool folders_only_;
-  std::deque<std::string> texts_;                         // of the lists, for the views into them
-  std::optional<std::vector<std::string_view>> damaged_;  // looked for when a folder makes it matter
+  std::deque<std::pair<std::string, std::string>> texts_;  // of the lists by file, for the views into them
+  std::optional<std::vector<BoardProblem>> damaged_;       // looked for when a folder makes it matter
   std::unordered_map<std::string_view, std::size_t, LineHash, LineEqual> places_;  // into the jobs
 };
 
@@ -142,17 +151,14 @@ Board JobBoard::read(Extent extent) const {
   Board board = maker.take();
   std::erase_if(board.abandoned, [&](const std::string& name) {
     const auto ending = scheduler_.reported_ending(name);
-    if (!ending) return false;
+    std::string doubt = ending ? std::string() : maker.doubt_about(name);
+    if (!ending && doubt.empty()) return false;
     board.jobs.push_back(job_from_script(scheduler_, name));
     board.jobs.back().has_folder = true;
     board.jobs.back().reported = ending;
+    board.jobs.back().doubt = std::move(doubt);
     return true;
   });
-  const auto doubtful =
-      std::stable_partition(board.abandoned.begin(), board.abandoned.end(),
-                            [&](const std::string& name) { return !maker.named_in_damage(name); });
-  board.doubtful.assign(doubtful, board.abandoned.end());
-  board.abandoned.erase(doubtful, board.abandoned.end());
   return board;
 }
 

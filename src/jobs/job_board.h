@@ -24,6 +24,8 @@ struct BoardJob {
   std::string line;                          // as it stands in the first of them
   bool has_folder = false;                   // its files are there
   std::optional<protocol::Ending> reported;  // in no list: how its report says that it ended
+  std::string
+      doubt;  // in no list, but a damaged line names its folder: which line, and what is wrong with it
 
   // As its lists or its report say; nothing when it has not ended.
   std::optional<protocol::Ending> ending() const;
@@ -45,11 +47,11 @@ struct UnreadList {
 
 struct Board {
   std::vector<BoardJob> jobs;  // in the order in which they are met: indexes, result lists, pending lists;
-                               // then those that a report alone tells of, whose `line` is ""
+                               // then those that a report or a damaged line alone tells of, whose `line` is
+                               // ""
   std::vector<BoardProblem> problems;
   std::vector<std::string> abandoned;  // job folders that no list names, by name, in alphabetical order
-  std::vector<std::string> doubtful;   // likewise, but their name stands somewhere in a damaged line
-  std::vector<UnreadList> unread;      // with one of them, both are empty: the list may name the folders
+  std::vector<UnreadList> unread;      // with one of them, no folder counts as such: the list may name it
 };
 
 // Those that have ended and whose files are still there: nobody has taken over what came of them.

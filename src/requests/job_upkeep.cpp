@@ -35,7 +35,7 @@ JobUpkeep::Removal JobUpkeep::remove(const std::string& job) {
     const auto found = std::find_if(board.jobs.begin(), board.jobs.end(),
                                     [&](const jobs::BoardJob& each) { return each.job == job; });
     const bool is_listed = found != board.jobs.end();
-    if (contains(board.doubtful, job)) return Removal::kDoubtful;
+    if (is_listed && !found->doubt.empty()) return Removal::kDoubtful;
     if (!is_listed && !contains(board.abandoned, job)) return Removal::kUnknown;
     if (is_listed ? waits(*found) : !contains(abandoned(board), job)) return Removal::kInUse;
     if (!is_listed || found->has_folder) discard(job);
@@ -112,6 +112,11 @@ std::size_t JobUpkeep::remove_old_logs() {
   return removed;
 }
 
+// Another maker's scheduler may still make something of a damaged line; ours runs none.
+bool JobUpkeep::has_foreign_scheduler() const {
+  return parts_.link.scheduler_window_stands() && !scheduler_.status().status;
+}
+
 // The lock is taken only where there is something to do: this runs at every start.
 void JobUpkeep::forget_access_codes(const jobs::Board& seen) {
   trap_("JobUpkeep", [&] {
@@ -129,7 +134,8 @@ std::vector<std::string> JobUpkeep::folders_of_ended_jobs(const jobs::Board& boa
   for (const std::string& job : board.abandoned)
     folders.push_back(board_.scheduler().path(job));
   for (const jobs::BoardJob& job : board.jobs) {
-    if (!waits(job) && job.has_folder) folders.push_back(board_.scheduler().path(job.job));
+    const bool is_over = job.doubt.empty() ? !waits(job) : !has_foreign_scheduler();
+    if (is_over && job.has_folder) folders.push_back(board_.scheduler().path(job.job));
   }
   return folders;
 }

@@ -36,7 +36,8 @@ class JobUpkeep {
   };
   Cleaning clean();
 
-  // Empties the access code in the script of every job that has ended or is in no list. `seen` are the lists
+  // Empties the access code in the script of every job that has ended, is in no list or stands in a damaged
+  // line alone, so that no scheduler runs it. `seen` are the lists
   // as they were just now: when nothing of it has ended, nothing is done.
   void forget_access_codes(const jobs::Board& seen);
 
@@ -45,6 +46,7 @@ class JobUpkeep {
 
  private:
   std::vector<std::string> abandoned(const jobs::Board& board) const;
+  bool has_foreign_scheduler() const;
   std::vector<std::string> folders_of_ended_jobs(const jobs::Board& board) const;
   void take_off_lists(const std::string& line);
   void discard(const std::string& job);

@@ -119,7 +119,7 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   for (const char* folder : {"S:\\Nov1", "S:\\Nov3", "S:\\Nov4", "S:\\not a job"})
     parts.files.make_folders(folder);
   const Board board = JobBoard(parts.scheduler).read();
-  ASSERT_EQ(board.jobs.size(), 2U);
+  ASSERT_EQ(board.jobs.size(), 3U);
   EXPECT_EQ(board.jobs[0].job, "Nov2");
   EXPECT_THAT(board.jobs[0].lists, ElementsAre("index.sch"));
   EXPECT_EQ(board.jobs[0].start, std::nullopt);
@@ -129,7 +129,9 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   EXPECT_EQ(board.jobs[1].start, base::local_time(2026, 11, 15, 12));
   EXPECT_THAT(board.jobs[1].lists, ElementsAre("completed.sch", "CompletedToProcess.sch"));
   EXPECT_THAT(board.abandoned, ElementsAre("Nov3"));
-  EXPECT_THAT(board.doubtful, ElementsAre("Nov4"));
+  EXPECT_EQ(board.jobs[2].job, "Nov4");
+  EXPECT_EQ(board.jobs[2].doubt,
+            "Line 3 of index.sch names it and is damaged: not three fields closed by \";\"");
   ASSERT_EQ(unprocessed_jobs(board).size(), 1U);
   EXPECT_EQ(unprocessed_jobs(board)[0].ending(), protocol::Ending::kCompleted);
   ASSERT_EQ(board.problems.size(), 1U);
@@ -138,11 +140,11 @@ TEST(JobBoard, ShowsEachJobWithItsLists) {
   EXPECT_EQ(board.problems[0].reason, "not three fields closed by \";\"");
 
   const Board present = JobBoard(parts.scheduler).read(JobBoard::Extent::kFolders);
-  ASSERT_EQ(present.jobs.size(), 1U);
+  ASSERT_EQ(present.jobs.size(), 2U);
   EXPECT_EQ(present.jobs[0].job, "Nov1");
   EXPECT_EQ(present.jobs[0].lists, board.jobs[1].lists);
   EXPECT_EQ(present.abandoned, board.abandoned);
-  EXPECT_EQ(present.doubtful, board.doubtful);
+  EXPECT_EQ(present.jobs[1].doubt, board.jobs[2].doubt);
 
   // A list that cannot be read may name the folder.
   parts.files.make_folders("S:\\error.sch");

@@ -365,6 +365,14 @@ TEST_F(LateResults, AreRemovedWithoutALossAndKeepNoAccessCode) {
   const std::string waiting_script = "S:\\" + waits + "\\" + waits + ".scr";
   upkeep.forget_access_codes(board.read());
   EXPECT_THAT(run.files.content[waiting_script], HasSubstr("FTPPASSWORD=canary;"));
+  run.files.content["S:\\index.sch"] = "torn" + run.session.job.JobId.substr(9) + "x\r\n";
+  EXPECT_EQ(upkeep.remove(waits), JobUpkeep::Removal::kDoubtful);
+  run.scheduler.open();  // another maker's
+  upkeep.forget_access_codes(board.read());
+  EXPECT_THAT(run.files.content[waiting_script], HasSubstr("FTPPASSWORD=canary;"));
+  run.scheduler.window.reset();
+  upkeep.forget_access_codes(board.read());
+  EXPECT_THAT(run.files.content[waiting_script], HasSubstr("FTPPASSWORD=;"));
 }
 
 TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
