@@ -305,7 +305,13 @@ void FilesPosix::make_folder(const std::string& path) {
 }
 
 void FilesPosix::remove_folder(const std::string& path) {
-  if (::rmdir(native_path(path).c_str()) != 0) fail("Removing the folder", native_path(path));
+  if (::rmdir(native_path(path).c_str()) == 0) return;
+  if (errno != ENOTEMPTY) fail("Removing the folder", native_path(path));
+  std::string names;
+  for (const std::string& name : names_in(native_path(path), [](const auto&) { return true; }))
+    names += (names.empty() ? "\"" : ", \"") + name + "\"";
+  throw Fault("Path/File access error",
+              "Removing the folder \"" + native_path(path) + "\": it still holds " + names + ".");
 }
 
 std::string FilesPosix::native(const std::string& path) const {

@@ -184,7 +184,6 @@ TEST_F(FilesPosixTest, FoldersAndLists) {
   EXPECT_EQ(files_.list(path("job")), std::vector<std::string>{"x.scr"});
   EXPECT_FALSE(files_.folder_exists(path("job\\x.scr")));
   EXPECT_FALSE(files_.file_exists(path("job")));
-  EXPECT_EQ(fault_of([&] { files_.remove_folder(path("job")); }), "Path/File access error");
   EXPECT_EQ(fault_of([&] { files_.make_folder(path("none\\deeper")); }), "Path not found");
   EXPECT_EQ(doubles::whole_fault_of([&] { files_.read(path("none")); }),
             "File not found: Reading \"" + folder_ +
@@ -193,6 +192,8 @@ TEST_F(FilesPosixTest, FoldersAndLists) {
   EXPECT_EQ(fault_of([&] { files_.read_or_empty(path("job")); }), "Path/File access error");
   EXPECT_EQ(fault_of([&] { files_.list(path("none")); }), "Path not found");
   files_.remove(path("job\\x.scr"));
+  EXPECT_EQ(doubles::whole_fault_of([&] { files_.remove_folder(path("job")); }),
+            "Path/File access error: Removing the folder \"" + folder_ + "/job\": it still holds \"sub\".");
   files_.remove_folder(path("job\\sub"));
   files_.remove_folder(path("job"));
   EXPECT_EQ(entries(), 0U);
