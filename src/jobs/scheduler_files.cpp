@@ -24,6 +24,11 @@ void SchedulerFiles::append_line(std::string_view name, std::string_view line) c
   files_.append_line(path(name), line);
 }
 
+void SchedulerFiles::need_index() const {
+  const std::string index = path(protocol::kIndexFile);
+  if (!files_.is_taken(index)) files_.append(index, {});
+}
+
 void SchedulerFiles::replace(std::string_view name, std::string_view text) const {
   const std::string file = path(name);
   const bool same =

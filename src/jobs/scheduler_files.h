@@ -35,6 +35,9 @@ class SchedulerFiles {
   // Adds a line of its own to the end of the file, also where the last one lacks its end.
   void append_line(std::string_view name, std::string_view line) const;
 
+  // The job index is there afterwards, an empty one when it was missing: it lists no job.
+  void need_index() const;
+
   // The file holds exactly `text` afterwards; a file that holds it already is not touched.
   void replace(std::string_view name, std::string_view text) const;
 

@@ -34,6 +34,7 @@ LateResultsAnswer LateResultsRequest::process(const jobs::BoardJob& job) {
                         "Another program has processed or removed it.");
         return RequestResult::kNotDone;
       }
+      board_.scheduler().need_index();  // the outcome routines take the job off it
       take_over(job);
       return run(job, answer, brought);
     });
