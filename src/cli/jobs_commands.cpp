@@ -92,8 +92,15 @@ void board_table(const jobs::Board& board, std::ostream& out) {
     table.add({job, "", "", "", "A folder that no list names"});
 }
 
+std::vector<std::string> each_once(const std::vector<std::string>& names) {
+  std::vector<std::string> once;
+  for (const std::string& name : names)
+    if (std::find(once.begin(), once.end(), name) == once.end()) once.push_back(name);
+  return once;
+}
+
 // Fault for a name that is not among them.
-std::vector<jobs::BoardJob> chosen_jobs(std::vector<jobs::BoardJob> jobs,
+std::vector<jobs::BoardJob> chosen_jobs(const std::vector<jobs::BoardJob>& jobs,
                                         const std::vector<std::string>& names) {
   std::vector<jobs::BoardJob> chosen;
   for (const std::string& name : names) {
@@ -102,7 +109,6 @@ std::vector<jobs::BoardJob> chosen_jobs(std::vector<jobs::BoardJob> jobs,
     if (found == jobs.end())
       throw base::Fault("No such job", "\"" + name + "\" is no finished job that waits to be processed.");
     chosen.push_back(*found);
-    jobs.erase(found);  // a name that is given twice is none the second time
   }
   return chosen;
 }
@@ -138,7 +144,7 @@ ExitCode list(CommandContext& context, bool as_json) {
 ExitCode process(CommandContext& context, const std::vector<std::string>& names) {
   requests::LateResultsRequest request(context.requests, context.jobs);
   std::vector<jobs::BoardJob> jobs = request.waiting();
-  if (!names.empty()) jobs = chosen_jobs(std::move(jobs), names);
+  if (!names.empty()) jobs = chosen_jobs(jobs, names);
   if (jobs.empty()) context.console.tell("No finished job waits to be processed.");
   std::vector<SessionStep> steps;
   for (const jobs::BoardJob& job : jobs) {
@@ -153,35 +159,39 @@ ExitCode process(CommandContext& context, const std::vector<std::string>& names)
   return context.sessions.run(steps);
 }
 
-struct RemovalText {
-  requests::JobUpkeep::Removal removal;
-  const char* text;  // after the job's name
-};
+using Removal = requests::JobUpkeep::Removal;
 
-constexpr RemovalText kRemovalTexts[] = {
-    {requests::JobUpkeep::Removal::kUnknown, ": there is no such job."},
-    {requests::JobUpkeep::Removal::kInUse, ": it waits or runs; \"qvrcomctl jobs stop\" ends it."},
-    {requests::JobUpkeep::Removal::kDoubtful,
-     ": it is kept, for a damaged line of a job list names it. See \"qvrcomctl jobs list\"; mend or delete "
-     "that "
-     "line first."},
-};
+// "" when the job's line stands in none of the scheduler's lists.
+std::string lists_text(const std::vector<std::string>& lists) {
+  std::string names;
+  for (const std::string& list : lists)
+    names += (names.empty() ? "" : ", ") + list;
+  return names.empty() ? "" : " In " + names + " its line stays until the scheduler is started next.";
+}
 
 ExitCode remove(CommandContext& context, const std::vector<std::string>& names) {
   requests::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
   ExitCode code = ExitCode::kDone;
   for (const std::string& name : names) {
-    const requests::JobUpkeep::Removal removal = upkeep.remove(name);
-    if (removal == requests::JobUpkeep::Removal::kRemoved) {
-      context.console.print(name + ": its folder is removed.");
+    const Removal removal = upkeep.remove(name);
+    const std::string said = name + requests::words_of(removal.outcome);
+    if (!requests::is_removed(removal.outcome)) {
+      code = ExitCode::kFailed;
+      context.console.tell(said);
       continue;
     }
-    code = ExitCode::kFailed;
-    for (const RemovalText& each : kRemovalTexts) {
-      if (each.removal == removal) context.console.tell(name + each.text);
-    }
+    context.console.print(said + lists_text(removal.lists));
+    for (const std::string& file : removal.results)
+      context.console.print(name + ": what had come of it stays, " + context.files.native(file));
   }
   return code;
+}
+
+void tell_waiting(CommandContext& context, const std::vector<std::string>& jobs) {
+  if (jobs.empty()) return;
+  const std::string who =
+      jobs.size() == 1 ? "1 finished job waits" : std::to_string(jobs.size()) + " finished jobs wait";
+  context.console.print(who + " for \"qvrcomctl jobs process\".");
 }
 
 ExitCode clean(CommandContext& context) {
@@ -190,9 +200,15 @@ ExitCode clean(CommandContext& context) {
   if (!cleaning.done) return ExitCode::kFailed;
   for (const std::string& job : cleaning.jobs)
     context.console.print(job + ": its folder is removed.");
+  for (const requests::JobUpkeep::EndedLine& line : cleaning.lines)
+    context.console.print(line.job + ": it has gone; its line is dropped." + lists_text(line.lists));
+  for (const requests::JobUpkeep::StuckFolder& each : cleaning.stuck)
+    context.console.tell(each.job + ": its folder cannot be removed: " + each.fault.description(),
+                         each.fault.detail());
+  tell_waiting(context, cleaning.waiting);
   context.console.print("Logs older than " + std::to_string(upkeep.log_days()) +
                         " days: " + std::to_string(cleaning.logs) + " removed.");
-  return ExitCode::kDone;
+  return cleaning.stuck.empty() ? ExitCode::kDone : ExitCode::kFailed;
 }
 
 struct StopText {
@@ -240,15 +256,17 @@ void add_jobs_commands(CLI::App& app, Invocation& invocation) {
     CLI::App* command = jobs->add_subcommand(name, help);
     command->callback([names, run, &invocation] {
       invocation.tells_late_results = false;
-      invocation.command = [names, run](CommandContext& context) { return run(context, *names); };
+      invocation.command = [names, run](CommandContext& context) { return run(context, each_once(*names)); };
     });
     CLI::Option* option = command->add_option("JOB", *names, "A job's name; may repeat");
     refuse_empty(*option, kNamesNoJob);
     return option;
   };
   add_with_names("process", "Take over what finished jobs have fetched; without names, of all", process);
-  add_with_names("remove", "Remove the folder of a job that has ended", remove)->required();
-  jobs->add_subcommand("clean", "Remove job folders that no list names, and old logs")
+  add_with_names("remove", "Remove the folder of a job that has ended, or waits for its turn", remove)
+      ->required();
+  jobs->add_subcommand("clean",
+                       "Remove job folders that no list names, lines of jobs that have gone, and old logs")
       ->callback([&invocation] {
         invocation.tells_late_results = false;
         invocation.command = clean;

@@ -127,11 +127,17 @@ class BoardMaker {
 
 std::optional<protocol::Ending> BoardJob::ending() const {
   for (const protocol::ResultList& each : protocol::kResultLists) {
-    for (const char* list : {each.file, each.pending_file}) {
-      if (std::find(lists.begin(), lists.end(), list) != lists.end()) return each.ending;
-    }
+    if (stands_in(each.file) || stands_in(each.pending_file)) return each.ending;
   }
   return reported;
+}
+
+bool BoardJob::stands_in(const char* list) const {
+  return std::find(lists.begin(), lists.end(), list) != lists.end();
+}
+
+bool BoardJob::has_gone() const {
+  return !has_folder && ending() && !stands_in(protocol::kIndexFile) && !stands_in(protocol::kRescheduleFile);
 }
 
 std::vector<BoardJob> unprocessed_jobs(const Board& board) {

@@ -29,6 +29,10 @@ struct BoardJob {
 
   // As its lists or its report say; nothing when it has not ended.
   std::optional<protocol::Ending> ending() const;
+
+  bool stands_in(const char* list) const;
+  // It has ended, and nothing but lines in result and pending lists is left of it.
+  bool has_gone() const;
 };
 
 // A line that is no index line.

@@ -85,6 +85,15 @@ void tell_processed(const requests::LateResultsAnswer& answer, programs::Suite& 
                  .detail = files});
 }
 
+// Says why a job stays; one that has gone is seen to have.
+void remove_job(const std::string& job, requests::JobUpkeep& upkeep, programs::Suite& suite) {
+  const auto outcome = upkeep.remove(job).outcome;
+  if (requests::is_removed(outcome) || outcome == requests::JobUpkeep::Removal::kNotDone) return;
+  suite.ui.show({.text = job + requests::words_of(outcome),
+                 .title = platform::kSuiteTitle,
+                 .icon = platform::Icon::kWarning});
+}
+
 int run_desktop() {
   ui::MessageBoxes boxes;
   programs::Suite suite(boxes);
@@ -107,7 +116,7 @@ int run_desktop() {
       new desktop::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs, suite.files,
                              suite.folders, boxes, windows.logs(),
                              [&](const jobs::BoardJob& job) { tell_processed(late.process(job), suite); },
-                             [&](const std::string& job) { upkeep.remove(job); }}));
+                             [&](const std::string& job) { remove_job(job, upkeep, suite); }}));
   auto* device = new desktop::DevicePage({request, suite.sites, windows.chooser()});
   window.add_page(QStringLiteral("&Device"), device);
   auto* same_logs = new desktop::SameLogsPage({request, suite.sites, suite.files, suite.folders});

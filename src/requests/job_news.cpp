@@ -1,9 +1,22 @@
 #include "requests/job_news.h"
 
+#include <array>
+
 #include "base/fault.h"
 
 namespace qvrcom::requests {
 namespace {
+
+// By JobUpkeep::Removal::Outcome.
+constexpr std::array<const char*, 6> kRemovalWords{
+    ": it is not removed.",
+    ": its folder is removed.",
+    ": it had no folder any more; its line is dropped.",
+    ": there is no such job.",
+    ": it waits or runs; \"qvrcomctl jobs stop\" ends it.",
+    ": it is kept, for a damaged line of a job list names it. See \"qvrcomctl jobs list\"; mend or delete "
+    "that line first.",
+};
 
 platform::Message news(const std::string& text, const std::string& detail, platform::Icon icon) {
   return {.text = text, .title = platform::kSuiteTitle, .icon = icon, .detail = detail};
@@ -14,6 +27,14 @@ platform::Message news(const std::string& text, const std::string& detail, platf
 platform::Message message_of(const jobs::UnreadList& list) {
   return news("The list " + list.file + " cannot be read: " + list.fault.description() + ".",
               list.fault.detail(), platform::Icon::kWarning);
+}
+
+const char* words_of(JobUpkeep::Removal::Outcome outcome) {
+  return kRemovalWords[outcome];
+}
+
+bool is_removed(JobUpkeep::Removal::Outcome outcome) {
+  return outcome == JobUpkeep::Removal::kRemoved || outcome == JobUpkeep::Removal::kLinesDropped;
 }
 
 std::vector<platform::Message> look_after_jobs(const jobs::JobBoard& board, JobUpkeep& upkeep,

@@ -12,6 +12,10 @@ namespace qvrcom::requests {
 
 platform::Message message_of(const jobs::UnreadList& list);
 
+// What has become of a job that was to be removed, to be read behind its name.
+const char* words_of(JobUpkeep::Removal::Outcome outcome);
+bool is_removed(JobUpkeep::Removal::Outcome outcome);
+
 // What every program does with the jobs at its start, on one reading of their lists: what has ended keeps no
 // access code. The answer is what there is to tell: lists that cannot be read, and jobs that ended while
 // nobody waited for them. `advice` says how this program takes those over.

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <unordered_set>
 
 #include "base/date_serial.h"
+#include "base/text.h"
 #include "environment/names.h"
+#include "jobs/line_key.h"
+#include "jobs/report_file.h"
 #include "protocol/job_lists.h"
 #include "protocol/job_log.h"
 #include "protocol/messages.h"
@@ -25,23 +29,50 @@ bool contains(const std::vector<std::string>& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+const jobs::BoardJob* job_of(const jobs::Board& board, const std::string& name) {
+  const auto found =
+      std::find_if(board.jobs.begin(), board.jobs.end(), [&](const auto& each) { return each.job == name; });
+  return found == board.jobs.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 JobUpkeep::Removal JobUpkeep::remove(const std::string& job) {
-  return trap_("JobUpkeep", [&] {
+  return trap_("JobUpkeep", [&]() -> Removal {
     const auto hold = parts_.gate.enter();
-    if (!hold) return Removal::kNotDone;
-    const jobs::Board board = board_.read_all();
-    const auto found = std::find_if(board.jobs.begin(), board.jobs.end(),
-                                    [&](const jobs::BoardJob& each) { return each.job == job; });
-    const bool is_listed = found != board.jobs.end();
-    if (is_listed && !found->doubt.empty()) return Removal::kDoubtful;
-    if (!is_listed && !contains(board.abandoned, job)) return Removal::kUnknown;
-    if (is_listed ? waits(*found) : !contains(abandoned(board), job)) return Removal::kInUse;
-    if (!is_listed || found->has_folder) discard(job);
-    if (is_listed) take_off_lists(found->line);
-    return Removal::kRemoved;
+    if (!hold) return {};
+    jobs::Board board = board_.read_all();
+    const jobs::BoardJob* found = job_of(board, job);
+    if (found != nullptr && found->doubt.empty() && waits(*found)) {
+      take_out(job);
+      board = board_.read_all();
+      found = job_of(board, job);
+    }
+    if (found == nullptr) return remove_unlisted(board, job);
+    if (!found->doubt.empty()) return {Removal::kDoubtful, {}, {}};
+    if (waits(*found)) return {Removal::kInUse, {}, {}};
+    Removal removal{found->has_folder ? Removal::kRemoved : Removal::kLinesDropped, {}, {}};
+    if (found->has_folder) removal.results = discard(job);
+    take_off_lists({found->line});
+    removal.lists = scheduler_lists(*found);
+    return removal;
   });
+}
+
+JobUpkeep::Removal JobUpkeep::remove_unlisted(const jobs::Board& board, const std::string& job) {
+  if (!contains(board.abandoned, job)) return {Removal::kUnknown, {}, {}};
+  if (!contains(abandoned(board), job)) return {Removal::kInUse, {}, {}};
+  return {Removal::kRemoved, discard(job), {}};
+}
+
+// Whoever owns the job index's turns takes the job out of them. A session that runs is nobody's to end here.
+void JobUpkeep::take_out(const std::string& job) {
+  const auto status = scheduler_.status().status;
+  if (status && status->running_job == job) return;
+  const bool is_told = scheduler_.stop_job(job) != platform::StopOutcome::kNotRunning;
+  if (is_told || parts_.link.scheduler_window_stands()) return;
+  parts_.link.NotifyScheduler(protocol::SchedulerRequest::kSessionOver);  // starts it
+  scheduler_.stop_job(job);
 }
 
 JobUpkeep::Cleaning JobUpkeep::clean() {
@@ -49,13 +80,34 @@ JobUpkeep::Cleaning JobUpkeep::clean() {
     Cleaning cleaning;
     const auto hold = parts_.gate.enter();
     if (!hold) return cleaning;
-    cleaning.jobs = abandoned(board_.read_all(jobs::JobBoard::Extent::kFolders));
-    for (const std::string& job : cleaning.jobs)
-      discard(job);
+    const jobs::Board board = board_.read_all();
+    for (const std::string& job : abandoned(board)) {
+      const auto fault = base::fault_of([&] { discard(job); });
+      if (fault) {
+        cleaning.stuck.push_back({job, *fault});
+      } else {
+        cleaning.jobs.push_back(job);
+      }
+    }
+    cleaning.lines = drop_ended_lines(board);
+    for (const jobs::BoardJob& job : jobs::unprocessed_jobs(board))
+      cleaning.waiting.push_back(job.job);
     cleaning.logs = remove_old_logs();
     cleaning.done = true;
     return cleaning;
   });
+}
+
+std::vector<JobUpkeep::EndedLine> JobUpkeep::drop_ended_lines(const jobs::Board& board) {
+  std::vector<EndedLine> ended;
+  std::vector<std::string> lines;
+  for (const jobs::BoardJob& job : board.jobs) {
+    if (!job.has_gone()) continue;
+    ended.push_back({job.job, scheduler_lists(job)});
+    lines.push_back(job.line);
+  }
+  if (!lines.empty()) take_off_lists(lines);
+  return ended;
 }
 
 // A session that was left goes on without its index line. Our scheduler tells which job it runs; another
@@ -72,27 +124,46 @@ std::vector<std::string> JobUpkeep::abandoned(const jobs::Board& board) const {
   return found;
 }
 
-void JobUpkeep::take_off_lists(const std::string& line) {
-  session::BusinessRules rules(parts_.rules);
-  rules.Copy_Items_From_Scheduler_to_BeProcessed();
+// The result lists that keep the job's line until a scheduler starts: they are the scheduler's alone.
+std::vector<std::string> JobUpkeep::scheduler_lists(const jobs::BoardJob& job) const {
+  std::vector<std::string> lists;
+  if (parts_.link.scheduler_window_stands()) return lists;
+  for (const protocol::ResultList& list : protocol::kResultLists)
+    if (contains(job.lists, list.file)) lists.push_back(list.file);
+  return lists;
+}
+
+// The pending lists are this library's, and whoever writes them has the session. Every result line has to be
+// in them before the scheduler is told that they were taken.
+void JobUpkeep::take_off_lists(const std::vector<std::string>& lines) {
+  const jobs::SchedulerFiles& scheduler = board_.scheduler();
+  scheduler.need_index();
+  session::BusinessRules(parts_.rules).Copy_Items_From_Scheduler_to_BeProcessed();
+  const std::unordered_set<std::string_view, jobs::LineHash, jobs::LineEqual> gone(lines.begin(),
+                                                                                   lines.end());
   for (const protocol::ResultList& list : protocol::kResultLists) {
-    std::string rest;
-    rules.RemoveJobFromList(list.pending_file, line, rest);
-    rules.ReWrite_File(list.pending_file, rest);
+    const std::string text = scheduler.read_or_empty(list.pending_file);
+    std::vector<std::string> rest;
+    for (const std::string_view line : base::lines_of(text))
+      if (!line.empty() && !gone.contains(line)) rest.emplace_back(line);
+    if (!text.empty()) scheduler.replace(list.pending_file, base::with_line_ends(rest));
   }
   if (parts_.link.scheduler_window_stands())
     parts_.link.NotifyScheduler(protocol::SchedulerRequest::kResultsTaken);
 }
 
-void JobUpkeep::discard(const std::string& job) {
+// The answer: what had come of it already.
+std::vector<std::string> JobUpkeep::discard(const std::string& job) {
   platform::Files& files = parts_.rules.files;
   const std::string folder = board_.scheduler().path(job);
   jobs::refuse_link(files, folder);
+  const auto report = jobs::report_of(files, folder);
   // What can be decoded is decoded for the job's own site.
   const std::string site = jobs::job_from_script(board_.scheduler(), job).device_id;
   if (!site.empty()) parts_.database.run("Update_SessionQVR", {site});
   session::bring_to_safety(parts_.rules, job, session::RescueWhat::kDeleted);
   if (files.folder_exists(folder)) jobs::delete_job_folder(files, folder);
+  return report ? report->results() : std::vector<std::string>{};
 }
 
 // A log's age is that of its job, which its name tells.
@@ -133,8 +204,11 @@ std::vector<std::string> JobUpkeep::folders_of_ended_jobs(const jobs::Board& boa
   std::vector<std::string> folders;
   for (const std::string& job : board.abandoned)
     folders.push_back(board_.scheduler().path(job));
+  const bool has_doubt = std::any_of(board.jobs.begin(), board.jobs.end(),
+                                     [](const jobs::BoardJob& job) { return !job.doubt.empty(); });
+  const bool may_be_run = has_doubt && has_foreign_scheduler();
   for (const jobs::BoardJob& job : board.jobs) {
-    const bool is_over = job.doubt.empty() ? !waits(job) : !has_foreign_scheduler();
+    const bool is_over = job.doubt.empty() ? !waits(job) : !may_be_run;
     if (is_over && job.has_folder) folders.push_back(board_.scheduler().path(job.job));
   }
   return folders;

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "base/fault.h"
 #include "jobs/job_board.h"
 #include "platform/machine.h"
 #include "platform/scheduler_control.h"
@@ -19,20 +20,40 @@ class JobUpkeep {
             platform::SchedulerControl& scheduler)
       : parts_(parts), board_(board), machine_(machine), scheduler_(scheduler), trap_(parts.rules.ui) {}
 
-  enum class Removal {
-    kNotDone,  // a message has said why
-    kRemoved,
-    kUnknown,   // there is no such job
-    kInUse,     // it waits for its turn, or runs
-    kDoubtful,  // a damaged line may be about it
+  struct Removal {
+    enum Outcome {
+      kNotDone,  // a message has said why
+      kRemoved,
+      kLinesDropped,  // it had no folder, and now no line
+      kUnknown,       // there is no such job
+      kInUse,         // it waits for its turn, or runs
+      kDoubtful,      // a damaged line may be about it
+    };
+    Outcome outcome = kNotDone;
+    std::vector<std::string> results;  // suite paths of the files that had come of it before
+    std::vector<std::string> lists;    // of the scheduler, which drops its line from them when it starts
   };
-  // Folder, and lines in the pending lists.
+  // Folder, and lines in the lists. One that waits is taken out by the scheduler first, which is started for
+  // it when none runs.
   Removal remove(const std::string& job);
 
+  // A line of a job that has gone, and what becomes of it.
+  struct EndedLine {
+    std::string job;
+    std::vector<std::string> lists;  // as in Removal
+  };
+  // A folder that cannot be removed, and why.
+  struct StuckFolder {
+    std::string job;
+    base::Fault fault;
+  };
   struct Cleaning {
-    bool done = false;              // otherwise a message has said why
-    std::vector<std::string> jobs;  // whose folders went: no list named them
-    std::size_t logs = 0;           // that were older than LogDays
+    bool done = false;                 // otherwise a message has said why
+    std::vector<std::string> jobs;     // whose folders went: no list named them
+    std::vector<StuckFolder> stuck;    // likewise, but something is in the way
+    std::vector<EndedLine> lines;      // of jobs that have neither folder nor index line
+    std::vector<std::string> waiting;  // finished jobs that nobody has processed
+    std::size_t logs = 0;              // that were older than LogDays
   };
   Cleaning clean();
 
@@ -48,8 +69,12 @@ class JobUpkeep {
   std::vector<std::string> abandoned(const jobs::Board& board) const;
   bool has_foreign_scheduler() const;
   std::vector<std::string> folders_of_ended_jobs(const jobs::Board& board) const;
-  void take_off_lists(const std::string& line);
-  void discard(const std::string& job);
+  void take_out(const std::string& job);
+  std::vector<std::string> scheduler_lists(const jobs::BoardJob& job) const;
+  void take_off_lists(const std::vector<std::string>& lines);
+  Removal remove_unlisted(const jobs::Board& board, const std::string& job);
+  std::vector<EndedLine> drop_ended_lines(const jobs::Board& board);
+  std::vector<std::string> discard(const std::string& job);
   std::size_t remove_old_logs();
 
   SessionRequestParts parts_;

@@ -313,6 +313,7 @@ TEST_F(LateResults, BecomeWhatTheyWouldHaveBecome) {
                     {{std::nullopt, std::nullopt, ""}});
   device["AllStatsP3.csv"] = "Line,Calls";
   const std::string job = leave(operation::kRetrieveResetStatistics);
+  run.files.content.erase("S:\\index.sch");
   EXPECT_EQ(LateResultsRequest(parts, board).notice(board.read()),
             "A finished job has not been processed: " + job + ".");
   run.session.site = {};
@@ -352,21 +353,34 @@ TEST_F(LateResults, AreRemovedWithoutALossAndKeepNoAccessCode) {
   EXPECT_THAT(run.files.content[script], HasSubstr("\r\nFTPPASSWORD=;\r\n"));
 
   lock.owner = "qvrcom (process 4711)";
-  EXPECT_EQ(upkeep.remove(job), JobUpkeep::Removal::kNotDone);
+  EXPECT_EQ(upkeep.remove(job).outcome, JobUpkeep::Removal::kNotDone);
   lock.owner.clear();
-  EXPECT_EQ(upkeep.remove("Nov0000000000000"), JobUpkeep::Removal::kUnknown);
-  EXPECT_EQ(upkeep.remove(job), JobUpkeep::Removal::kRemoved);
+  run.files.content["S:\\" + job + "\\" + job + ".rpt"] += "TAKEN;part4;;;C:\\Stats1.csv;\r\n";
+  run.files.content.erase("S:\\index.sch");
+  EXPECT_EQ(upkeep.remove("Nov0000000000000").outcome, JobUpkeep::Removal::kUnknown);
+  const JobUpkeep::Removal removal = upkeep.remove(job);
+  EXPECT_EQ(removal.outcome, JobUpkeep::Removal::kRemoved);
+  EXPECT_THAT(removal.results, ElementsAre("C:\\Stats1.csv"));
+  EXPECT_THAT(removal.lists, ElementsAre("completed.sch"));
+  EXPECT_EQ(upkeep.remove(job).outcome, JobUpkeep::Removal::kLinesDropped);
+  EXPECT_EQ(run.pending_lines(), 0U);
+  EXPECT_EQ(run.ui.messages.size(), 2U) << "a session of another program, and the rescue";
   EXPECT_TRUE(run.files.file_exists(run.folders.GetRescuedFolder() + job + "\\nodestatP3.dat"));
   EXPECT_FALSE(run.files.folder_exists("S:\\" + job));
 
   const std::string waits = leave(operation::kResetStatistics, "");
   run.files.content["S:\\index.sch"] = run.session.job.JobId + "\r\n";
-  EXPECT_EQ(upkeep.remove(waits), JobUpkeep::Removal::kInUse);
+  EXPECT_EQ(upkeep.remove(waits).outcome, JobUpkeep::Removal::kInUse);
+  EXPECT_THAT(run.programs.started, ElementsAre(HasSubstr("JobPilot"))) << "to take it out";
+  run.control.now.emplace().running_job = waits;
+  EXPECT_EQ(upkeep.remove(waits).outcome, JobUpkeep::Removal::kInUse);
+  EXPECT_THAT(run.control.log, ElementsAre("stop " + waits, "stop " + waits)) << "what runs is not stopped";
+  run.control.now.reset();
   const std::string waiting_script = "S:\\" + waits + "\\" + waits + ".scr";
   upkeep.forget_access_codes(board.read());
   EXPECT_THAT(run.files.content[waiting_script], HasSubstr("FTPPASSWORD=canary;"));
   run.files.content["S:\\index.sch"] = "torn" + run.session.job.JobId.substr(9) + "x\r\n";
-  EXPECT_EQ(upkeep.remove(waits), JobUpkeep::Removal::kDoubtful);
+  EXPECT_EQ(upkeep.remove(waits).outcome, JobUpkeep::Removal::kDoubtful);
   run.scheduler.open();  // another maker's
   upkeep.forget_access_codes(board.read());
   EXPECT_THAT(run.files.content[waiting_script], HasSubstr("FTPPASSWORD=canary;"));
@@ -389,8 +403,21 @@ TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
   run.control.now.reset();  // another maker's scheduler may still run the newer one
   run.files.make_folders("S:\\Nov1526120000001");
   run.files.content[logs + "Nov0426121005001.log"] = "";
+  run.files.make_folders("S:\\Jan0124121005002\\in the way");
+  const std::string waits = session::index_line("Retrieve", "Jan0124121005003");
+  const std::string gone = session::index_line("Retrieve", "Jan0124121005004");
+  run.files.make_folders("S:\\Jan0124121005003");
+  run.files.content["S:\\completed.sch"] = waits + gone;
+  run.files.content["S:\\CompletedToProcess.sch"] = gone;
   const JobUpkeep::Cleaning cleaning = upkeep.clean();
   EXPECT_TRUE(cleaning.done);
+  ASSERT_EQ(cleaning.stuck.size(), 1U);
+  EXPECT_EQ(cleaning.stuck[0].job, "Jan0124121005002");
+  ASSERT_EQ(cleaning.lines.size(), 1U);
+  EXPECT_EQ(cleaning.lines[0].job, "Jan0124121005004");
+  EXPECT_EQ(run.files.content["S:\\CompletedToProcess.sch"], waits);
+  EXPECT_EQ(run.files.content["S:\\completed.sch"], waits + gone) << "a scheduler's own";
+  EXPECT_THAT(cleaning.waiting, ElementsAre("Jan0124121005003"));
   EXPECT_THAT(cleaning.jobs, ElementsAre("Jan0124121005001"));
   EXPECT_EQ(cleaning.logs, 1U);
   EXPECT_FALSE(run.files.file_exists(logs + "Nov0426121005001.log"));
