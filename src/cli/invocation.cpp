@@ -51,7 +51,10 @@ void look_after_jobs(const Invocation& invocation, CommandContext& context) {
   requests::JobUpkeep upkeep(context.requests, context.jobs, context.machine, context.scheduler);
   const requests::LateResultsRequest late(context.requests, context.jobs);
   const auto news =
-      requests::look_after_jobs(context.jobs, upkeep, late, "\"qvrcomctl jobs process\" finishes them.");
+      requests::look_after_jobs(context.jobs, upkeep, late,
+                                {"\"qvrcomctl jobs process\" finishes them.",
+                                 "\"qvrcomctl jobs stop JOB\", where a scheduler runs, or \"qvrcomctl jobs "
+                                 "remove JOB\" keeps a job from it."});
   if (!invocation.tells_late_results) return;
   for (const platform::Message& message : news)
     context.ui.show(message);

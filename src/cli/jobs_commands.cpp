@@ -276,6 +276,7 @@ void add_jobs_commands(CLI::App& app, Invocation& invocation) {
   CLI::App* stop_command = jobs->add_subcommand("stop", "End a job's session, or keep it from being run");
   refuse_empty(*stop_command->add_option("JOB", *job, "The job's name")->required(), kNamesNoJob);
   stop_command->callback([job, &invocation] {
+    invocation.tells_late_results = false;
     invocation.command = [job](CommandContext& context) { return stop(context, *job); };
   });
 }

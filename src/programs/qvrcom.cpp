@@ -136,7 +136,9 @@ int run_desktop() {
   });
   window.show();
   QTimer::singleShot(0, &window, [&] {
-    const std::string advice = "\"Process\" on the page \"Jobs\" takes over what they have fetched.";
+    const requests::JobAdvice advice{
+        "\"Process\" on the page \"Jobs\" takes over what they have fetched.",
+        "\"Stop Job...\" on the page \"Jobs\", where the scheduler runs, keeps a job from it."};
     for (const platform::Message& message : requests::look_after_jobs(suite.jobs, upkeep, late, advice))
       boxes.show(message);
   });

@@ -37,6 +37,15 @@ IndexLineReading read_index_line(std::string_view text) {
           {}};
 }
 
+Due due(double creation, double start, bool repeats, base::LocalTime now) {
+  if (repeats) return Due::kRepeating;
+  return start <= creation || start <= base::date_serial(now) ? Due::kNow : Due::kLater;
+}
+
+Due due(const IndexLine& line, base::LocalTime now) {
+  return due(line.creation, line.start, !line.interval.empty() || !line.period.empty(), now);
+}
+
 std::string index_line_text(const IndexLineText& v) {
   std::string text = v.creation + ";";
   for (const std::string* item :

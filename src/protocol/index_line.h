@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/date_serial.h"
+
 // One line of the job index, docs/formats/index.md.
 namespace qvrcom::protocol {
 
@@ -32,6 +34,13 @@ struct IndexLineReading {
 // Reads a line without its line end. The script path must name a job ("...\NAME\NAME.scr"); in which folder
 // that lies is left to the caller.
 IndexLineReading read_index_line(std::string_view text);
+
+enum class Due { kNow, kLater, kRepeating };
+
+// A line is due when its start is not later than its own creation value, or than now; a line with an interval
+// or a period is another program's.
+Due due(double creation, double start, bool repeats, base::LocalTime now);
+Due due(const IndexLine& line, base::LocalTime now);
 
 // The line's values as text, the way they are written.
 struct IndexLineText {

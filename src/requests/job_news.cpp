@@ -1,5 +1,6 @@
 #include "requests/job_news.h"
 
+#include <algorithm>
 #include <array>
 
 #include "base/fault.h"
@@ -22,6 +23,23 @@ platform::Message news(const std::string& text, const std::string& detail, platf
   return {.text = text, .title = platform::kSuiteTitle, .icon = icon, .detail = detail};
 }
 
+// With what they do: a job may be about to reset a device of another site than the user has in mind.
+platform::Message news_of_waiting(const std::vector<jobs::BoardJob>& jobs, const std::string& advice) {
+  constexpr std::size_t kMostNamed = 5;
+  std::string names;
+  for (std::size_t i = 0; i < std::min(jobs.size(), kMostNamed); ++i)
+    names += (i == 0 ? "" : "; ") + jobs[i].job + " (" + jobs[i].description + ", " + jobs[i].site_name +
+             " - " + jobs[i].site_id + ")";
+  if (jobs.size() > kMostNamed) names += "; ...";
+  const bool is_one = jobs.size() == 1;
+  return news(
+      (is_one ? std::string("A job waits in the job index, and nobody waits for it: ")
+              : std::to_string(jobs.size()) + " jobs wait in the job index, and nobody waits for them: ") +
+          names + ".",
+      std::string("The next session runs ") + (is_one ? "it" : "them") + ", whatever its own site. " + advice,
+      platform::Icon::kWarning);
+}
+
 }  // namespace
 
 platform::Message message_of(const jobs::UnreadList& list) {
@@ -38,7 +56,7 @@ bool is_removed(JobUpkeep::Removal::Outcome outcome) {
 }
 
 std::vector<platform::Message> look_after_jobs(const jobs::JobBoard& board, JobUpkeep& upkeep,
-                                               const LateResultsRequest& late, const std::string& advice) {
+                                               const LateResultsRequest& late, const JobAdvice& advice) {
   std::vector<platform::Message> told;
   const auto fault = base::fault_of([&] {
     const jobs::Board read = board.read(jobs::JobBoard::Extent::kFolders);
@@ -47,7 +65,9 @@ std::vector<platform::Message> look_after_jobs(const jobs::JobBoard& board, JobU
     if (!told.empty()) return;
     upkeep.forget_access_codes(read);
     const std::string sentence = late.notice(read);
-    if (!sentence.empty()) told.push_back(news(sentence, advice, platform::Icon::kInformation));
+    if (!sentence.empty()) told.push_back(news(sentence, advice.finished, platform::Icon::kInformation));
+    const std::vector<jobs::BoardJob> waiting = upkeep.left_waiting(read);
+    if (!waiting.empty()) told.push_back(news_of_waiting(waiting, advice.waiting));
   });
   if (fault)
     told.push_back(news("The jobs cannot be looked through: " + fault->description() + ".", fault->detail(),

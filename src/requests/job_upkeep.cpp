@@ -9,6 +9,7 @@
 #include "environment/names.h"
 #include "jobs/line_key.h"
 #include "jobs/report_file.h"
+#include "protocol/index_line.h"
 #include "protocol/job_lists.h"
 #include "protocol/job_log.h"
 #include "protocol/messages.h"
@@ -23,6 +24,10 @@ using protocol::kLogExtension;
 
 bool waits(const jobs::BoardJob& job) {
   return !job.ending();
+}
+
+bool is_in_index(const jobs::BoardJob& job) {
+  return waits(job) && job.stands_in(protocol::kIndexFile);
 }
 
 bool contains(const std::vector<std::string>& names, const std::string& name) {
@@ -212,6 +217,22 @@ std::vector<std::string> JobUpkeep::folders_of_ended_jobs(const jobs::Board& boa
     if (is_over && job.has_folder) folders.push_back(board_.scheduler().path(job.job));
   }
   return folders;
+}
+
+// Without the job that a scheduler runs, and those that it leaves alone.
+std::vector<jobs::BoardJob> JobUpkeep::left_waiting(const jobs::Board& seen) const {
+  std::vector<jobs::BoardJob> left;
+  if (!std::any_of(seen.jobs.begin(), seen.jobs.end(), is_in_index)) return left;
+  const auto hold = parts_.gate.try_enter();
+  if (!hold) return left;
+  const auto status = scheduler_.status().status;
+  for (jobs::BoardJob& job : board_.read_all(jobs::JobBoard::Extent::kFolders).jobs) {
+    if (!is_in_index(job) || (status && status->running_job == job.job)) continue;
+    const auto line = protocol::read_index_line(job.line).line;
+    const bool is_due = line && protocol::due(*line, parts_.rules.clock.now()) == protocol::Due::kNow;
+    if (is_due) left.push_back(std::move(job));
+  }
+  return left;
 }
 
 int JobUpkeep::log_days() const {

@@ -62,6 +62,10 @@ class JobUpkeep {
   // as they were just now: when nothing of it has ended, nothing is done.
   void forget_access_codes(const jobs::Board& seen);
 
+  // The jobs that wait in the job index with nobody waiting for them: the next session, of any site, runs
+  // them. None while a session runs. `seen` as above.
+  std::vector<jobs::BoardJob> left_waiting(const jobs::Board& seen) const;
+
   // How long a job's log is kept: user setting LogDays of section Jobs, 1 to 36500, 90 without one.
   int log_days() const;
 

@@ -30,8 +30,7 @@ WaitingLine waiting_line(std::string_view text) {
 }
 
 Due due(const WaitingLine& line, base::LocalTime now) {
-  if (line.repeats) return Due::kRepeating;
-  return line.start <= line.creation || line.start <= base::date_serial(now) ? Due::kNow : Due::kLater;
+  return protocol::due(line.creation, line.start, line.repeats, now);
 }
 
 std::string left_alone_sentence(const WaitingLine& line, Due due) {

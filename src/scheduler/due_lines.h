@@ -7,10 +7,11 @@
 #include <vector>
 
 #include "base/date_serial.h"
+#include "protocol/index_line.h"
 
 namespace qvrcom::scheduler {
 
-enum class Due { kNow, kLater, kRepeating };
+using protocol::Due;
 
 // What has to be known of an index line before its turn comes.
 struct WaitingLine {
@@ -26,8 +27,6 @@ struct WaitingLine {
 // Takes an index line apart.
 WaitingLine waiting_line(std::string_view text);
 
-// A line is due when its start is not later than its own creation value, or than now; a line with an interval
-// or a period is another program's.
 Due due(const WaitingLine& line, base::LocalTime now);
 
 // Why a line that is not due is left alone, as a full sentence.

@@ -239,6 +239,8 @@ TEST_F(CommandsTest, JobsOfAllListsStandSideBySide) {
   const QJsonObject job = json()["jobs"][0].toObject();
   EXPECT_EQ(job["lists"].toArray(), (QJsonArray{"index", "completed"}));
   EXPECT_EQ(json()["problems"][0]["line"], QJsonValue(2));
+  EXPECT_EQ(run({"jobs", "remove", "Nov9", "Nov9"}), 1);
+  EXPECT_EQ(run.err, "QVRCOM+: Nov9: there is no such job.\n");
 
   ASSERT_TRUE(QDir().mkpath(QString::fromStdString(scheduler + "error.sch")));
   EXPECT_EQ(run({"jobs", "list", "--json"}), 1);

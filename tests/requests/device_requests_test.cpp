@@ -372,10 +372,15 @@ TEST_F(LateResults, AreRemovedWithoutALossAndKeepNoAccessCode) {
   run.files.content["S:\\index.sch"] = run.session.job.JobId + "\r\n";
   EXPECT_EQ(upkeep.remove(waits).outcome, JobUpkeep::Removal::kInUse);
   EXPECT_THAT(run.programs.started, ElementsAre(HasSubstr("JobPilot"))) << "to take it out";
+  ASSERT_EQ(upkeep.left_waiting(board.read()).size(), 1U);
   run.control.now.emplace().running_job = waits;
+  EXPECT_THAT(upkeep.left_waiting(board.read()), IsEmpty());
   EXPECT_EQ(upkeep.remove(waits).outcome, JobUpkeep::Removal::kInUse);
   EXPECT_THAT(run.control.log, ElementsAre("stop " + waits, "stop " + waits)) << "what runs is not stopped";
   run.control.now.reset();
+  lock.owner = "qvrcom (process 4711)";  // which waits for it
+  EXPECT_THAT(upkeep.left_waiting(board.read()), IsEmpty());
+  lock.owner.clear();
   const std::string waiting_script = "S:\\" + waits + "\\" + waits + ".scr";
   upkeep.forget_access_codes(board.read());
   EXPECT_THAT(run.files.content[waiting_script], HasSubstr("FTPPASSWORD=canary;"));
