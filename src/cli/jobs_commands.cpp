@@ -263,10 +263,8 @@ void add_jobs_commands(CLI::App& app, Invocation& invocation) {
     return option;
   };
   add_with_names("process", "Take over what finished jobs have fetched; without names, of all", process);
-  add_with_names("remove", "Remove the folder of a job that has ended, or waits for its turn", remove)
-      ->required();
-  jobs->add_subcommand("clean",
-                       "Remove job folders that no list names, lines of jobs that have gone, and old logs")
+  add_with_names("remove", "Remove the folder of a job that has ended or waits", remove)->required();
+  jobs->add_subcommand("clean", "Remove folders and lines of jobs that have gone, and old logs")
       ->callback([&invocation] {
         invocation.tells_late_results = false;
         invocation.command = clean;

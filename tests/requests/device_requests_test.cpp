@@ -367,7 +367,11 @@ TEST_F(LateResults, AreRemovedWithoutALossAndKeepNoAccessCode) {
   EXPECT_EQ(run.ui.messages.size(), 2U) << "a session of another program, and the rescue";
   EXPECT_TRUE(run.files.file_exists(run.folders.GetRescuedFolder() + job + "\\nodestatP3.dat"));
   EXPECT_FALSE(run.files.folder_exists("S:\\" + job));
+}
 
+TEST_F(LateResults, ThatStillWaitAreToldOfAndTakenOut) {
+  record.access_code = "canary";
+  JobUpkeep upkeep(parts, board, run.machine, run.control);
   const std::string waits = leave(operation::kResetStatistics, "");
   run.files.content["S:\\index.sch"] = run.session.job.JobId + "\r\n";
   EXPECT_EQ(upkeep.remove(waits).outcome, JobUpkeep::Removal::kInUse);
