@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "adapters/plain_file.h"
+#include "adapters/posix_fault.h"
 #include "base/fault.h"
 #include "base/text.h"
 
@@ -245,7 +246,7 @@ void check_header(const std::string& path) {
 
 std::unique_ptr<platform::Database> QtDatabaseEngine::open(const std::string& connection_text) {
   const std::string path = path_of(connection_text, files_);
-  if (!QFile::exists(QString::fromStdString(path)))
+  if (!files_.is_taken(suite_path(path)))
     refuse(base::kFileNotFound, path, "is missing. Run \"qvrcomctl setup\", or put back a copy of it.");
   need_plain(path);
   check_header(path);

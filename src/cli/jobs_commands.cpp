@@ -9,6 +9,7 @@
 #include "cli/json_text.h"
 #include "cli/text_table.h"
 #include "requests/job_news.h"
+#include "sitebook/site_record.h"
 
 namespace qvrcom::cli {
 namespace {
@@ -85,7 +86,7 @@ void board_table(const jobs::Board& board, std::ostream& out) {
     for (const std::string& file : job.lists)
       lists += (lists.empty() ? "" : ", ") + list_name(file);
     const std::string doubt = job.doubt.empty() ? "" : " (" + job.doubt + ")";
-    table.add({job.job, lists, moment_text(job.start), job.site_name + " - " + job.site_id,
+    table.add({job.job, lists, moment_text(job.start), sitebook::title_of(job.site_name, job.site_id),
                job.description + doubt});
   }
   for (const std::string& job : board.abandoned)

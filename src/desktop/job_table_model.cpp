@@ -83,7 +83,8 @@ QString JobTableModel::state_of(const jobs::BoardJob& job) const {
   if (live != states_.end() && live->second == protocol::JobState::kRunning) return live_state(live->second);
   const auto ending = job.ending();
   if (ending && !job.lists.empty()) return QLatin1String(protocol::result_list(*ending).status);
-  if (live != states_.end()) return live_state(live->second);
+  if (live != states_.end() && job.doubt.empty()) return live_state(live->second);
+  if (!job.doubt.empty()) return QStringLiteral("In a damaged line");
   if (job.lists.empty()) return QStringLiteral("Left behind");
   return stands_in(job, protocol::kIndexFile) ? QStringLiteral("Waiting")
                                               : QStringLiteral("To be rescheduled");

@@ -228,6 +228,7 @@ QString JobsPage::process_obstacle(const jobs::BoardJob& job) const {
 }
 
 QString JobsPage::remove_obstacle(const jobs::BoardJob& job) const {
+  if (!job.doubt.empty()) return QStringLiteral("mend the damaged line first: ") + ui::qt_text(job.doubt);
   if (!model_->has_ended(job)) return kNotEnded;
   return job.has_folder ? QString() : kNoFolder;
 }

@@ -189,8 +189,8 @@ void SystemRequest::store_firmware(const std::string& version) const {
   if (before == version) return;
   const bool was_known = before && !before->empty() && *before != "0";
   parts_.rules.ui.show(
-      {.text = "The firmware version " + version + " is now stored at the site " + site.SiteName + " - " +
-               site.UserSiteID + ".",
+      {.text = "The firmware version " + version + " is now stored at the site " +
+               sitebook::title_of(site.SiteName, site.UserSiteID) + ".",
        .title = platform::kSuiteTitle,
        .icon = platform::Icon::kInformation,
        .detail = was_known ? "The site book had " + *before + "." : "The site book had none."});
