@@ -94,6 +94,74 @@ void remove_job(const std::string& job, requests::JobUpkeep& upkeep, programs::S
                  .icon = platform::Icon::kWarning});
 }
 
+// The main window with its pages, and what they share.
+class Desktop {
+ public:
+  Desktop(programs::Suite& suite, ui::MessageBoxes& boxes)
+      : suite_(suite),
+        boxes_(boxes),
+        windows_(suite),
+        request_(windows_.parts().request),
+        late_(request_, suite.jobs),
+        upkeep_(request_, suite.jobs, suite.machine, suite.scheduler) {
+    auto* statistics = add("Stat&istics", new desktop::StatisticsPage(windows_.parts()));
+    auto* sites =
+        add("Si&tes", new desktop::SitesPage({suite.sites, boxes, suite.files, windows_.chooser()}));
+    add("&Jobs", jobs_page());
+    auto* device = add("&Device", new desktop::DevicePage({request_, suite.sites, windows_.chooser()}));
+    auto* same_logs =
+        add("SAME Lo&gs", new desktop::SameLogsPage({request_, suite.sites, suite.files, suite.folders}));
+    auto* messages = add("&Messages", new desktop::MessagesPage(request_, suite.sites));
+    const auto reload_lists = [=] {
+      statistics->reload_sites();
+      device->reload_sites();
+      same_logs->reload_sites();
+      messages->reload_sites();
+    };
+    QObject::connect(sites, &desktop::SitesPage::sites_changed, &window_, reload_lists);
+    windows_.when_sites_change([=] {
+      sites->reload();
+      reload_lists();
+    });
+  }
+
+  void show() {
+    window_.show();
+    QTimer::singleShot(0, &window_, [this] { tell_news(); });
+  }
+
+ private:
+  template <class Page>
+  Page* add(const char* title, Page* page) {
+    window_.add_page(QLatin1String(title), page);
+    return page;
+  }
+
+  desktop::JobsPage* jobs_page() {
+    return new desktop::JobsPage(
+        {suite_.jobs, suite_.scheduler_files, suite_.scheduler, suite_.programs, suite_.files, suite_.folders,
+         boxes_, windows_.logs(),
+         [this](const jobs::BoardJob& job) { tell_processed(late_.process(job), suite_); },
+         [this](const std::string& job) { remove_job(job, upkeep_, suite_); }});
+  }
+
+  void tell_news() {
+    const requests::JobAdvice advice{
+        "\"Process\" on the page \"Jobs\" takes over what they have fetched.",
+        "\"Stop Job...\" on the page \"Jobs\", where the scheduler runs, keeps a job from it."};
+    for (const platform::Message& message : requests::look_after_jobs(suite_.jobs, upkeep_, late_, advice))
+      boxes_.show(message);
+  }
+
+  programs::Suite& suite_;
+  ui::MessageBoxes& boxes_;
+  programs::StatisticsWindows windows_;
+  const requests::SessionRequestParts request_;
+  requests::LateResultsRequest late_;
+  requests::JobUpkeep upkeep_;
+  desktop::MainWindow window_;  // gone before what its pages work with
+};
+
 int run_desktop() {
   ui::MessageBoxes boxes;
   programs::Suite suite(boxes);
@@ -101,47 +169,8 @@ int run_desktop() {
                                 suite.proposed_folders()))
     return kNotSetUp;
   suite.report_plugin_problems();
-
-  programs::StatisticsWindows windows(suite);
-  desktop::MainWindow window;
-  auto* statistics = new desktop::StatisticsPage(windows.parts());
-  window.add_page(QStringLiteral("Stat&istics"), statistics);
-  auto* sites = new desktop::SitesPage({suite.sites, boxes, suite.files, windows.chooser()});
-  window.add_page(QStringLiteral("Si&tes"), sites);
-  const requests::SessionRequestParts request = windows.parts().request;
-  requests::LateResultsRequest late(request, suite.jobs);
-  requests::JobUpkeep upkeep(request, suite.jobs, suite.machine, suite.scheduler);
-  window.add_page(
-      QStringLiteral("&Jobs"),
-      new desktop::JobsPage({suite.jobs, suite.scheduler_files, suite.scheduler, suite.programs, suite.files,
-                             suite.folders, boxes, windows.logs(),
-                             [&](const jobs::BoardJob& job) { tell_processed(late.process(job), suite); },
-                             [&](const std::string& job) { remove_job(job, upkeep, suite); }}));
-  auto* device = new desktop::DevicePage({request, suite.sites, windows.chooser()});
-  window.add_page(QStringLiteral("&Device"), device);
-  auto* same_logs = new desktop::SameLogsPage({request, suite.sites, suite.files, suite.folders});
-  window.add_page(QStringLiteral("SAME Lo&gs"), same_logs);
-  auto* messages = new desktop::MessagesPage(request, suite.sites);
-  window.add_page(QStringLiteral("&Messages"), messages);
-  const auto reload_lists = [=] {
-    statistics->reload_sites();
-    device->reload_sites();
-    same_logs->reload_sites();
-    messages->reload_sites();
-  };
-  QObject::connect(sites, &desktop::SitesPage::sites_changed, &window, reload_lists);
-  windows.when_sites_change([=] {
-    sites->reload();
-    reload_lists();
-  });
-  window.show();
-  QTimer::singleShot(0, &window, [&] {
-    const requests::JobAdvice advice{
-        "\"Process\" on the page \"Jobs\" takes over what they have fetched.",
-        "\"Stop Job...\" on the page \"Jobs\", where the scheduler runs, keeps a job from it."};
-    for (const platform::Message& message : requests::look_after_jobs(suite.jobs, upkeep, late, advice))
-      boxes.show(message);
-  });
+  Desktop desktop(suite, boxes);
+  desktop.show();
   return QApplication::exec();
 }
 
