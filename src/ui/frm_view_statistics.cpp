@@ -32,7 +32,7 @@ void require_members(const QWidget& grid) {
 
 frmViewStatistics::frmViewStatistics(const VisualComponents& components, const platform::Files& files,
                                      QWidget* parent)
-    : QDialog(parent), logic_(files, *this), grid_(components.create(ucStats::kComponentName, this)) {
+    : QDialog(parent), files_(files), grid_(components.create(ucStats::kComponentName, this)) {
   require_members(*grid_);
   setObjectName(QStringLiteral("frmViewStatistics"));
   setWindowTitle(QStringLiteral("Statistics"));
@@ -44,17 +44,15 @@ frmViewStatistics::frmViewStatistics(const VisualComponents& components, const p
   resize(900, 560);
 }
 
-// Showing a window does not activate it on every desktop; loading an unchanged file costs nothing.
+// Showing a window does not activate it on every desktop.
 bool frmViewStatistics::event(QEvent* event) {
-  if (event->type() == QEvent::WindowActivate || event->type() == QEvent::Show) logic_.Form_Activate();
+  if (event->type() == QEvent::WindowActivate || event->type() == QEvent::Show) Form_Activate();
   return QDialog::event(event);
 }
 
-void frmViewStatistics::set_CSVFileName(const std::string& csv_file) {
-  grid_->setProperty(kFileName, qt_text(csv_file));
-}
-
-void frmViewStatistics::LoadAndDisplay() {
+void frmViewStatistics::Form_Activate() {
+  if (!files_.file_exists(csv_file_)) return;
+  grid_->setProperty(kFileName, qt_text(csv_file_));
   QMetaObject::invokeMethod(grid_, kLoad);
 }
 

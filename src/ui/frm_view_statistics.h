@@ -4,30 +4,33 @@
 #include <string>
 
 #include "control/statistics_viewer.h"
+#include "platform/files.h"
 #include "ui/visual_components.h"
 
 namespace qvrcom::ui {
 
-// The dialog "Statistics": one grid, "ucStats1", created by name. Loads at each activation; the grid's wish
-// to be closed ends it.
-class frmViewStatistics : public QDialog, private control::StatisticsGrid {
+// The dialog "Statistics": one grid, "ucStats1", created by name. Loads at each activation, an unchanged file
+// at no cost; a missing one leaves the grid as it is, without a message. The grid's wish to be closed ends
+// it.
+class frmViewStatistics : public QDialog {
  public:
   // Fault when the grid cannot be created or lacks one of its members. The components and the files outlive
   // the dialog.
   frmViewStatistics(const VisualComponents& components, const platform::Files& files,
                     QWidget* parent = nullptr);
 
-  void hand_over(const std::string& csv_file) { logic_.hand_over(csv_file); }
+  // The CSV file to show, a suite path or a native one.
+  void hand_over(const std::string& csv_file) { csv_file_ = csv_file; }
 
  protected:
   bool event(QEvent* event) override;
 
  private:
-  void set_CSVFileName(const std::string& csv_file) override;
-  void LoadAndDisplay() override;
+  void Form_Activate();
 
-  control::ViewStatistics logic_;
+  const platform::Files& files_;
   QWidget* grid_;
+  std::string csv_file_;
 };
 
 // The viewer for the statistics control: a dialog per showing.
