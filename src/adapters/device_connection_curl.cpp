@@ -59,7 +59,7 @@ std::uint64_t DeviceConnectionCurl::get(const std::string& remote_name, const st
   if (part.length() < whole)
     throw platform::IncompleteFile("The file is not whole, " + std::to_string(part.length()) +
                                        " bytes came of at least " + std::to_string(whole),
-                                   tried);
+                                   tried, whole);
   part.keep();
   return part.length();
 }

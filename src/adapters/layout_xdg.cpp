@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QStandardPaths>
+#include <filesystem>
 
 #include "adapters/layout.h"
 #include "base/fault.h"
@@ -32,6 +33,14 @@ QString variable(const char* name) {
   return text;
 }
 
+// The same folder has the same name for all programs, whatever links they came by.
+QString resolved(const QString& folder) {
+  const std::string absolute = QDir::cleanPath(QDir::current().absoluteFilePath(folder)).toStdString();
+  std::error_code error;
+  const auto path = std::filesystem::weakly_canonical(absolute, error);
+  return QString::fromStdString(error ? absolute : path.string());
+}
+
 void check(const std::string& path) {
   const bool bad = path.find_first_of(";^\\") != std::string::npos || base::has_control_character(path);
   if (bad) {
@@ -48,7 +57,7 @@ Layout Layout::from_environment() {
   Layout layout;
   const QString root = variable("QVRCOM_ROOT");
   if (!root.isEmpty()) {
-    const QString absolute = QDir::cleanPath(QDir::current().absoluteFilePath(root));
+    const QString absolute = resolved(root);
     layout.root = absolute.toStdString();
     layout.config_folder = (absolute + "/config").toStdString();
     layout.app_data_folder = (absolute + "/AppData").toStdString();

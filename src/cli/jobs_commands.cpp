@@ -78,7 +78,8 @@ std::string board_json(const jobs::Board& board) {
                   {"unread", array_of(board.unread, unread_json)}});
 }
 
-void board_table(const jobs::Board& board, std::ostream& out) {
+// `running` is the job that the scheduler runs now, or "".
+void board_table(const jobs::Board& board, const std::string& running, std::ostream& out) {
   TextTable table(out);
   table.add({"JOB", "LISTS", "START", "SITE", "DESCRIPTION"});
   for (const jobs::BoardJob& job : board.jobs) {
@@ -90,7 +91,8 @@ void board_table(const jobs::Board& board, std::ostream& out) {
                job.description + doubt});
   }
   for (const std::string& job : board.abandoned)
-    table.add({job, "", "", "", "A folder that no list names"});
+    table.add(
+        {job, "", "", "", job == running ? "Runs, and stands in no list" : "A folder that no list names"});
 }
 
 std::vector<std::string> each_once(const std::vector<std::string>& names) {
@@ -136,7 +138,8 @@ ExitCode list(CommandContext& context, bool as_json) {
     context.console.out() << board_json(board);
     return code;
   }
-  board_table(board, context.console.out());
+  const auto status = context.scheduler.status().status;
+  board_table(board, status ? status->running_job : std::string(), context.console.out());
   tell_problems(board.problems, context.console);
   return code;
 }

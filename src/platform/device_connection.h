@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "base/fault.h"
 
@@ -47,7 +48,10 @@ class SessionCancelled : public base::Fault {
 // A fetch that the device ended in good order, and yet the file is not whole: it may be tried once more.
 class IncompleteFile : public base::Fault {
  public:
-  using Fault::Fault;
+  IncompleteFile(std::string description, std::string detail, std::uint64_t least_bytes = 0)
+      : Fault(std::move(description), std::move(detail)), least(least_bytes) {}
+
+  std::uint64_t least;  // bytes that the whole file has
 };
 
 // One FTP session with a device on one control connection. Every operation waits for its end and throws a

@@ -2,14 +2,22 @@
 
 #include <sys/stat.h>
 
+#include <csignal>
+
 #include "adapters/plain_file.h"
 #include "base/fault.h"
 
 namespace qvrcom::programs {
 namespace {
 
+// A file that grows beyond what the shell allows is told of like a full disk, and no end without a word.
+void outlive_large_files() {
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
 // Sockets and locks say who is running what: nobody else has business here.
 adapters::Layout with_run_folder(adapters::Layout layout) {
+  outlive_large_files();
   if (!adapters::make_folders(layout.run_folder) || ::chmod(layout.run_folder.c_str(), 0700) != 0) {
     throw base::Fault(
         base::kPermissionDenied,

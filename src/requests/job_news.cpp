@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/fault.h"
+#include "sitebook/site_record.h"
 
 namespace qvrcom::requests {
 namespace {
@@ -23,19 +24,29 @@ platform::Message news(const std::string& text, const std::string& detail, platf
   return {.text = text, .title = platform::kSuiteTitle, .icon = icon, .detail = detail};
 }
 
-// With what they do: a job may be about to reset a device of another site than the user has in mind.
-platform::Message news_of_waiting(const std::vector<jobs::BoardJob>& jobs, const std::string& advice) {
+// "Nov1526120000000 (Get Log File, Office1 - 101); ...": with what they do, to a site that the user may not
+// have in mind.
+std::string names_of(const std::vector<jobs::BoardJob>& jobs) {
   constexpr std::size_t kMostNamed = 5;
   std::string names;
   for (std::size_t i = 0; i < std::min(jobs.size(), kMostNamed); ++i)
-    names += (i == 0 ? "" : "; ") + jobs[i].job + " (" + jobs[i].description + ", " + jobs[i].site_name +
-             " - " + jobs[i].site_id + ")";
-  if (jobs.size() > kMostNamed) names += "; ...";
+    names += (i == 0 ? "" : "; ") + jobs[i].job + " (" + jobs[i].description + ", " +
+             sitebook::title_of(jobs[i].site_name, jobs[i].site_id) + ")";
+  return names + (jobs.size() > kMostNamed ? "; ..." : ".");
+}
+
+platform::Message news_of_cut_off(const std::vector<jobs::BoardJob>& jobs, const std::string& advice) {
+  return news("Cut off after the device had been changed, and not run again: " + names_of(jobs),
+              "What was fetched is kept. JobPilot lists such jobs as errors when it starts. " + advice,
+              platform::Icon::kWarning);
+}
+
+platform::Message news_of_waiting(const std::vector<jobs::BoardJob>& jobs, const std::string& advice) {
   const bool is_one = jobs.size() == 1;
   return news(
       (is_one ? std::string("A job waits in the job index, and nobody waits for it: ")
               : std::to_string(jobs.size()) + " jobs wait in the job index, and nobody waits for them: ") +
-          names + ".",
+          names_of(jobs),
       std::string("The next session runs ") + (is_one ? "it" : "them") + ", whatever its own site. " + advice,
       platform::Icon::kWarning);
 }
@@ -66,6 +77,8 @@ std::vector<platform::Message> look_after_jobs(const jobs::JobBoard& board, JobU
     upkeep.forget_access_codes(read);
     const std::string sentence = late.notice(read);
     if (!sentence.empty()) told.push_back(news(sentence, advice.finished, platform::Icon::kInformation));
+    const std::vector<jobs::BoardJob> cut_off = upkeep.cut_off(read);
+    if (!cut_off.empty()) told.push_back(news_of_cut_off(cut_off, advice.finished));
     const std::vector<jobs::BoardJob> waiting = upkeep.left_waiting(read);
     if (!waiting.empty()) told.push_back(news_of_waiting(waiting, advice.waiting));
   });

@@ -213,8 +213,9 @@ std::vector<std::string> JobUpkeep::folders_of_ended_jobs(const jobs::Board& boa
                                      [](const jobs::BoardJob& job) { return !job.doubt.empty(); });
   const bool may_be_run = has_doubt && has_foreign_scheduler();
   for (const jobs::BoardJob& job : board.jobs) {
-    const bool is_over = job.doubt.empty() ? !waits(job) : !may_be_run;
-    if (is_over && job.has_folder) folders.push_back(board_.scheduler().path(job.job));
+    if (!job.has_folder) continue;
+    const bool is_over = job.doubt.empty() ? !waits(job) || has_changed_device(job.job) : !may_be_run;
+    if (is_over) folders.push_back(board_.scheduler().path(job.job));
   }
   return folders;
 }
@@ -228,11 +229,31 @@ std::vector<jobs::BoardJob> JobUpkeep::left_waiting(const jobs::Board& seen) con
   const auto status = scheduler_.status().status;
   for (jobs::BoardJob& job : board_.read_all(jobs::JobBoard::Extent::kFolders).jobs) {
     if (!is_in_index(job) || (status && status->running_job == job.job)) continue;
+    if (has_changed_device(job.job)) continue;
     const auto line = protocol::read_index_line(job.line).line;
     const bool is_due = line && protocol::due(*line, parts_.rules.clock.now()) == protocol::Due::kNow;
     if (is_due) left.push_back(std::move(job));
   }
   return left;
+}
+
+std::vector<jobs::BoardJob> JobUpkeep::cut_off(const jobs::Board& seen) const {
+  std::vector<jobs::BoardJob> found;
+  for (const jobs::BoardJob& job : seen.jobs) {
+    if (is_in_index(job) && job.has_folder && has_changed_device(job.job)) found.push_back(job);
+  }
+  for (const std::string& job : seen.abandoned) {
+    if (has_changed_device(job)) found.push_back(jobs::job_from_script(board_.scheduler(), job));
+  }
+  if (found.empty()) return found;
+  const auto status = scheduler_.status().status;
+  std::erase_if(found, [&](const auto& job) { return status && status->running_job == job.job; });
+  return found;
+}
+
+bool JobUpkeep::has_changed_device(const std::string& job) const {
+  const auto report = jobs::report_of(parts_.rules.files, board_.scheduler().path(job));
+  return report && report->has_changed();
 }
 
 int JobUpkeep::log_days() const {

@@ -66,12 +66,17 @@ class JobUpkeep {
   // them. None while a session runs. `seen` as above.
   std::vector<jobs::BoardJob> left_waiting(const jobs::Board& seen) const;
 
+  // The jobs that have changed their device, have not ended, and are run by no scheduler: they are never run
+  // again, and JobPilot lists them as errors when it starts.
+  std::vector<jobs::BoardJob> cut_off(const jobs::Board& seen) const;
+
   // How long a job's log is kept: user setting LogDays of section Jobs, 1 to 36500, 90 without one.
   int log_days() const;
 
  private:
   std::vector<std::string> abandoned(const jobs::Board& board) const;
   bool has_foreign_scheduler() const;
+  bool has_changed_device(const std::string& job) const;
   std::vector<std::string> folders_of_ended_jobs(const jobs::Board& board) const;
   void take_out(const std::string& job);
   std::vector<std::string> scheduler_lists(const jobs::BoardJob& job) const;

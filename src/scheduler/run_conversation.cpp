@@ -170,12 +170,13 @@ class Conversation {
     telling_.done("Fetched " + step.remote + ", " + bytes_text(length) + ".");
   }
   std::uint64_t fetch(const Step& step) {
-    const std::uint64_t least =
-        last_delete_ != nullptr && &step < last_delete_ ? 1 : 0;  // of nothing, all would be deleted
+    const bool is_deleted_then = last_delete_ != nullptr && &step < last_delete_;
+    std::uint64_t least = is_deleted_then ? 1 : 0;  // of nothing, all would be deleted
     std::uint64_t length = 0;
     const auto get = [&] { length = line_.current().get(step.remote, step.local, least); };
     if (const auto fault = base::fault_of_kind<platform::IncompleteFile>(get)) {
       telling_.done(RunTelling::reason(*fault) + " It is fetched once more.");
+      if (is_deleted_then) least = fault->least;  // the device need not say it again
       get();
     }
     return length;

@@ -113,8 +113,7 @@ void AllPartitions::save_partition(int number, const jobs::AccountFindings& foun
   const bool nodes = found.arrived("nodestat") != nullptr;
   const bool is_known = rules_.ExistPartID(partition);
   if (!lines && !nodes && !is_known) return;
-  if (!found.kept.empty() && (lines || nodes))
-    shortcomings.add(Shortcomings::kNotReset, number, found.reason);
+  if (!found.kept.empty() && lines && nodes) shortcomings.add(Shortcomings::kNotReset, number, found.reason);
   if (!lines || !nodes) {
     shortcomings.add(Shortcomings::kNotFetched, number, found.reason);
   } else if (!is_known) {

@@ -387,7 +387,16 @@ TEST_F(LateResults, ThatStillWaitAreToldOfAndTakenOut) {
   lock.owner.clear();
   const std::string waiting_script = "S:\\" + waits + "\\" + waits + ".scr";
   upkeep.forget_access_codes(board.read());
-  EXPECT_THAT(run.files.content[waiting_script], HasSubstr("FTPPASSWORD=canary;"));
+  const std::string script = run.files.content[waiting_script];
+  EXPECT_THAT(script, HasSubstr("FTPPASSWORD=canary;"));
+  const std::string report = "S:\\" + waits + "\\" + waits + ".rpt";
+  EXPECT_THAT(upkeep.cut_off(board.read()), IsEmpty());
+  run.files.content[report] = "QVRREPORT;1;\r\nDELETING;part4;linestat;;;\r\n";
+  EXPECT_THAT(upkeep.left_waiting(board.read()), IsEmpty());
+  EXPECT_EQ(upkeep.cut_off(board.read()).size(), 1U);
+  upkeep.forget_access_codes(board.read());
+  EXPECT_THAT(std::exchange(run.files.content[waiting_script], script), HasSubstr("FTPPASSWORD=;"));
+  run.files.content.erase(report);
   run.files.content["S:\\index.sch"] = "torn" + run.session.job.JobId.substr(9) + "x\r\n";
   EXPECT_EQ(upkeep.remove(waits).outcome, JobUpkeep::Removal::kDoubtful);
   run.scheduler.open();  // another maker's

@@ -33,6 +33,7 @@ class ScriptedDevice : public platform::DeviceConnections,
   std::atomic<int> reached_hang{0};
   std::multiset<std::string>
       empty;                      // local files; each fetch into one of them takes it out and brings nothing
+  std::uint64_t least = 0;        // bytes that a fetch had to bring at least
   std::atomic<bool> deaf{false};  // hangs on, cancelled or not
   std::vector<std::chrono::milliseconds> session_limits;  // of each connection
 
@@ -70,9 +71,10 @@ class ScriptedDevice : public platform::DeviceConnections,
       progress_(100);
       hear("get " + remote + " > " + local);
       const auto found = device_.empty.find(local);
+      device_.least = std::max(device_.least, least);
       if (found == device_.empty.end()) return 1234;
       device_.empty.erase(found);
-      if (least > 0) throw platform::IncompleteFile("Nothing came", "Trying to get " + remote);
+      if (least > 0) throw platform::IncompleteFile("Nothing came", "Trying to get " + remote, 1234);
       return 0;
     }
     std::uint64_t put(const std::string& local, const std::string& remote) override {
