@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "base/date_serial.h"
+#include "base/fault.h"
 #include "base/text.h"
 #include "environment/names.h"
 #include "jobs/line_key.h"
@@ -259,11 +260,15 @@ bool JobUpkeep::has_changed_device(const std::string& job) const {
 int JobUpkeep::log_days() const {
   const std::string text =
       machine_.setting(environment::kSettingsApplication, "Jobs", "LogDays").value_or("");
+  if (text.empty()) return kLogDays;
   int days = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), days);
   const bool is_good =
       error == std::errc{} && end == text.data() + text.size() && days >= 1 && days <= kMostLogDays;
-  return is_good ? days : kLogDays;
+  if (is_good) return days;
+  throw base::Fault("Invalid setting", "The setting LogDays of section Jobs is \"" + text +
+                                           "\", not a whole number from 1 to " +
+                                           std::to_string(kMostLogDays) + ". No log is removed; correct it.");
 }
 
 }  // namespace qvrcom::requests

@@ -70,7 +70,8 @@ class JobUpkeep {
   // again, and JobPilot lists them as errors when it starts.
   std::vector<jobs::BoardJob> cut_off(const jobs::Board& seen) const;
 
-  // How long a job's log is kept: user setting LogDays of section Jobs, 1 to 36500, 90 without one.
+  // How long a job's log is kept: user setting LogDays of section Jobs, 1 to 36500, 90 without one; Fault
+  // when it is none.
   int log_days() const;
 
  private:

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "devicefiles/device_time.h"
+#include "doubles/caught.h"
 #include "doubles/memory_lock.h"
 #include "doubles/system_information_bytes.h"
 #include "requests/device_requests.h"
@@ -412,7 +413,11 @@ TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
   run.files.make_folders("S:\\Jan0124121005001");
   run.files.make_folders(logs);
   run.files.content["S:\\Jan0124121005001\\x"] = "";
-  run.machine.settings[{"QVRCOM+", "Jobs", "LogDays"}] = "10";
+  std::string& days = run.machine.settings[{"QVRCOM+", "Jobs", "LogDays"}];
+  days = "0";
+  EXPECT_EQ(doubles::fault_of([&] { JobUpkeep(parts, board, run.machine, run.control).log_days(); }),
+            "Invalid setting");
+  days = "10";
   for (const char* name : {"Nov0426121005001.log", "Nov0626121005001.log", "JobPilot.log"})
     run.files.content[logs + name] = "";
   JobUpkeep upkeep(parts, board, run.machine, run.control);
