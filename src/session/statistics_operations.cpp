@@ -191,7 +191,9 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
   frame_.face().enable_button(false);
   frame_.face().show_hint(true);
   frame_.show_step("Processing Data ...");
-  const std::string text = site_lines(site_name, user_site_id) + files_.read(downloaded_file());
+  const std::string sent = files_.read(downloaded_file());
+  if (base::trim(sent).empty()) old_.miss("The device's statistics file holds nothing.");
+  const std::string text = site_lines(site_name, user_site_id) + sent;
   const std::string path = rules_.Get_Stats_FileName(session_.site.SiteID, dbase_);
   if (path.empty()) {
     throw base::Fault(base::kPathNotFound,

@@ -242,7 +242,7 @@ TEST_F(DeviceRequests, TakeAllPartitionsOfOldFirmwareAlone) {
   EXPECT_THAT(run.ui.texts().back(), HasSubstr("FW Version : 0\r\n"));
 }
 
-TEST_F(DeviceRequests, TellWhyOldStatisticsLeftNoFile) {
+TEST_F(DeviceRequests, TellWhyStatisticsBroughtNothing) {
   EXPECT_EQ(statistics(), RequestResult::kDone);
   EXPECT_THAT(shown, ElementsAre("Stats3.csv"));
   run.components.answers["Get_Partition_Rows"] = "none";
@@ -251,6 +251,11 @@ TEST_F(DeviceRequests, TellWhyOldStatisticsLeftNoFile) {
   ASSERT_EQ(run.ui.messages.size(), 1U);
   EXPECT_EQ(run.ui.messages[0].text, "The operation ended without a result.");
   EXPECT_THAT(run.ui.messages[0].detail, HasSubstr("Partition 3 is not in the configuration"));
+  run.engine.answers.clear();
+  run.engine.answer("SELECT FirmwareVersion FROM Site", {"FirmwareVersion"}, {{"6.62"}});
+  device["AllStatsP3.csv"] = " ";
+  EXPECT_EQ(statistics(), RequestResult::kNotDone);
+  EXPECT_THAT(run.ui.messages.back().detail, HasSubstr("statistics file holds nothing"));
 }
 
 TEST_F(DeviceRequests, EndStatisticsAsTheSessionEnds) {
