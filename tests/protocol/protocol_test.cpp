@@ -103,6 +103,7 @@ TEST(IndexLine, ReadsWhatIsWritten) {
                              "46342.25", line->interval, line->period, line->device_id, line->script_path}),
             text);
   EXPECT_EQ(line->job, "Nov1");
+  EXPECT_EQ(due(46341.5, 46341.5, false, base::local_time(2026, 11, 14)), Due::kNow) << "a clock set back";
 }
 
 TEST(IndexLine, SaysWhyATextIsNone) {
@@ -135,6 +136,8 @@ TEST(JobName, IsTakenFromScriptsOfJobsAlone) {
               {"S:\\a/b\\a/b.scr", ""},       {"S:\\Nov1\\Nov1.txt", ""}, {"", ""}};
   for (const auto& row : rows)
     EXPECT_EQ(job_of_script(row.path), row.job) << row.path;
+  EXPECT_TRUE(is_job_name(std::string(64, 'x')));
+  EXPECT_FALSE(is_job_name(std::string(65, 'x')));
 }
 
 TEST(JobReport, ReadsWhatWasWrittenAndPassesOverWhatIsTorn) {
@@ -154,7 +157,7 @@ TEST(JobReport, ReadsWhatWasWrittenAndPassesOverWhatIsTorn) {
   EXPECT_TRUE(report->has_changed());
   EXPECT_EQ(report->ending(), std::nullopt);
 
-  const auto ended = read_report(text + "\r\nENDED;;;;error;\r\n");
+  const auto ended = read_report(text + "\r\nENDED;;;;error;\r\nTAKING;part3;;;S;\r\n");
   EXPECT_TRUE(ended->has_deleted());
   EXPECT_EQ(ended->ending(), Ending::kError);
   EXPECT_FALSE(read_report("DELETING;part3;linestat;;;\r\n"));
