@@ -91,6 +91,7 @@ Retrieve All Message Indexes|1|account part1=501 Not present||L G0 A1|error|
 Retrieve Reset Statistics All Partitions|2|get dbase=550 No||L G0|error|
 Retrieve Reset Statistics All Partitions|2|1||L G0 A1 G1 G1 D A2 G2 D C|done|Nothing came. It is fetched once more.
 Retrieve Reset Statistics All Partitions|2|1 1||L G0 A1 G1 G1 A2 G2 D C|done|1 of 2 partitions are done; skipped: part1.
+Retrieve Reset Statistics All Partitions|2|0 0||L G0 G0|error|
 Retrieve Entire Configuration|1|0 1||L G0 A1 G1 C|done|
 Retrieve Entire Configuration |2|account part1=501 Not present||L G0 A1|error|
 Retrieve Entire Configuration|1|close=No byte||L G0 A1 G1 C|done|did not take leave properly

@@ -149,7 +149,7 @@ TEST_F(SchedulerEngineTest, WhatMayHaveChangedTheDeviceIsNotRunAgain) {
       {head + "STORING;part3;dbase;d.bin;;\r\nSTORED", "error", "The session was cut off after"},
       {head + "DELETING;part3;linestat;;;\r\nENDED;;;;completed;\r\n", "completed", ""},
       {head + "ENDED;;;;cancelled;\r\n", "cancelled", "its log does not say why"},
-      {std::string(40, '\0'), "error", "its report cannot be read"},
+      {std::string(head.size(), '\0'), "error", "its report cannot be read"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.report);
@@ -168,12 +168,13 @@ TEST_F(SchedulerEngineTest, WhatMayHaveChangedTheDeviceIsNotRunAgain) {
     submit();
     EXPECT_EQ(list(row.list), line("JobA") + "\r\n");
     EXPECT_THAT(reason("JobA"), HasSubstr(row.reason));
+    EXPECT_EQ(reason("JobA").empty(), *row.reason == '\0');
     EXPECT_EQ(device_.told().size() > told_before, runs);
   }
 }
 
 TEST_F(SchedulerEngineTest, DamageBecomesAnErrorLineWithItsReason) {
-  const std::string glued = line("JobD").substr(0, 40) + line("JobE");
+  const std::string glued = line("JobD").substr(0, 40) + line("JobE") + line("JobE");
   const std::string cut = line("JobF").substr(0, 60);
   for (const std::string& text :
        {std::string("no index line"), std::string(), std::string("\0x\0", 3), glued})
@@ -202,6 +203,7 @@ TEST_F(SchedulerEngineTest, DamageBecomesAnErrorLineWithItsReason) {
   EXPECT_EQ(log("JobPilot"), told) << "a damaged line is told once";
   const protocol::ScheduledJob waits = engine_->status().jobs[2];  // somebody may wait for it
   EXPECT_EQ(waits.name, "JobE");
+  EXPECT_EQ(engine_->status().jobs[3].name, "JobA") << "each job once";
   EXPECT_EQ(waits.state, JobState::kDamaged);
   EXPECT_THAT(waits.reason, HasSubstr("is damaged: "));
 }
@@ -305,6 +307,9 @@ TEST_F(SchedulerEngineTest, DropsTakenLinesAndKeepsTheOthers) {
   add_job("JobA", {});
   add_job("JobB", {});
   submit();
+  files_.content.erase(kFolder + "index.sch");  // tells of nothing that was taken
+  engine_->request(2);
+  EXPECT_THAT(list("completed"), HasSubstr(line("JobA")));
   files_.content[kFolder + "index.sch"] = base::to_upper(line("JobB")) + "\r\n";
   files_.content[kFolder + "error.sch"] = base::to_upper(line("JobB")) + "\r\n";
   const int replaced = files_.replaced;
@@ -382,6 +387,8 @@ TEST_F(SchedulerEngineTest, SurvivesFilesThatCannotBeUsed) {
   submit();
   EXPECT_EQ(list("completed"), "");
   EXPECT_THAT(log("JobPilot"), HasSubstr("cannot be listed yet: Disk full"));
+  files_.content[kFolder + "error.sch"] = line("JobA") + "\r\n";  // of an earlier run
+  engine_->request(1);
   engine_->request(6);
   EXPECT_TRUE(engine_->repeating());
   EXPECT_EQ(engine_->status().jobs[0].state, JobState::kUnlisted);
