@@ -58,13 +58,13 @@ std::vector<std::string> rescued(const DialogRun& run) {
   return run.files.folder_exists(folder) ? run.files.list(folder) : std::vector<std::string>{};
 }
 
-// Partition 3 is not in the configuration, 5 is missing on the device, the line drops within 9.
+// Partition 3 is not in the configuration, 5 is missing on the device, 9 has a link for a file.
 void leave_gaps(DialogRun& run) {
   run.components.answers["Get_Partition_Rows 1|3"] = "none";
   run.scheduler.sends = [](const std::string& local) -> std::optional<std::string> {
-    if (local.ends_with("P5.dat") || local.ends_with("nodestatP9.dat")) return std::nullopt;
-    return "x";
+    return local.ends_with("P5.dat") ? std::nullopt : std::optional<std::string>("x");
   };
+  run.files.links.insert(kJob + "nodestatP9.dat");  // leads elsewhere
 }
 
 TEST(AllPartitions, AreRetrievedAndResetInOneJob) {
@@ -90,30 +90,31 @@ TEST(AllPartitions, AreRetrievedAndResetInOneJob) {
                                         "linestatP9.dat", "nodestatP3.dat"));
 }
 
-// With a report: 2 is no partition of the device, 7 kept one of its files, 64 has a file that is none.
+// With a report: 2 is no partition of the device, 5 failed, 7 kept one of its files, 64 has a file that is none.
 TEST(AllPartitions, SayWhatTheReportTells) {
   DialogRun run;
   run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
   run.components.answers["Get_Partition_Rows 1|2"] = "none";
   run.components.answers["DecodeLineStats 1|64"] = "no file of this suite";
   run.scheduler.sends = [](const std::string& local) {
-    return local.ends_with("P2.dat") ? std::nullopt : std::optional<std::string>("x");
+    return local.ends_with("P2.dat") || local.ends_with("P5.dat") ? std::nullopt
+                                                                  : std::optional<std::string>("x");
   };
-  run.scheduler.report = "FAILED;part2;;;530 No such account;\r\n";
+  run.scheduler.report = "FAILED;part2;;;530 No such account;\r\nFAILED;part5;;;426 Cut;\r\n";
   for (int number = 1; number <= 64; ++number) {
     const std::string account = "part" + std::to_string(number);
     for (const char* file : {"linestat", "nodestat"}) {
-      if (number == 2 || (number == 7 && file[0] == 'n')) continue;
+      if (number == 2 || number == 5 || (number == 7 && file[0] == 'n')) continue;
       run.scheduler.report +=
           "DELETING;" + account + ";" + file + ";;;\r\nDELETED;" + account + ";" + file + ";;;\r\n";
     }
   }
   run.scheduler.report += "FAILED;part7;nodestat;;550 Locked;\r\n";
   run.go_hosted();
-  EXPECT_EQ(run.result.partition_files.size(), 63U);
+  EXPECT_EQ(run.result.partition_files.size(), 62U);
   EXPECT_EQ(run.result.missing,
-            "Fetched but not reset: partition 7 (550 Locked). Fetched, but: partition 64 (has no line "
-            "statistics, which could not be read).");
+            "Not fetched: partition 5 (426 Cut). Fetched but not reset: partition 7 (550 Locked). Fetched, "
+            "but: partition 64 (has no line statistics, which could not be read).");
   EXPECT_THAT(rescued(run), ElementsAre("getdBaseP64.dat", "linestatP64.dat", "nodestatP64.dat"));
   EXPECT_THAT(run.left_behind(), IsEmpty());
 }
@@ -178,6 +179,7 @@ TEST(Rescue, KeepsWhatTheDeviceHasNoLonger) {
        {"getdBaseP3.dat", "getdBaseSys.dat", "linestatP3.dat", "nodestatP3.dat"}},
       {"6.62", "error.sch", "FETCHED;part3;x;x;;\r\n", {}},
       {"6.62", "completed.sch", deleting, {}},
+      {"6.62", "error.sch", deleting + "TAKEN;part3;;;C:\\Stats1.csv;\r\n", {}},
   };
   for (const auto& each : cases) {
     DialogRun run;
@@ -202,7 +204,8 @@ TEST(Rescue, CopiesEveryFileOfAJobWithoutItsScript) {
   run.scheduler.result_file = "error.sch";
   run.scheduler.report = "DELETING;part3;linestat;;;\r\n";
   run.on_event = [&] {
-    if (!run.scheduler.scripts.empty()) run.files.content.erase(kJob + "Nov1526121005001.scr");
+    const auto script = run.files.content.find(kJob + "Nov1526121005001.scr");
+    if (!run.scheduler.scripts.empty() && script != run.files.content.end()) script->second = "damaged";
   };
   run.go();
   EXPECT_THAT(rescued(run), ElementsAre("AllStatsP3.csv", "Nov1526121005001.rpt"));
