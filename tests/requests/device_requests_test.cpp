@@ -325,6 +325,12 @@ TEST_F(LateResults, BecomeWhatTheyWouldHaveBecome) {
   run.session.site = {};
   run.session.run = {};
   run.session.run.SchedulerFolder = "S:\\";
+  run.files.before = [](std::string_view operation, const std::string& path) {
+    if (operation == "replace" && path.ends_with(".csv")) throw base::Fault(base::kDiskFull, path);
+  };
+  EXPECT_EQ(process().result, RequestResult::kNotDone);
+  run.files.before = nullptr;
+  run.ui.messages.clear();
   const LateResultsAnswer answer = process();
   EXPECT_EQ(answer.result, RequestResult::kDone);
   ASSERT_EQ(answer.files.size(), 1U);
@@ -423,7 +429,7 @@ TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
   EXPECT_EQ(doubles::fault_of([&] { JobUpkeep(parts, board, run.machine, run.control).log_days(); }),
             "Invalid setting");
   days = "10";
-  for (const char* name : {"Nov0426121005001.log", "Nov0626121005001.log", "JobPilot.log"})
+  for (const char* name : {"Nov0426121005001.log", "Nov0526121005001.log", "JobPilot.log"})
     run.files.content[logs + name] = "";
   JobUpkeep upkeep(parts, board, run.machine, run.control);
   run.control.now.emplace().running_job = "Jan0124121005001";  // a session that was left
@@ -435,7 +441,9 @@ TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
   const std::string waits = session::index_line("Retrieve", "Jan0124121005003");
   const std::string gone = session::index_line("Retrieve", "Jan0124121005004");
   run.files.make_folders("S:\\Jan0124121005003");
-  run.files.content["S:\\completed.sch"] = waits + gone;
+  const std::string again = session::index_line("Retrieve", "Jan0124121005005");  // another program's still
+  run.files.content["S:\\reschedule.sch"] = again;
+  run.files.content["S:\\completed.sch"] = waits + again + gone;
   run.files.content["S:\\CompletedToProcess.sch"] = gone;
   const JobUpkeep::Cleaning cleaning = upkeep.clean();
   EXPECT_TRUE(cleaning.done);
@@ -443,12 +451,13 @@ TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
   EXPECT_EQ(cleaning.stuck[0].job, "Jan0124121005002");
   ASSERT_EQ(cleaning.lines.size(), 1U);
   EXPECT_EQ(cleaning.lines[0].job, "Jan0124121005004");
-  EXPECT_EQ(run.files.content["S:\\CompletedToProcess.sch"], waits);
-  EXPECT_EQ(run.files.content["S:\\completed.sch"], waits + gone) << "a scheduler's own";
+  EXPECT_EQ(run.files.content["S:\\CompletedToProcess.sch"], waits + again);
+  EXPECT_EQ(run.files.content["S:\\completed.sch"], waits + again + gone) << "a scheduler's own";
   EXPECT_THAT(cleaning.waiting, ElementsAre("Jan0124121005003"));
   EXPECT_THAT(cleaning.jobs, ElementsAre("Jan0124121005001"));
   EXPECT_EQ(cleaning.logs, 1U);
   EXPECT_FALSE(run.files.file_exists(logs + "Nov0426121005001.log"));
+  EXPECT_TRUE(run.files.file_exists(logs + "Nov0526121005001.log"));
   EXPECT_FALSE(run.files.folder_exists("S:\\Jan0124121005001"));
 }
 
