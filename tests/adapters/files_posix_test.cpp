@@ -54,9 +54,12 @@ TEST_F(FilesPosixTest, AppendsAndReplaces) {
   chmod((folder_ + "/a.sch").c_str(), 0640);
   files_.replace(path("a.sch"), "three");
   EXPECT_EQ(files_.read(path("a.sch")), "three");
+  for (const char* line : {"four", "five"})
+    files_.append_line(path("a.sch"), line);
+  EXPECT_EQ(files_.read(path("a.sch")), "three\r\nfour\r\nfive\r\n");
   EXPECT_EQ(mode("a.sch"), 0640U);
   EXPECT_EQ(entries(), 1U);
-  EXPECT_EQ(files_.length(path("a.sch")), 5U);
+  EXPECT_EQ(files_.length(path("a.sch")), 19U);
   EXPECT_EQ(files_.native(path("a.sch")), folder_ + "/a.sch");
 }
 

@@ -204,7 +204,7 @@ TEST_F(SiteBookTest, ImportsAllRowsOrNone) {
       {"id,site-id,Site-ID\n1,1,1\n", 1, "The column \"Site-ID\" is doubled."},
       {"id,name\n1,A\n2,B,C\n", 3, "The row has more fields than the header."},
       {"id,name\n1,\"A\nB\"\n", 2, "Site name holds a control character."},
-      {"id,name\n\n1,A\n1,B\n", 4, "Site identifier \"1\" belongs to line 3."},
+      {"id,site-id\n\n1,\"x\n\ny\"\n1,\n", 6, "Site identifier \"1\" belongs to line 3."},
       {"site-id,number\n1,5\n1,6\n", 3, "The row is about the site of line 2."},
       {"id,name\n1,A\n2,\"B\n3,C\n", 3,
        "A quotation mark of this row is never closed: the file was cut, or the mark is one too many."},
