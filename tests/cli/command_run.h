@@ -2,7 +2,9 @@
 
 #include <stdlib.h>
 
+#include <QCoreApplication>
 #include <QTemporaryDir>
+#include <csignal>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -22,6 +24,8 @@ struct FakeScreen : session::SessionScreen {
   session::SessionResult show_modal() override {
     const base::RunValues& run = suite->session.run;
     shown.push_back(suite->session.site.UserSiteID + "/" + run.PartitionID + " " + run.CurrentOperation);
+    if (run.PartitionID == interrupted_partition) std::raise(SIGINT);
+    QCoreApplication::processEvents();
     const bool fails = run.PartitionID == failing_partition;
     suite->session.run.SessionStatus = fails ? "Error" : "Completed";
     if (fails) suite->ui.show({.text = "went wrong", .title = "ERROR"});
@@ -38,6 +42,7 @@ struct FakeScreen : session::SessionScreen {
   programs::Suite* suite = nullptr;
   std::string failing_partition = "none";
   std::string untidy_partition = "none";
+  std::string interrupted_partition = "none";
   std::vector<std::string> shown;
 };
 

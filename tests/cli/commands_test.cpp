@@ -152,6 +152,11 @@ TEST_F(CommandsTest, SessionsRunSitesOutsidePartitionsInsideAndAFailureStopsNone
   run.screen.untidy_partition = "5";
   EXPECT_EQ(run({"stats", "retrieve", "--site", "7", "--partition", "5"}), 1);
   EXPECT_EQ(run.out, "/stats/P5.csv\n");
+  run.screen.interrupted_partition = "6";  // which is done all the same
+  run.screen.shown.clear();
+  EXPECT_EQ(run({"stats", "retrieve", "--site", "7", "--partition", "6"}), 0);
+  EXPECT_EQ(run({"stats", "retrieve", "--site", "7", "--partition", "6,7"}), 1);
+  EXPECT_EQ(run.screen.shown.size(), 2U) << "7 is not begun";
 }
 
 TEST_F(CommandsTest, AllPartitionsAreOneJobForOldFirmwareAlone) {
