@@ -181,6 +181,11 @@ TEST(RunConversation, ReportsWhatItHasDone) {
             "STORED;part2;dbase;P2.dat;;\r\n"
             "ENDED;;;;completed;\r\n");
   EXPECT_EQ(hold(device, plan, files).report.ending, Ending::kError) << "it has changed the device before";
+  files.content.clear();
+  device.troubles = {{"login", "530 No"}};
+  hold(device, plan, files);
+  EXPECT_EQ(files.content[kReport],
+            "QVRREPORT;1;\r\nFAILED;;;;Trying to login admin: 530 No.;\r\nENDED;;;;error;\r\n");
 }
 
 // The disk is full from the n-th line of the report on.
