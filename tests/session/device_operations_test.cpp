@@ -90,7 +90,8 @@ TEST(AllPartitions, AreRetrievedAndResetInOneJob) {
                                         "linestatP9.dat", "nodestatP3.dat"));
 }
 
-// With a report: 2 is no partition of the device, 5 failed, 7 kept one of its files, 64 has a file that is none.
+// With a report: 2 is no partition of the device, 5 failed, 7 kept one of its files, 64 has a file that is
+// none.
 TEST(AllPartitions, SayWhatTheReportTells) {
   DialogRun run;
   run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
@@ -187,7 +188,9 @@ TEST(Rescue, KeepsWhatTheDeviceHasNoLonger) {
     run.session.site.SiteConnections[0].fields[base::SiteConnection::kFirmwareVersion] = each.firmware;
     run.scheduler.result_file = each.list;
     run.scheduler.report = each.report;
+    run.components.answers["DecodeNodeStats"] = "not whole";  // the other half is worth a CSV
     run.go();
+    EXPECT_EQ(run.components.calls().back().starts_with("WriteStatsCsvTo 1|3|"), each.names.size() == 4);
     EXPECT_EQ(rescued(run), each.names) << each.firmware << each.list << each.report;
     EXPECT_EQ(run.ui.texts().size(),
               (each.names.empty() ? 0U : 1U) + (each.list[0] == 'c' && each.list[1] == 'o' ? 0U : 1U));
