@@ -4,6 +4,7 @@
 #include <chrono>
 #include <utility>
 
+#include "protocol/job_lists.h"
 #include "ui/reading_text.h"
 #include "ui/widget_text.h"
 
@@ -106,7 +107,7 @@ QString outcome_line(const std::string& operation, requests::RequestResult resul
     case requests::RequestResult::kNotDone:
       break;
   }
-  if (status == "Completed") return name + QStringLiteral("no result");
+  if (status == protocol::kCompletedStatus) return name + QStringLiteral("no result");
   return name + QStringLiteral("not done") +
          (status.empty() ? QString() : QStringLiteral(" (%1)").arg(ui::qt_text(status)));
 }

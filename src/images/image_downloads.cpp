@@ -1,5 +1,6 @@
 #include "images/image_downloads.h"
 
+#include "protocol/device_files.h"
 #include "protocol/script_grammar.h"
 
 namespace qvrcom::images {
@@ -17,9 +18,9 @@ void ImageDownloads::Write_Script_Partition(const std::string& partition, const 
 
 void ImageDownloads::Write_Script_Stats(const std::string& partition, const std::string& line_stat_file,
                                         const std::string& node_stat_file, const std::string& dbase_file) {
-  writer_.Write_Script(
-      protocol::commands_text({select_partition(partition), get_file("dbase", dbase_file),
-                               get_file("linestat", line_stat_file), get_file("nodestat", node_stat_file)}));
+  writer_.Write_Script(protocol::commands_text({select_partition(partition), get_file("dbase", dbase_file),
+                                                get_file(protocol::kLineStatistics, line_stat_file),
+                                                get_file(protocol::kNodeStatistics, node_stat_file)}));
 }
 
 }  // namespace qvrcom::images

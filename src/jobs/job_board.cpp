@@ -178,9 +178,8 @@ BoardJob job_from_script(const SchedulerFiles& scheduler, const std::string& job
   BoardJob job;
   job.job = job_name;
   if (!protocol::is_job_name(job_name)) return job;
-  const std::string name = job_name + "\\" + job_name + std::string(protocol::kScriptExtension);
   std::string text;
-  base::fault_of([&] { text = scheduler.read_or_empty(name); });
+  base::fault_of([&] { text = scheduler.read_or_empty(protocol::script_path(job_name)); });
   const auto script = protocol::read_script(text).script;
   if (!script) return job;
   job.description = script->header.description;

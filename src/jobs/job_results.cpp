@@ -15,12 +15,6 @@
 namespace qvrcom::jobs {
 namespace {
 
-// A script's header, by the place of its lines: before the dial-up connection, and behind it. The description
-// may be anything.
-constexpr std::array<const char*, 8> kJobKeys{"SITENAME=",  "SITEID=",   "QVRID=",    "",
-                                              "STARTDATE=", "STOPDATE=", "INTERVAL=", "PERIOD="};
-constexpr std::array<const char*, 3> kAccessKeys{"FTPIPADDRESS=", "FTPUSER=", "FTPPASSWORD="};
-
 std::string_view right(std::string_view text, std::size_t count) {
   return text.substr(text.size() - std::min(count, text.size()));
 }
@@ -120,11 +114,14 @@ void JobResults::Parse_Script() {
 // Nobody needs the header's values here, but its lines have to be there.
 std::size_t JobResults::end_of_header() const {
   std::size_t item = 0;
-  for (const char* key : kJobKeys)
-    need_header_line(item++, key);
-  if (item < ScriptLines.size() && ScriptLines[item].starts_with("RAS=")) ++item;
-  for (const char* key : kAccessKeys)
-    need_header_line(item++, key);
+  for (const std::string_view key : protocol::kJobKeys) {
+    // The description may be anything.
+    need_header_line(item, item == protocol::kDescriptionKey ? "" : std::string(key));
+    ++item;
+  }
+  if (item < ScriptLines.size() && ScriptLines[item].starts_with(protocol::kDialUpKey)) ++item;
+  for (const std::string_view key : protocol::kAccessKeys)
+    need_header_line(item++, std::string(key));
   return item;
 }
 
@@ -151,7 +148,7 @@ std::string JobResults::Command(const std::string& line) {
 
 std::string JobResults::LocalFile(const std::string& line) {
   return trap_("LocalFile", [&]() -> std::string {
-    constexpr std::string_view kKey = "LOCALFILE=";
+    constexpr std::string_view kKey = protocol::kLocalFileKey;
     const auto fields = base::split(line, ";");
     if (fields.size() < 3 || fields[2].size() < kKey.size()) {
       throw base::Fault(base::kSubscriptOutOfRange, "\"" + line + "\" names no local file.");

@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "desktop/site_dialog.h"
+#include "protocol/job_lists.h"
 #include "ui/attempt.h"
 #include "ui/uc_stats.h"
 
@@ -13,7 +14,7 @@ namespace {
 constexpr int kLook = 100;  // milliseconds
 
 bool failed(const Suite& suite) {
-  return suite.session.run.SessionStatus == "Error";
+  return suite.session.run.SessionStatus == protocol::kErrorStatus;
 }
 
 }  // namespace

@@ -12,10 +12,15 @@ inline constexpr const char* kRescheduleFile = "reschedule.sch";
 // How a job ends.
 enum class Ending { kCompleted, kError, kCancelled };
 
+// How a job has ended, for the session dialog, its callers and people.
+inline constexpr const char* kCompletedStatus = "Completed";
+inline constexpr const char* kErrorStatus = "Error";
+inline constexpr const char* kCancelledStatus = "Cancelled";
+
 // One way to end, in every place that tells of it.
 struct ResultList {
   Ending ending;
-  const char* status;        // for the session dialog and for people
+  const char* status;
   const char* report_word;   // in the last line of the job's report
   const char* file;          // the scheduler lists the jobs that ended so
   const char* pending_file;  // this library's copy: what it still has to work on
@@ -23,9 +28,9 @@ struct ResultList {
 
 // In the order of `Ending`.
 inline constexpr std::array<ResultList, 3> kResultLists{{
-    {Ending::kCompleted, "Completed", "completed", "completed.sch", "CompletedToProcess.sch"},
-    {Ending::kError, "Error", "error", "error.sch", "ErrorToProcess.sch"},
-    {Ending::kCancelled, "Cancelled", "cancelled", "cancelled.sch", "CancelledToProcess.sch"},
+    {Ending::kCompleted, kCompletedStatus, "completed", "completed.sch", "CompletedToProcess.sch"},
+    {Ending::kError, kErrorStatus, "error", "error.sch", "ErrorToProcess.sch"},
+    {Ending::kCancelled, kCancelledStatus, "cancelled", "cancelled.sch", "CancelledToProcess.sch"},
 }};
 
 constexpr const ResultList& result_list(Ending ending) {

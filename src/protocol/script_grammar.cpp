@@ -14,19 +14,18 @@ struct HeaderField {
   std::string ScriptHeader::*value;
 };
 
-constexpr std::array<HeaderField, 8> kJobFields{{{"SITENAME=", &ScriptHeader::site_name},
-                                                 {"SITEID=", &ScriptHeader::site_id},
-                                                 {"QVRID=", &ScriptHeader::qvr_id},
-                                                 {"DESCRIPTION=", &ScriptHeader::description},
-                                                 {"STARTDATE=", &ScriptHeader::start_date},
-                                                 {"STOPDATE=", &ScriptHeader::stop_date},
-                                                 {"INTERVAL=", &ScriptHeader::interval},
-                                                 {"PERIOD=", &ScriptHeader::period}}};
-constexpr std::string_view kDialUpKey = "RAS=";
+constexpr std::array<HeaderField, 8> kJobFields{{{kJobKeys[0], &ScriptHeader::site_name},
+                                                 {kJobKeys[1], &ScriptHeader::site_id},
+                                                 {kJobKeys[2], &ScriptHeader::qvr_id},
+                                                 {kJobKeys[3], &ScriptHeader::description},
+                                                 {kJobKeys[4], &ScriptHeader::start_date},
+                                                 {kJobKeys[5], &ScriptHeader::stop_date},
+                                                 {kJobKeys[6], &ScriptHeader::interval},
+                                                 {kJobKeys[7], &ScriptHeader::period}}};
 constexpr std::uint64_t kUnknownSize = 20000;
-constexpr std::array<HeaderField, 3> kAccessFields{{{"FTPIPADDRESS=", &ScriptHeader::ftp_address},
-                                                    {"FTPUSER=", &ScriptHeader::ftp_user},
-                                                    {"FTPPASSWORD=", &ScriptHeader::ftp_password}}};
+constexpr std::array<HeaderField, 3> kAccessFields{{{kAccessKeys[0], &ScriptHeader::ftp_address},
+                                                    {kAccessKeys[1], &ScriptHeader::ftp_user},
+                                                    {kAccessKeys[2], &ScriptHeader::ftp_password}}};
 
 struct Brackets {
   std::string_view open, close;
@@ -75,7 +74,7 @@ std::string read_delete(const Fields& fields, ScriptCommand& command) {
 std::string read_transfer(const Fields& fields, ScriptCommand& command) {
   if (fields.size() < 3 || fields.size() > 4) return "a transfer has REMOTEFILE=, LOCALFILE= and SIZE=";
   const auto remote = value_behind("REMOTEFILE=", fields[1]);
-  const auto local = value_behind("LOCALFILE=", fields[2]);
+  const auto local = value_behind(kLocalFileKey, fields[2]);
   if (!remote) return "REMOTEFILE= is missing or empty";
   if (!local) return "LOCALFILE= is missing or empty";
   command.remote = *remote;
@@ -88,7 +87,7 @@ std::string read_transfer(const Fields& fields, ScriptCommand& command) {
 }
 
 std::string transfer_text(const ScriptCommand& command) {
-  return "REMOTEFILE=" + command.remote + ";LOCALFILE=" + command.local +
+  return "REMOTEFILE=" + command.remote + ";" + std::string(kLocalFileKey) + command.local +
          ";SIZE=" + std::to_string(command.size.value_or(kUnknownSize));
 }
 
@@ -233,22 +232,22 @@ std::string header_text(const ScriptHeader& header, ScriptKind kind) {
   if (header.dial_up_flag == 1) {
     add_line(text, kDialUpKey, header.dial_up_connection + "#" + header.number_to_dial);
   }
-  add_line(text, "FTPIPADDRESS=", base::trim(header.ftp_address));
-  add_line(text, "FTPUSER=", header.ftp_user.empty() ? "admin" : std::string_view(header.ftp_user));
-  add_line(text, "FTPPASSWORD=", base::trim(header.ftp_password));
+  add_line(text, kAccessKeys[0], base::trim(header.ftp_address));
+  add_line(text, kAccessKeys[1], header.ftp_user.empty() ? "admin" : std::string_view(header.ftp_user));
+  add_line(text, kAccessKeys[2], base::trim(header.ftp_password));
   text.append(brackets_of(kind).open);
   if (kind == ScriptKind::kTelnet) text.append(base::kCrLf).append(brackets_of(kind).close);
   return text;
 }
 
 std::string without_password(std::string_view script) {
-  constexpr std::string_view kKey = "FTPPASSWORD=";
   std::string text;
   while (!script.empty()) {
     const std::string_view line = script.substr(0, script.find('\n') + 1);
     const std::string_view whole = line.empty() ? script : line;
     const auto end = whole.find_last_not_of("\r\n") + 1;
-    text.append(whole.starts_with(kKey) ? std::string(kKey) + ";" : std::string(whole.substr(0, end)));
+    text.append(whole.starts_with(kPasswordKey) ? std::string(kPasswordKey) + ";"
+                                                : std::string(whole.substr(0, end)));
     text.append(whole.substr(end));
     script.remove_prefix(whole.size());
   }
@@ -260,8 +259,12 @@ ScriptReading read_script(std::string_view text) {
   return Reader(text).read();
 }
 
+std::string account_of(std::string_view partition) {
+  return std::string(kAccountWord).append(base::trim(partition));
+}
+
 ScriptCommand select_partition(std::string_view partition) {
-  return {.kind = CommandKind::kAccount, .account = "part" + std::string(base::trim(partition))};
+  return {.kind = CommandKind::kAccount, .account = account_of(partition)};
 }
 
 ScriptCommand get_file(std::string remote, std::string local) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -12,6 +13,21 @@
 namespace qvrcom::protocol {
 
 // The fourteen values of a header, in the order of the suite's argument list.
+// The keys of a header's lines, in their order: first the job's, then the dial-up connection's, if there is
+// one, then those of the access.
+inline constexpr std::array<std::string_view, 8> kJobKeys{
+    "SITENAME=", "SITEID=", "QVRID=", "DESCRIPTION=", "STARTDATE=", "STOPDATE=", "INTERVAL=", "PERIOD="};
+inline constexpr std::size_t kDescriptionKey = 3;
+inline constexpr std::string_view kDialUpKey = "RAS=";
+inline constexpr std::array<std::string_view, 3> kAccessKeys{"FTPIPADDRESS=", "FTPUSER=", "FTPPASSWORD="};
+inline constexpr std::string_view kPasswordKey = kAccessKeys[2];
+
+// In a transfer's line.
+inline constexpr std::string_view kLocalFileKey = "LOCALFILE=";
+
+// What the account of a partition begins with.
+inline constexpr std::string_view kAccountWord = "part";
+
 struct ScriptHeader {
   std::string site_name;
   std::string site_id;  // the user's own identifier
@@ -53,6 +69,7 @@ struct ScriptCommand {
 // Commands as an operation asks for them. A partition is its number, blanks around it are dropped; a fetch
 // whose size is not known names 20000.
 ScriptCommand select_partition(std::string_view partition);
+std::string account_of(std::string_view partition);
 ScriptCommand get_file(std::string remote, std::string local);
 ScriptCommand put_file(std::string remote, std::string local, std::uint64_t size);
 ScriptCommand delete_file(std::string remote);

@@ -1,6 +1,7 @@
 #include "requests/device_requests.h"
 
 #include "environment/names.h"
+#include "protocol/job_lists.h"
 #include "session/refusals.h"
 
 namespace qvrcom::requests {
@@ -28,7 +29,8 @@ ViewAnswer ViewRequest::run(const sitebook::SiteRecord& site, std::int32_t parti
                           answer.messages = parts_.rules.session.received.MessageNumbers;
                           const bool is_read = !answer.messages.empty();
                           if (is_read) answer.messages.pop_back();
-                          const bool completed = parts_.rules.session.run.SessionStatus == "Completed";
+                          const bool completed =
+                              parts_.rules.session.run.SessionStatus == protocol::kCompletedStatus;
                           return is_read && completed ? RequestResult::kDone : RequestResult::kNotDone;
                         });
   });
@@ -43,7 +45,8 @@ AllPartitionsAnswer AllPartitionsRequest::run(const sitebook::SiteRecord& site, 
           if (!force && refuses_firmware()) return RequestResult::kNotDone;
           brought = parts_.screen.show_modal();
           answer.files = brought.partition_files;
-          const bool whole = parts_.rules.session.run.SessionStatus == "Completed" && brought.missing.empty();
+          const bool whole =
+              parts_.rules.session.run.SessionStatus == protocol::kCompletedStatus && brought.missing.empty();
           return whole && !answer.files.empty() ? RequestResult::kDone : RequestResult::kNotDone;
         });
   });

@@ -1,6 +1,7 @@
 #include "requests/statistics_request.h"
 
 #include "platform/trap.h"
+#include "protocol/job_lists.h"
 
 namespace qvrcom::requests {
 
@@ -30,7 +31,7 @@ RequestResult StatisticsRequest::result_of(const StatisticsOrder& order,
                                            const session::SessionResult& brought) const {
   const base::RunValues& run = parts_.rules.session.run;
   const bool leaves_file = order.operation != session::operation::kResetStatistics;
-  const bool done = run.SessionStatus == "Completed" && brought.missing.empty() &&
+  const bool done = run.SessionStatus == protocol::kCompletedStatus && brought.missing.empty() &&
                     (!leaves_file || !run.StatsResultFile.empty());
   return done ? RequestResult::kDone : RequestResult::kNotDone;
 }

@@ -118,7 +118,7 @@ RequestResult SystemRequest::carry_out(const SystemOrder& order, SystemAnswer& a
   Call call{commands, session::script_header(parts_.rules.session, {}), order, answer.status};
   row->run(call);
   answer.shortfall = parts_.rules.session.received.Shortfall;
-  if (answer.status != "Completed") {
+  if (answer.status != protocol::kCompletedStatus) {
     drop_failed();
     return RequestResult::kNotDone;
   }
@@ -138,7 +138,7 @@ void SystemRequest::drop_failed() const {
       std::none_of(
           protocol::kResultLists.begin(), protocol::kResultLists.end(),
           [&](const protocol::ResultList& list) { return parts_.link.JobListedIn(list.pending_file); });
-  if (is_over) end_log(session.run.SessionStatus != "Completed");
+  if (is_over) end_log(session.run.SessionStatus != protocol::kCompletedStatus);
 }
 
 // The job's folder goes once the log is safe.

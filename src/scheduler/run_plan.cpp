@@ -28,9 +28,7 @@ bool is_plain_name(std::string_view name) {
 class Planner {
  public:
   Planner(const platform::Files& files, const std::string& scheduler_folder, const std::string& job_name)
-      : files_(files),
-        folder_(scheduler_folder + job_name),
-        script_(folder_ + "\\" + job_name + std::string(protocol::kScriptExtension)) {}
+      : files_(files), folder_(scheduler_folder + job_name), script_(protocol::script_path(folder_)) {}
 
   protocol::Script read(const std::string& script_path) const {
     if (!base::equals_ignoring_case(script_path, script_))

@@ -6,6 +6,7 @@
 
 #include "base/fault.h"
 #include "jobs/report_file.h"
+#include "protocol/device_files.h"
 #include "protocol/job_report.h"
 #include "session/job_steps.h"
 #include "session/operations.h"
@@ -92,7 +93,7 @@ Remainder AllPartitions::save_statistics() {
   if (!found) throw base::Fault(base::kFileNotFound, "The job's script is not there any more.");
   Shortcomings shortcomings;
   for (int number = 1; number <= kPartitions; ++number) {
-    if (const auto* account = found->of("part" + std::to_string(number)))
+    if (const auto* account = found->of(protocol::account_of(std::to_string(number))))
       save_partition(number, *account, shortcomings);
   }
   const std::string text = shortcomings.text();
@@ -109,8 +110,8 @@ void AllPartitions::save_partition(int number, const jobs::AccountFindings& foun
                                    Shortcomings& shortcomings) {
   if (!found.taken.empty()) return frame_.result().partition_files.push_back({number, found.taken});
   const std::string partition = std::to_string(number);
-  const bool lines = found.arrived("linestat") != nullptr;
-  const bool nodes = found.arrived("nodestat") != nullptr;
+  const bool lines = found.arrived(protocol::kLineStatistics) != nullptr;
+  const bool nodes = found.arrived(protocol::kNodeStatistics) != nullptr;
   const bool is_known = rules_.ExistPartID(partition);
   if (!lines && !nodes && !is_known) return;
   if (!found.kept.empty() && lines && nodes) shortcomings.add(Shortcomings::kNotReset, number, found.reason);

@@ -8,6 +8,7 @@
 #include "jobs/file_helpers.h"
 #include "jobs/job_findings.h"
 #include "jobs/job_log.h"
+#include "protocol/device_files.h"
 #include "protocol/job_name.h"
 #include "session/job_steps.h"
 
@@ -16,7 +17,6 @@ namespace {
 
 using jobs::AccountFindings;
 
-constexpr std::string_view kAccountWord = "part";
 constexpr const char* kConfiguration = "1";  // what is received is decoded under it
 
 std::string name_of(const std::string& path) {
@@ -97,12 +97,14 @@ class Rescuer {
   }
 
   void save_statistics(const AccountFindings& account) {
-    const std::string partition =
-        account.account.starts_with(kAccountWord) ? account.account.substr(kAccountWord.size()) : "";
+    const std::string partition = account.account.starts_with(protocol::kAccountWord)
+                                      ? account.account.substr(protocol::kAccountWord.size())
+                                      : "";
     const std::string name = "StatisticsP" + partition + ".csv";
-    if (const auto* csv = account.arrived("allstats.csv")) {
+    if (const auto* csv = account.arrived(protocol::kStatisticsTable)) {
       write(name, site_lines(header_.site_name, header_.site_id) + parts_.files.read(csv->path));
-    } else if (account.arrived("linestat") != nullptr || account.arrived("nodestat") != nullptr) {
+    } else if (account.arrived(protocol::kLineStatistics) != nullptr ||
+               account.arrived(protocol::kNodeStatistics) != nullptr) {
       decode(account, partition, name);
     }
   }
@@ -133,10 +135,12 @@ class Rescuer {
   // A file that has not arrived is decoded too: what was decoded before it must not pass for it.
   std::string decoded(const AccountFindings& account, const std::string& partition, const std::string& csv) {
     const auto decoder = parts_.components.create(images::kPartitionDecoder);
-    const std::string lines = images::answer_of(*decoder, "DecodeLineStats",
-                                                {kConfiguration, partition, path_of(account, "linestat")});
-    const std::string nodes = images::answer_of(*decoder, "DecodeNodeStats",
-                                                {kConfiguration, partition, path_of(account, "nodestat")});
+    const std::string lines =
+        images::answer_of(*decoder, "DecodeLineStats",
+                          {kConfiguration, partition, path_of(account, protocol::kLineStatistics)});
+    const std::string nodes =
+        images::answer_of(*decoder, "DecodeNodeStats",
+                          {kConfiguration, partition, path_of(account, protocol::kNodeStatistics)});
     if (lines != images::kDone && nodes != images::kDone) return lines + " " + nodes;
     const auto writer = parts_.components.create(images::kStatisticsWriter);
     return images::answer_of(*writer, "WriteStatsCsvTo", {kConfiguration, partition, csv});

@@ -10,6 +10,7 @@
 #include "jobs/job_log.h"
 #include "protocol/job_lists.h"
 #include "protocol/job_log.h"
+#include "protocol/job_name.h"
 #include "siterules/device_address.h"
 
 namespace qvrcom::session {
@@ -19,7 +20,7 @@ void take_base_time(const BusinessRulesParts& parts, std::span<const std::string
   const std::string scheduler = environment::scheduler_folder(parts.session.run, parts.folders);
   const std::string logs = parts.folders.GetLogsFolder();
   const auto is_taken = [&](const std::string& suffix) {
-    const std::string name = base::job_name_stamp(job.SessionStart) + suffix;
+    const std::string name = protocol::job_name(job.SessionStart, suffix);
     return name == job.Name || parts.files.folder_exists(scheduler + name) ||
            parts.files.file_exists(protocol::log_path(logs, name));
   };

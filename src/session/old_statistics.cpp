@@ -6,11 +6,12 @@
 #include "base/text.h"
 #include "images/statistics_files.h"
 #include "jobs/report_file.h"
+#include "protocol/device_files.h"
 #include "session/job_steps.h"
 
 namespace qvrcom::session {
 void add_clearing(std::vector<protocol::ScriptCommand>& commands) {
-  for (const char* file : {"linestat", "nodestat"})
+  for (const char* file : {protocol::kLineStatistics, protocol::kNodeStatistics})
     commands.push_back(protocol::delete_file(file));
 }
 
@@ -74,7 +75,7 @@ std::string OldStatistics::write_csv(const std::string& partition, const std::st
 void OldStatistics::note_next_file(const std::string& partition) {
   platform::Silence silence;
   images::StatisticsFiles names(parts_.folders, parts_.files, silence);
-  jobs::note_taking(parts_.files, session_.job.Folder, "part" + std::string(base::trim(partition)),
+  jobs::note_taking(parts_.files, session_.job.Folder, protocol::account_of(partition),
                     names.Get_Stats_FileName(session_.site.SiteID, parts_.dbase));
 }
 

@@ -7,6 +7,7 @@
 #include "environment/names.h"
 #include "jobs/job_findings.h"
 #include "jobs/report_file.h"
+#include "protocol/device_files.h"
 #include "protocol/job_report.h"
 #include "protocol/script_grammar.h"
 #include "session/job_steps.h"
@@ -85,9 +86,9 @@ void StatisticsOperations::process_outcome(std::string_view operation) {
   if (operation == kReset.operation) return ProcessResetStatSinPart_NewQVR();
   const Job& job = operation == kRetrieve.operation ? kRetrieve : kRetrieveReset;
   const auto found = jobs::findings_of(files_, session_.job.Folder);
-  const auto* account = found ? found->of("part" + partition()) : nullptr;
-  const bool is_new_form =
-      account == nullptr || account->fetches.empty() || account->fetches.front().remote == "allstats.csv";
+  const auto* account = found ? found->of(protocol::account_of(partition())) : nullptr;
+  const bool is_new_form = account == nullptr || account->fetches.empty() ||
+                           account->fetches.front().remote == protocol::kStatisticsTable;
   run_outcome(job, !is_new_form);
 }
 
@@ -112,7 +113,7 @@ void StatisticsOperations::write_old_form(const Job& job) {
 
 void StatisticsOperations::write_new_form(const Job& job) {
   std::vector<protocol::ScriptCommand> commands{protocol::select_partition(session_.run.PartitionID)};
-  if (job.fetches) commands.push_back(protocol::get_file("allstats.csv", downloaded_file()));
+  if (job.fetches) commands.push_back(protocol::get_file(protocol::kStatisticsTable, downloaded_file()));
   if (job.clears) add_clearing(commands);
   rules_.Write_Script(protocol::commands_text(commands));
 }
@@ -199,7 +200,7 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
     throw base::Fault(base::kPathNotFound,
                       "There is no name for the statistics file; the message before this one says why.");
   }
-  const std::string account = "part" + partition();
+  const std::string account = protocol::account_of(partition());
   jobs::note_taking(files_, session_.job.Folder, account, path);
   files_.replace(path, text);
   session_.run.StatsResultFile = jobs::note_taken(files_, session_.job.Folder, account, path);
@@ -208,7 +209,7 @@ void StatisticsOperations::save_statistics(const std::string& site_name, const s
 // A program that was killed may have come as far as the CSV.
 bool StatisticsOperations::has_been_taken() {
   const auto report = jobs::report_of(files_, session_.job.Folder);
-  const std::string csv = report ? report->taken("part" + partition()) : std::string{};
+  const std::string csv = report ? report->taken(protocol::account_of(partition())) : std::string{};
   if (csv.empty()) return false;
   session_.run.StatsResultFile = csv;
   return true;
@@ -230,7 +231,8 @@ Remainder StatisticsOperations::decode_statistics(const std::string& line_stat_f
   if (!lack.empty()) old_.miss("Partition " + partition() + " " + lack + ".");
   if (lack.empty()) {
     const std::string csv = std::exchange(session_.run.StatsResultFile, {});
-    session_.run.StatsResultFile = jobs::note_taken(files_, session_.job.Folder, "part" + partition(), csv);
+    session_.run.StatsResultFile =
+        jobs::note_taken(files_, session_.job.Folder, protocol::account_of(partition()), csv);
   }
   return {.undecoded = !lack.empty()};
 }

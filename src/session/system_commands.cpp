@@ -2,6 +2,7 @@
 
 #include "base/fault.h"
 #include "base/text.h"
+#include "protocol/job_lists.h"
 #include "protocol/messages.h"
 #include "protocol/operation_names.h"
 #include "protocol/script_grammar.h"
@@ -186,18 +187,18 @@ void SystemCommands::run(const Order& order, std::string& status) {
   base::RunValues& values = parts_.session.run;
   values.SystemCommandActive = true;
   posted_ = false;
-  status = "Error";
+  status = protocol::kErrorStatus;
   trap_(order.command.reported_as, [&] {
     if (!make_folder(order)) return;
     write(order);
     submit(order);
     screen_.show_modal();
     const bool taken = trap_(order.command.reported_as, [&] {
-      if (values.SessionStatus == "Completed") take_result(order);
+      if (values.SessionStatus == protocol::kCompletedStatus) take_result(order);
       return true;
     });
     if (taken) status = values.SessionStatus;
-    if (values.CancelRequested) status = "Cancelled";
+    if (values.CancelRequested) status = protocol::kCancelledStatus;
     if (!values.CancelRequested) link_.NotifyScheduler(protocol::SchedulerRequest::kSessionOver);
   });
   if (!posted_) trap_(order.command.reported_as, [&] { discard(); });
