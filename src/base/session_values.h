@@ -103,6 +103,7 @@ struct ReceivedValues {
   std::array<TimeRecord, 2> PartitionTimes;         // recorded time, and the room for it
   std::vector<std::string> ReceivedPartitions{""};  // of the configuration images that were decoded
   std::size_t PartitionCount = 0;                   // how many were decoded since the list was cleared
+  bool SystemImageRead = false;                     // likewise, whether the device's list of partitions was
   std::vector<std::string> MessageNumbers{""};      // of the message index read last; one spare element
   std::string Shortfall;  // sentence about the device record read last, when its file was too short; or ""
 };

@@ -95,6 +95,7 @@ void ReceivedConfiguration::Process_System_binary(const std::string& selector, c
     const auto component = parts_.components.create(kSystemDecoder);
     parts_.ui.pump_events();
     const std::string answer = answer_of(*component, "DecodeSystemImage", {selector, file_name});
+    parts_.received.SystemImageRead = answer == kDone;
     if (answer != kDone) show_answer(parts_.ui, answer, kSystemDecoder, file_name);
   });
 }
@@ -126,6 +127,7 @@ bool ReceivedConfiguration::ExistPartID(const std::string& partition) {
 void ReceivedConfiguration::clear_received_partitions() {
   parts_.received.ReceivedPartitions.assign(1, {});
   parts_.received.PartitionCount = 0;
+  parts_.received.SystemImageRead = false;
 }
 
 }  // namespace qvrcom::images

@@ -105,14 +105,15 @@ Remainder AllPartitions::save_statistics() {
   return {.undecoded = !shortcomings.undecoded().empty(), .accounts = shortcomings.undecoded()};
 }
 
-// A partition that neither the configuration nor the device has is none.
+// A partition that neither the configuration nor the device has is none. Without the device's own
+// configuration any may be one: what an earlier one left in the database may be another site's.
 void AllPartitions::save_partition(int number, const jobs::AccountFindings& found,
                                    Shortcomings& shortcomings) {
   if (!found.taken.empty()) return frame_.result().partition_files.push_back({number, found.taken});
   const std::string partition = std::to_string(number);
   const bool lines = found.arrived(protocol::kLineStatistics) != nullptr;
   const bool nodes = found.arrived(protocol::kNodeStatistics) != nullptr;
-  const bool is_known = rules_.ExistPartID(partition);
+  const bool is_known = !session_.received.SystemImageRead || rules_.ExistPartID(partition);
   if (!lines && !nodes && !is_known) return;
   if (!found.kept.empty() && lines && nodes) shortcomings.add(Shortcomings::kNotReset, number, found.reason);
   if (!lines || !nodes) {

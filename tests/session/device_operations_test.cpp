@@ -120,6 +120,21 @@ TEST(AllPartitions, SayWhatTheReportTells) {
   EXPECT_THAT(run.left_behind(), IsEmpty());
 }
 
+// What an earlier configuration says of partitions counts for nothing.
+TEST(AllPartitions, AreAllNamedWithoutTheDevicesConfiguration) {
+  DialogRun run;
+  run.session.run.CurrentOperation = operation::kRetrieveResetAllStatistics;
+  run.components.answers["DecodeSystemImage"] = "is damaged";
+  run.components.answers["Get_Partition_Rows"] = "none";
+  run.scheduler.sends = [](const std::string& local) {
+    return local.ends_with("P2.dat") ? std::nullopt : std::optional<std::string>("x");
+  };
+  run.scheduler.report = "FAILED;part2;;;530 Not now;\r\n";
+  run.go_hosted();
+  EXPECT_EQ(run.result.partition_files.size(), 63U);
+  EXPECT_THAT(run.result.missing, testing::StartsWith("Not fetched: partition 2 (530 Not now). "));
+}
+
 // A program that was killed after the first CSV file does not write it again.
 TEST(AllPartitions, AreNotTakenTwice) {
   DialogRun run;
