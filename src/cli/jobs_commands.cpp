@@ -210,7 +210,7 @@ ExitCode clean(CommandContext& context) {
     context.console.tell(each.job + ": its folder cannot be removed: " + each.fault.description(),
                          each.fault.detail());
   tell_waiting(context, cleaning.waiting);
-  context.console.print("Logs older than " + std::to_string(upkeep.log_days()) +
+  context.console.print("Logs older than " + std::to_string(cleaning.log_days) +
                         " days: " + std::to_string(cleaning.logs) + " removed.");
   return cleaning.stuck.empty() ? ExitCode::kDone : ExitCode::kFailed;
 }

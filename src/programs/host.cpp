@@ -10,14 +10,8 @@
 namespace qvrcom::programs {
 namespace {
 
-// A file that grows beyond what the shell allows is told of like a full disk, and no end without a word.
-void outlive_large_files() {
-  std::signal(SIGXFSZ, SIG_IGN);
-}
-
 // Sockets and locks say who is running what: nobody else has business here.
 adapters::Layout with_run_folder(adapters::Layout layout) {
-  outlive_large_files();
   if (!adapters::make_folders(layout.run_folder) || ::chmod(layout.run_folder.c_str(), 0700) != 0) {
     throw base::Fault(
         base::kPermissionDenied,
@@ -32,7 +26,10 @@ Host::Host()
     : layout(with_run_folder(adapters::Layout::from_environment())),
       machine(layout.config_folder, layout.root),
       folders(machine, files),
-      session_lock([this] { return scheduler_folder(); }) {}
+      session_lock([this] { return scheduler_folder(); }) {
+  // A file that grows beyond what the shell allows is told of like a full disk, and no end without a word.
+  std::signal(SIGXFSZ, SIG_IGN);
+}
 
 std::string Host::scheduler_folder() const {
   std::string folder = files.native(folders.GetSchedulerFolder());

@@ -84,6 +84,7 @@ void JobUpkeep::take_out(const std::string& job) {
 JobUpkeep::Cleaning JobUpkeep::clean() {
   return trap_("JobUpkeep", [&] {
     Cleaning cleaning;
+    cleaning.log_days = log_days();  // a bad one is told before anything has gone
     const auto hold = parts_.gate.enter();
     if (!hold) return cleaning;
     const jobs::Board board = board_.read_all();
@@ -98,7 +99,7 @@ JobUpkeep::Cleaning JobUpkeep::clean() {
     cleaning.lines = drop_ended_lines(board);
     for (const jobs::BoardJob& job : jobs::unprocessed_jobs(board))
       cleaning.waiting.push_back(job.job);
-    cleaning.logs = remove_old_logs();
+    cleaning.logs = remove_old_logs(cleaning.log_days);
     cleaning.done = true;
     return cleaning;
   });
@@ -173,11 +174,11 @@ std::vector<std::string> JobUpkeep::discard(const std::string& job) {
 }
 
 // A log's age is that of its job, which its name tells.
-std::size_t JobUpkeep::remove_old_logs() {
+std::size_t JobUpkeep::remove_old_logs(int days) {
   platform::Files& files = parts_.rules.files;
   const std::string folder = parts_.rules.folders.GetLogsFolder();
   if (!files.folder_exists(folder)) return 0;
-  const base::LocalTime oldest = parts_.rules.clock.now() - std::chrono::days(log_days());
+  const base::LocalTime oldest = parts_.rules.clock.now() - std::chrono::days(days);
   std::size_t removed = 0;
   for (const std::string& name : files.list(folder)) {
     if (!name.ends_with(kLogExtension)) continue;
@@ -197,16 +198,16 @@ bool JobUpkeep::has_foreign_scheduler() const {
 // The lock is taken only where there is something to do: this runs at every start.
 void JobUpkeep::forget_access_codes(const jobs::Board& seen) {
   trap_("JobUpkeep", [&] {
-    if (folders_of_ended_jobs(seen).empty()) return;
+    if (folders_of_jobs_over(seen).empty()) return;
     const auto hold = parts_.gate.try_enter();
     if (!hold) return;
     session::BusinessRules rules(parts_.rules);
-    for (const std::string& folder : folders_of_ended_jobs(board_.read_all(jobs::JobBoard::Extent::kFolders)))
+    for (const std::string& folder : folders_of_jobs_over(board_.read_all(jobs::JobBoard::Extent::kFolders)))
       rules.clear_password(folder);
   });
 }
 
-std::vector<std::string> JobUpkeep::folders_of_ended_jobs(const jobs::Board& board) const {
+std::vector<std::string> JobUpkeep::folders_of_jobs_over(const jobs::Board& board) const {
   std::vector<std::string> folders;
   for (const std::string& job : board.abandoned)
     folders.push_back(board_.scheduler().path(job));
@@ -266,9 +267,9 @@ int JobUpkeep::log_days() const {
   const bool is_good =
       error == std::errc{} && end == text.data() + text.size() && days >= 1 && days <= kMostLogDays;
   if (is_good) return days;
-  throw base::Fault("Invalid setting", "The setting LogDays of section Jobs is \"" + text +
-                                           "\", not a whole number from 1 to " +
-                                           std::to_string(kMostLogDays) + ". No log is removed; correct it.");
+  throw base::Fault("Invalid setting",
+                    "The setting LogDays of section Jobs is \"" + text + "\", not a whole number from 1 to " +
+                        std::to_string(kMostLogDays) + ". Nothing is cleaned; correct it.");
 }
 
 }  // namespace qvrcom::requests

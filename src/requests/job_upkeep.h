@@ -53,13 +53,14 @@ class JobUpkeep {
     std::vector<StuckFolder> stuck;    // likewise, but something is in the way
     std::vector<EndedLine> lines;      // of jobs that have neither folder nor index line
     std::vector<std::string> waiting;  // finished jobs that nobody has processed
-    std::size_t logs = 0;              // that were older than LogDays
+    std::size_t logs = 0;              // that were older
+    int log_days = 0;                  // than that
   };
   Cleaning clean();
 
-  // Empties the access code in the script of every job that has ended, is in no list or stands in a damaged
-  // line alone, so that no scheduler runs it. `seen` are the lists
-  // as they were just now: when nothing of it has ended, nothing is done.
+  // Empties the access code in the script of every job that no scheduler begins any more: it has ended, has
+  // changed its device, is in no list, or stands in a damaged line alone. `seen` are the lists as they were
+  // just now: when there is no such job, nothing is done.
   void forget_access_codes(const jobs::Board& seen);
 
   // The jobs that wait in the job index with nobody waiting for them: the next session, of any site, runs
@@ -70,22 +71,22 @@ class JobUpkeep {
   // again, and JobPilot lists them as errors when it starts.
   std::vector<jobs::BoardJob> cut_off(const jobs::Board& seen) const;
 
+ private:
   // How long a job's log is kept: user setting LogDays of section Jobs, 1 to 36500, 90 without one; Fault
   // when it is none.
   int log_days() const;
 
- private:
   std::vector<std::string> abandoned(const jobs::Board& board) const;
   bool has_foreign_scheduler() const;
   bool has_changed_device(const std::string& job) const;
-  std::vector<std::string> folders_of_ended_jobs(const jobs::Board& board) const;
+  std::vector<std::string> folders_of_jobs_over(const jobs::Board& board) const;
   void take_out(const std::string& job);
   std::vector<std::string> scheduler_lists(const jobs::BoardJob& job) const;
   void take_off_lists(const std::vector<std::string>& lines);
   Removal remove_unlisted(const jobs::Board& board, const std::string& job);
   std::vector<EndedLine> drop_ended_lines(const jobs::Board& board);
   std::vector<std::string> discard(const std::string& job);
-  std::size_t remove_old_logs();
+  std::size_t remove_old_logs(int days);
 
   SessionRequestParts parts_;
   const jobs::JobBoard& board_;

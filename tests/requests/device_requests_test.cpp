@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "devicefiles/device_time.h"
-#include "doubles/caught.h"
 #include "doubles/memory_lock.h"
 #include "doubles/system_information_bytes.h"
 #include "requests/device_requests.h"
@@ -426,8 +425,10 @@ TEST_F(LateResults, CleaningTakesWhatNobodyWaitsFor) {
   run.files.content["S:\\Jan0124121005001\\x"] = "";
   std::string& days = run.machine.settings[{"QVRCOM+", "Jobs", "LogDays"}];
   days = "0";
-  EXPECT_EQ(doubles::fault_of([&] { JobUpkeep(parts, board, run.machine, run.control).log_days(); }),
-            "Invalid setting");
+  EXPECT_FALSE(JobUpkeep(parts, board, run.machine, run.control).clean().done);
+  EXPECT_THAT(run.ui.messages.back().text, HasSubstr("Invalid setting"));
+  EXPECT_TRUE(run.files.folder_exists("S:\\Jan0124121005001"));
+  run.ui.messages.clear();
   days = "10";
   for (const char* name : {"Nov0426121005001.log", "Nov0526121005001.log", "JobPilot.log"})
     run.files.content[logs + name] = "";
